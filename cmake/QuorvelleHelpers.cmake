@@ -1,0 +1,47 @@
+# Shared compile settings and small helpers for the module libraries, tests and benchmarks.
+
+add_library(qv_warnings INTERFACE)
+target_compile_options(qv_warnings INTERFACE -Wall -Wextra -Wpedantic)
+if(QV_WERROR)
+  target_compile_options(qv_warnings INTERFACE -Werror)
+endif()
+target_compile_definitions(qv_warnings INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+
+# qv_add_module(<target> [DEPS <libs...>])
+# One static library per module directory; every .cpp/.h of the directory and of its
+# platform/ sub-directory belongs to it.
+function(qv_add_module target)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS
+    ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  if(NOT sources)
+    # A module whose code has not landed yet still links.
+    add_library(${target} INTERFACE)
+    target_link_libraries(${target} INTERFACE ${ARG_DEPS})
+    return()
+  endif()
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${target} PUBLIC ${ARG_DEPS} PRIVATE qv_warnings)
+  add_dependencies(${target} qv_translations)
+endfunction()
+
+# qv_add_tests(<libs...>): one QtTest executable and one CTest test per tst_*.cpp of the
+# calling directory. Extra sources of a test go in a folder named after it (tst_foo/).
+function(qv_add_tests)
+  file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tst_*.cpp)
+  foreach(src IN LISTS tests)
+    get_filename_component(name ${src} NAME_WE)
+    file(GLOB extra CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
+      ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
+    add_executable(${name} ${src} ${extra})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/common)
+    target_link_libraries(${name} PRIVATE ${ARGN} qv_testsupport Qt6::Test qv_warnings)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+      ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QV_SOURCE_DIR=${CMAKE_SOURCE_DIR};QV_BINARY_DIR=${CMAKE_BINARY_DIR}"
+      TIMEOUT 300)
+  endforeach()
+endfunction()
