@@ -1,0 +1,26 @@
+#pragma once
+
+#include "PropertyValue.h"
+
+#include <QString>
+
+#include <optional>
+
+// Lenient JSON reading and compact JSON writing over PropertyValue trees.
+// A null QString stands for a nil text. Results are std::nullopt for "nil".
+namespace JSON {
+
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QString &string,
+                                                                  bool ignoreNull);
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QString &string);
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONStringIgnoringNulls(const QString &string);
+
+std::optional<PropertyValue::Array> arrayWithJSONString(const QString &string, bool ignoreNull);
+std::optional<PropertyValue::Array> arrayWithJSONString(const QString &string);
+std::optional<PropertyValue::Array> arrayWithJSONStringIgnoringNulls(const QString &string);
+
+// Compact JSON text: no whitespace, booleans as 1/0, keys unescaped.
+QString JSONString(const PropertyValue::Dictionary &dictionary);
+QString JSONString(const PropertyValue::Array &array);
+
+} // namespace JSON

@@ -1,0 +1,26 @@
+#pragma once
+
+// Public surface of the thread-safe bundle access that the rest of the program uses.
+// (The full machinery - Bundle, the lock map, the proxy - is declared in Bundle.h and
+// VXThreadSafeBundleProxy.h.)
+
+#include "PropertyValue.h"
+
+#include <QMetaObject>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class VXThreadSafeBundleProxy;
+
+namespace VXThreadSafety {
+// The proxy around the main bundle (the folder of the running program), created on first
+// use and kept for the life of the process.
+VXThreadSafeBundleProxy *threadSafeMainBundle();
+} // namespace VXThreadSafety
+
+// The localised string for the key from the default strings table ("Localizable") of the
+// bundle that holds the object's class, or of the main bundle when object is null. A
+// missing key returns the key itself.
+QString VXLocalizedString(const QString &key, const QObject *object = nullptr);
