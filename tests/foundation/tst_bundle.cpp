@@ -386,7 +386,6 @@ private Q_SLOTS:
 
     void manyThreads()
     {
-        Bundle::setPreferredLanguagesForTesting(QStringList{u"de"_s});
         VXThreadSafeBundleProxy *fixture = VXThreadSafety::threadSafeBundleWithPath(m_fixture);
         constexpr int threads = 8;
         constexpr int calls = 10000;
@@ -397,8 +396,14 @@ private Q_SLOTS:
             pool.emplace_back([&, t] {
                 const QString id = QStringLiteral("shared-%1").arg(t % 2);
                 for (int i = 0; i < calls; ++i) {
-                    if (fixture->localizedStringForKey(QStringLiteral("Uninstall"), QString(),
-                                                       QString()) != u"Deinstallieren")
+                    // One thread keeps switching the language, so the bundle reloads its
+                    // translators while the others read them.
+                    if (t == 0 && i % 100 == 0)
+                        Bundle::setPreferredLanguagesForTesting(
+                            QStringList{i % 200 ? u"zh-CN"_s : u"de"_s});
+                    const QString text = fixture->localizedStringForKey(QStringLiteral("Uninstall"),
+                                                                        QString(), QString());
+                    if (text != u"Deinstallieren" && text != u"卸载")
                         ++wrong;
                     const auto lock = VXThreadSafety::lockForIdentifier(id);
                     lock->lock();
