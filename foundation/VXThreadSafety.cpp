@@ -39,15 +39,15 @@ Delegate &delegate()
 template <class Lookup>
 VXThreadSafeBundleProxy *lockedLookup(const QString &identifier, Lookup &&lookup)
 {
-    const std::shared_ptr<std::recursive_mutex> lock =
-        VXThreadSafety::lockForIdentifier(identifier);
-    VXThreadSafeBundleProxy *proxy = nullptr;
+    // Gives the use back even when the lookup throws.
+    struct Use
     {
-        std::lock_guard guard(*lock);
-        proxy = VXThreadSafeBundleProxy::proxyWithBundle(lookup());
-    }
-    VXThreadSafety::releaseLockForIdentifier(identifier);
-    return proxy;
+        const QString &identifier;
+        std::shared_ptr<std::recursive_mutex> lock = VXThreadSafety::lockForIdentifier(identifier);
+        ~Use() { VXThreadSafety::releaseLockForIdentifier(identifier); }
+    } use{identifier};
+    std::lock_guard guard(*use.lock);
+    return VXThreadSafeBundleProxy::proxyWithBundle(lookup());
 }
 
 } // namespace
