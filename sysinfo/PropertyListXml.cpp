@@ -175,7 +175,8 @@ void writeValue(QXmlStreamWriter &xml, const PropertyValue &value)
                              value.toDateTime().toUTC().toString(Qt::ISODate));
         break;
     case PropertyValue::Type::Data:
-        xml.writeTextElement(QStringLiteral("data"), QString::fromLatin1(value.toData().toBase64()));
+        xml.writeTextElement(QStringLiteral("data"),
+                             QString::fromLatin1(value.toData().toBase64()));
         break;
     case PropertyValue::Type::Array:
         xml.writeStartElement(QStringLiteral("array"));

@@ -17,7 +17,8 @@
 // blob or parsed report that may be absent is std::nullopt (an empty blob is a result).
 // No call throws; every failure turns into the neutral result of its function.
 // The cached values are process-wide and never dropped (Seam::resetCaches() aside).
-enum VXModelIdentifierType : std::uint64_t {
+enum VXModelIdentifierType : std::uint64_t
+{
     VXModelIdentifierTypeUnknown = 0,
     VXModelIdentifierTypeIMac = 1,
     VXModelIdentifierTypeMacMini = 2,

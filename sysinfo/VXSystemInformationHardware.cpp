@@ -35,7 +35,10 @@ QString zeroTerminated(const QByteArray &bytes)
     return QString::fromUtf8(end < 0 ? bytes : bytes.left(end));
 }
 
-QString nonEmpty(const QString &s) { return s.isEmpty() ? QString() : s; }
+QString nonEmpty(const QString &s)
+{
+    return s.isEmpty() ? QString() : s;
+}
 
 // The five diagnostics of the address lookup go to standard output, unbuffered from the
 // caller's point of view.
@@ -118,15 +121,16 @@ bool isPowerPCOfSubtypes(std::initializer_list<int> subtypes)
     const std::optional<HostBasicInfo> info = hostBasicInfo();
     if (!info || info->cpuType != kCpuTypePowerPC)
         return false;
-    return subtypes.size() == 0 || std::find(subtypes.begin(), subtypes.end(),
-                                             info->cpuSubtype) != subtypes.end();
+    return subtypes.size() == 0 ||
+           std::find(subtypes.begin(), subtypes.end(), info->cpuSubtype) != subtypes.end();
 }
 
 // The block device behind the root mount: by its device number, else by its source name
 // (file systems such as btrfs report an anonymous device number).
 QString rootBlockDeviceDirectory()
 {
-    const std::optional<QByteArray> mountinfo = Host::readFile(QStringLiteral("/proc/self/mountinfo"));
+    const std::optional<QByteArray> mountinfo =
+        Host::readFile(QStringLiteral("/proc/self/mountinfo"));
     if (!mountinfo)
         return QString();
     QByteArray deviceNumber, source;
@@ -265,8 +269,8 @@ std::optional<QByteArray> macAddress()
             QFile::encodeName(netPath + QLatin1Char('/') + primary + QStringLiteral("/device"));
         char resolved[PATH_MAX];
         if (realpath(device.constData(), resolved)) {
-            const auto text =
-                Host::readFile(QStringLiteral("/sys/class/net/") + primary + QStringLiteral("/address"));
+            const auto text = Host::readFile(QStringLiteral("/sys/class/net/") + primary +
+                                             QStringLiteral("/address"));
             if (text)
                 value = parseHardwareAddress(*text);
         } else {
@@ -323,7 +327,10 @@ std::int64_t processorClockSpeed()
     return std::int64_t(std::int32_t(std::uint32_t(std::uint64_t(hz))));
 }
 
-std::int64_t processorClockSpeedInMHz() { return processorClockSpeed() / 1000000; }
+std::int64_t processorClockSpeedInMHz()
+{
+    return processorClockSpeed() / 1000000;
+}
 
 std::uint32_t countProcessors()
 {
@@ -369,10 +376,22 @@ bool is64BitCapable()
     }
 }
 
-bool isPowerPC() { return isPowerPCOfSubtypes({}); }
-bool isG3() { return isPowerPCOfSubtypes({9}); }
-bool isG4() { return isPowerPCOfSubtypes({10, 11}); }
-bool isG5() { return isPowerPCOfSubtypes({100}); }
+bool isPowerPC()
+{
+    return isPowerPCOfSubtypes({});
+}
+bool isG3()
+{
+    return isPowerPCOfSubtypes({9});
+}
+bool isG4()
+{
+    return isPowerPCOfSubtypes({10, 11});
+}
+bool isG5()
+{
+    return isPowerPCOfSubtypes({100});
+}
 
 QString powerPCTypeString()
 {

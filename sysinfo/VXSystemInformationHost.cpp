@@ -11,11 +11,26 @@ QString g_reportToolPath = QStringLiteral("/usr/bin/lshw");
 } // namespace
 
 namespace Seam {
-void setRoot(const QString &root) { g_root = root; }
-QString root() { return g_root; }
-void setReportToolPath(const QString &path) { g_reportToolPath = path; }
-QString reportToolPath() { return g_reportToolPath; }
-void resetCaches() { Host::caches() = Host::Caches(); }
+void setRoot(const QString &root)
+{
+    g_root = root;
+}
+QString root()
+{
+    return g_root;
+}
+void setReportToolPath(const QString &path)
+{
+    g_reportToolPath = path;
+}
+QString reportToolPath()
+{
+    return g_reportToolPath;
+}
+void resetCaches()
+{
+    Host::caches() = Host::Caches();
+}
 void reset()
 {
     g_root.clear();
@@ -26,7 +41,10 @@ void reset()
 
 namespace Host {
 
-QString path(const QString &absolutePath) { return g_root + absolutePath; }
+QString path(const QString &absolutePath)
+{
+    return g_root + absolutePath;
+}
 
 std::optional<QByteArray> readFile(const QString &absolutePath)
 {

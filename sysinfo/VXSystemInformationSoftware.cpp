@@ -47,10 +47,23 @@ QString kernelValue(const QString &name, const char *(*fromUname)(const utsname 
 
 // The running user-interface framework's major version: the drawing code's releases of
 // choice all predate Qt 6.
-bool runningFrameworkIsModern() { return QLibraryInfo::version().majorVersion() >= 6; }
+bool runningFrameworkIsModern()
+{
+    return QLibraryInfo::version().majorVersion() >= 6;
+}
 
-enum Domain : unsigned { UserDomain = 1, LocalDomain = 2, NetworkDomain = 4, SystemDomain = 8 };
-enum DirectoryKind { ApplicationDirectory = 1, PreferencePanesDirectory = 22 };
+enum Domain : unsigned
+{
+    UserDomain = 1,
+    LocalDomain = 2,
+    NetworkDomain = 4,
+    SystemDomain = 8
+};
+enum DirectoryKind
+{
+    ApplicationDirectory = 1,
+    PreferencePanesDirectory = 22
+};
 
 // The user's domain lives under $HOME, the others under the (seam) root.
 QStringList searchPathForDirectoriesInDomains(DirectoryKind kind, unsigned domains)
@@ -71,9 +84,8 @@ QStringList searchPathForDirectoriesInDomains(DirectoryKind kind, unsigned domai
 
 QFileInfoList entriesOf(const QString &dir)
 {
-    return QDir(dir).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden |
-                                       QDir::System,
-                                   QDir::Name);
+    return QDir(dir).entryInfoList(
+        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System, QDir::Name);
 }
 
 // A directory shown to people as one item: an application bundle, whatever the case of its
@@ -119,8 +131,8 @@ QString environmentDirectory(const char *variable, const QString &fallback)
 QStringList environmentDirectories(const char *variable, const QString &fallback)
 {
     QStringList dirs;
-    for (const QString &dir : environmentDirectory(variable, fallback)
-                                  .split(QLatin1Char(':'), Qt::SkipEmptyParts))
+    for (const QString &dir :
+         environmentDirectory(variable, fallback).split(QLatin1Char(':'), Qt::SkipEmptyParts))
         dirs << Host::path(dir);
     return dirs;
 }
@@ -190,7 +202,8 @@ QString desktopEntryPath(const QString &id)
 QString defaultHttpHandlerEntry()
 {
     QStringList lists;
-    lists << environmentDirectory("XDG_CONFIG_HOME", QDir::homePath() + QStringLiteral("/.config")) +
+    lists << environmentDirectory("XDG_CONFIG_HOME",
+                                  QDir::homePath() + QStringLiteral("/.config")) +
                  QStringLiteral("/mimeapps.list");
     for (const QString &dir : environmentDirectories("XDG_CONFIG_DIRS", QStringLiteral("/etc/xdg")))
         lists << dir + QStringLiteral("/mimeapps.list");
@@ -321,12 +334,14 @@ QString systemProfileValueForKey(const QString &key, const QString &defaultValue
 
 QString operatingSystemString()
 {
-    return kernelValue(QStringLiteral("ostype"), [](const utsname &u) -> const char * { return u.sysname; });
+    return kernelValue(QStringLiteral("ostype"),
+                       [](const utsname &u) -> const char * { return u.sysname; });
 }
 
 QString humanReadableSystemVersionString()
 {
-    for (const QString &file : {QStringLiteral("/etc/os-release"), QStringLiteral("/usr/lib/os-release")}) {
+    for (const QString &file :
+         {QStringLiteral("/etc/os-release"), QStringLiteral("/usr/lib/os-release")}) {
         if (const auto text = Host::readFile(file))
             return Host::shellVariable(*text, "PRETTY_NAME");
     }
@@ -356,10 +371,22 @@ QString systemVersionString()
     return cache;
 }
 
-bool isSnowLeopardOrGreater() { return runningFrameworkIsModern(); }
-bool isLionOrGreater() { return runningFrameworkIsModern(); }
-bool isMountainLionOrGreater() { return runningFrameworkIsModern(); }
-bool isMavericksOrGreater() { return runningFrameworkIsModern(); }
+bool isSnowLeopardOrGreater()
+{
+    return runningFrameworkIsModern();
+}
+bool isLionOrGreater()
+{
+    return runningFrameworkIsModern();
+}
+bool isMountainLionOrGreater()
+{
+    return runningFrameworkIsModern();
+}
+bool isMavericksOrGreater()
+{
+    return runningFrameworkIsModern();
+}
 
 QSet<QString> allApplicationsPathsWithLaunchServices()
 {
@@ -407,8 +434,8 @@ QSet<QString> allApplicationsPaths()
     QSet<QString> paths = allApplicationsPathsWithLaunchServices();
     if (isSnowLeopardOrGreater() && !paths.isEmpty())
         return paths;
-    for (const QString &dir :
-         searchPathForDirectoriesInDomains(ApplicationDirectory, UserDomain | LocalDomain | SystemDomain))
+    for (const QString &dir : searchPathForDirectoriesInDomains(
+             ApplicationDirectory, UserDomain | LocalDomain | SystemDomain))
         scanApplications(dir, paths);
     return paths;
 }
@@ -417,7 +444,8 @@ QString defaultWebBrowser()
 {
     const QString entry = defaultHttpHandlerEntry();
     if (entry.isNull()) {
-        VXLog(QStringLiteral("Error while trying to get default Web browser: %1").arg(long(ENOENT)));
+        VXLog(
+            QStringLiteral("Error while trying to get default Web browser: %1").arg(long(ENOENT)));
         return QString();
     }
     // The name is taken from the entry's URL text, so blanks stay percent-encoded.

@@ -64,12 +64,14 @@ public:
         return rootPath() + path;
     }
 
-    // A report tool that prints the given bytes and records its arguments, one a line.
-    QString reportTool(const QByteArray &output, int exitStatus = 0) const
+    // A report tool that prints the given bytes (and, when noisy, a line on standard error)
+    // and records its arguments, one a line.
+    QString reportTool(const QByteArray &output, int exitStatus = 0, bool noisy = false) const
     {
         const QString out = scratchPath() + QStringLiteral("/tool.out");
         QFile data(out);
-        if (!data.open(QIODevice::WriteOnly | QIODevice::Truncate) || data.write(output) != output.size())
+        if (!data.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+            data.write(output) != output.size())
             qFatal("cannot write the fake tool's output");
         data.close();
         const QString script = scratchPath() + QStringLiteral("/tool.sh");
@@ -77,9 +79,10 @@ public:
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             qFatal("cannot write the fake tool");
         file.write(QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n"
-                                  "echo 'tool diagnostics' >&2\ncat '%2'\nexit %3\n")
+                                  "%4cat '%2'\nexit %3\n")
                        .arg(scratchPath(), out)
                        .arg(exitStatus)
+                       .arg(noisy ? QStringLiteral("echo 'tool diagnostics' >&2\n") : QString())
                        .toUtf8());
         file.close();
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

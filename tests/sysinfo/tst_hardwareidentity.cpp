@@ -28,7 +28,9 @@ Files interface(const QString &name, int index, const QByteArray &address, bool 
     Files files{{dir + QStringLiteral("/ifindex"), QByteArray::number(index) + '\n'},
                 {dir + QStringLiteral("/address"), address + '\n'}};
     if (hardware) {
-        files.insert(QStringLiteral("/sys/devices/pci0/net") + QString::number(index) + QLatin1Char('/'), {});
+        files.insert(QStringLiteral("/sys/devices/pci0/net") + QString::number(index) +
+                         QLatin1Char('/'),
+                     {});
         files.insert(dir + QStringLiteral("/device"),
                      "->../../../devices/pci0/net" + QByteArray::number(index));
     }
@@ -111,14 +113,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("identifier");
         QTest::addColumn<quint64>("type");
-        QTest::newRow("air before its own prefix") << QStringLiteral("MacBookAir4,2") << quint64(VXModelIdentifierTypeMacBookAir);
-        QTest::newRow("pro is a macbook") << QStringLiteral("MacBookPro8,1") << quint64(VXModelIdentifierTypeMacBook);
-        QTest::newRow("bare macbook") << QStringLiteral("macbook") << quint64(VXModelIdentifierTypeMacBook);
+        QTest::newRow("air before its own prefix")
+            << QStringLiteral("MacBookAir4,2") << quint64(VXModelIdentifierTypeMacBookAir);
+        QTest::newRow("pro is a macbook")
+            << QStringLiteral("MacBookPro8,1") << quint64(VXModelIdentifierTypeMacBook);
+        QTest::newRow("bare macbook")
+            << QStringLiteral("macbook") << quint64(VXModelIdentifierTypeMacBook);
         QTest::newRow("upper case") << QStringLiteral("IMAC") << quint64(VXModelIdentifierTypeIMac);
         QTest::newRow("imac") << QStringLiteral("iMac12,2") << quint64(VXModelIdentifierTypeIMac);
-        QTest::newRow("mini") << QStringLiteral("Macmini5,1") << quint64(VXModelIdentifierTypeMacMini);
-        QTest::newRow("tower") << QStringLiteral("MacPro5,1") << quint64(VXModelIdentifierTypeUnknown);
-        QTest::newRow("prefix only at the start") << QStringLiteral("xMacBookAir") << quint64(VXModelIdentifierTypeUnknown);
+        QTest::newRow("mini") << QStringLiteral("Macmini5,1")
+                              << quint64(VXModelIdentifierTypeMacMini);
+        QTest::newRow("tower") << QStringLiteral("MacPro5,1")
+                               << quint64(VXModelIdentifierTypeUnknown);
+        QTest::newRow("prefix only at the start")
+            << QStringLiteral("xMacBookAir") << quint64(VXModelIdentifierTypeUnknown);
         QTest::newRow("empty") << QStringLiteral("") << quint64(VXModelIdentifierTypeUnknown);
         QTest::newRow("null") << QString() << quint64(VXModelIdentifierTypeUnknown);
     }
@@ -164,7 +172,8 @@ private Q_SLOTS:
         QTest::newRow("device gone")
             << Files{{QStringLiteral("/sys/class/net/eth0/ifindex"), "2\n"},
                      {QStringLiteral("/sys/class/net/eth0/device"), "->../../../devices/gone"}}
-            << QByteArray() << QString() << QByteArray("IORegistryEntryGetParentEntry returned 2\n");
+            << QByteArray() << QString()
+            << QByteArray("IORegistryEntryGetParentEntry returned 2\n");
     }
     void hardwareAddress()
     {
@@ -222,7 +231,8 @@ private Q_SLOTS:
         QTest::newRow("partition: the whole disk counts")
             << merged({disk,
                        {{mountinfo, mounts("8:2", "ext4", "/dev/sda2")},
-                        {QStringLiteral("/sys/dev/block/8:2"), "->../../devices/pci0/block/sda/sda2"}}})
+                        {QStringLiteral("/sys/dev/block/8:2"),
+                         "->../../devices/pci0/block/sda/sda2"}}})
             << quint64(1000 * 512);
         QTest::newRow("unpartitioned disk")
             << merged({disk,
@@ -232,27 +242,31 @@ private Q_SLOTS:
         QTest::newRow("anonymous device number, found by source")
             << merged({disk,
                        {{mountinfo, mounts("0:33", "btrfs", "/dev/sda2")},
-                        {QStringLiteral("/sys/class/block/sda2"), "->../../devices/pci0/block/sda/sda2"}}})
+                        {QStringLiteral("/sys/class/block/sda2"),
+                         "->../../devices/pci0/block/sda/sda2"}}})
             << quint64(1000 * 512);
         QTest::newRow("the last mount over / wins")
             << merged({disk,
-                       {{mountinfo, mounts("7:0", "ext4", "/dev/loop0") + mounts("8:0", "ext4", "/dev/sda")},
+                       {{mountinfo,
+                         mounts("7:0", "ext4", "/dev/loop0") + mounts("8:0", "ext4", "/dev/sda")},
                         {QStringLiteral("/sys/dev/block/8:0"), "->../../devices/pci0/block/sda"}}})
             << quint64(1000 * 512);
         QTest::newRow("disk image")
             << Files{{mountinfo, mounts("7:0", "ext4", "/dev/loop0")},
                      {QStringLiteral("/sys/devices/virtual/block/loop0/size"), "2048\n"},
-                     {QStringLiteral("/sys/devices/virtual/block/loop0/loop/backing_file"), "/img\n"},
+                     {QStringLiteral("/sys/devices/virtual/block/loop0/loop/backing_file"),
+                      "/img\n"},
                      {QStringLiteral("/sys/dev/block/7:0"), "->../../devices/virtual/block/loop0"}}
             << quint64(0);
         QTest::newRow("partition of a disk image")
             << Files{{mountinfo, mounts("259:0", "ext4", "/dev/loop0p1")},
                      {QStringLiteral("/sys/devices/virtual/block/loop0/size"), "2048\n"},
                      {QStringLiteral("/sys/devices/virtual/block/loop0/loop0p1/partition"), "1\n"},
-                     {QStringLiteral("/sys/dev/block/259:0"), "->../../devices/virtual/block/loop0/loop0p1"}}
+                     {QStringLiteral("/sys/dev/block/259:0"),
+                      "->../../devices/virtual/block/loop0/loop0p1"}}
             << quint64(0);
-        QTest::newRow("no block device") << Files{{mountinfo, mounts("0:45", "overlay", "overlay")}}
-                                         << quint64(0);
+        QTest::newRow("no block device")
+            << Files{{mountinfo, mounts("0:45", "overlay", "overlay")}} << quint64(0);
         QTest::newRow("no mount table") << Files{} << quint64(0);
     }
     void rootDiskSize()
@@ -271,12 +285,14 @@ private Q_SLOTS:
         QTest::addColumn<qint64>("mhz");
         QTest::addColumn<uint>("count");
 
-        const QString maxFreq = QStringLiteral("/sys/devices/system/cpu/cpu0/cpufreq/cpuinfo_max_freq");
+        const QString maxFreq =
+            QStringLiteral("/sys/devices/system/cpu/cpu0/cpufreq/cpuinfo_max_freq");
         const QString cpuinfo = QStringLiteral("/proc/cpuinfo");
         const QString possible = QStringLiteral("/sys/devices/system/cpu/possible");
-        QTest::newRow("firmware maximum")
-            << Files{{maxFreq, "2000000\n"}, {cpuinfo, "cpu MHz\t\t: 800.000\n"}, {possible, "0-3\n"}}
-            << qint64(2000000000) << qint64(2000) << 4u;
+        QTest::newRow("firmware maximum") << Files{{maxFreq, "2000000\n"},
+                                                   {cpuinfo, "cpu MHz\t\t: 800.000\n"},
+                                                   {possible, "0-3\n"}}
+                                          << qint64(2000000000) << qint64(2000) << 4u;
         QTest::newRow("current speed when no maximum")
             << Files{{cpuinfo, "processor\t: 0\ncpu MHz\t\t: 2096.027\n"}, {possible, "0-3,6\n"}}
             << qint64(2096027000) << qint64(2096) << 5u;
@@ -284,11 +300,11 @@ private Q_SLOTS:
             << Files{{maxFreq, "999\n"}, {possible, "0\n"}} << qint64(999000) << qint64(0) << 1u;
         // The clock is a signed 32-bit answer: faster processors wrap, and the division
         // truncates toward zero.
-        QTest::newRow("wraps past 2^31 Hz")
-            << Files{{maxFreq, "2660000\n"}, {possible, "0-1"}} << qint64(-1634967296)
-            << qint64(-1634) << 2u;
+        QTest::newRow("wraps past 2^31 Hz") << Files{{maxFreq, "2660000\n"}, {possible, "0-1"}}
+                                            << qint64(-1634967296) << qint64(-1634) << 2u;
         QTest::newRow("nothing known") << Files{} << qint64(0) << qint64(0) << 0u;
-        QTest::newRow("malformed ranges") << Files{{possible, "3-1\n"}} << qint64(0) << qint64(0) << 0u;
+        QTest::newRow("malformed ranges")
+            << Files{{possible, "3-1\n"}} << qint64(0) << qint64(0) << 0u;
     }
     void processor()
     {
@@ -310,14 +326,22 @@ private Q_SLOTS:
         QTest::addColumn<QString>("family");
         QTest::addColumn<bool>("powerPC");
 
-        QTest::newRow("x86") << QByteArray("x86_64\n") << QByteArray() << QStringLiteral("Non-PowerPC") << false;
-        QTest::newRow("G3") << QByteArray("ppc\n") << QByteArray("750CXe") << QStringLiteral("G3") << true;
-        QTest::newRow("G4 7400") << QByteArray("ppc\n") << QByteArray("7400, altivec supported") << QStringLiteral("G4") << true;
-        QTest::newRow("G4 7447") << QByteArray("ppc\n") << QByteArray("7447A, altivec supported") << QStringLiteral("G4") << true;
-        QTest::newRow("G5") << QByteArray("ppc64\n") << QByteArray("PPC970FX, altivec supported") << QStringLiteral("G5") << true;
-        QTest::newRow("970") << QByteArray("ppc64\n") << QByteArray("970MP") << QStringLiteral("G5") << true;
-        QTest::newRow("older PowerPC") << QByteArray("ppc\n") << QByteArray("604e") << QStringLiteral("PowerPC pre-G3") << true;
-        QTest::newRow("architecture unknown") << QByteArray() << QByteArray("750") << QStringLiteral("Non-PowerPC") << false;
+        QTest::newRow("x86") << QByteArray("x86_64\n") << QByteArray()
+                             << QStringLiteral("Non-PowerPC") << false;
+        QTest::newRow("G3") << QByteArray("ppc\n") << QByteArray("750CXe") << QStringLiteral("G3")
+                            << true;
+        QTest::newRow("G4 7400") << QByteArray("ppc\n") << QByteArray("7400, altivec supported")
+                                 << QStringLiteral("G4") << true;
+        QTest::newRow("G4 7447") << QByteArray("ppc\n") << QByteArray("7447A, altivec supported")
+                                 << QStringLiteral("G4") << true;
+        QTest::newRow("G5") << QByteArray("ppc64\n") << QByteArray("PPC970FX, altivec supported")
+                            << QStringLiteral("G5") << true;
+        QTest::newRow("970") << QByteArray("ppc64\n") << QByteArray("970MP") << QStringLiteral("G5")
+                             << true;
+        QTest::newRow("older PowerPC") << QByteArray("ppc\n") << QByteArray("604e")
+                                       << QStringLiteral("PowerPC pre-G3") << true;
+        QTest::newRow("architecture unknown")
+            << QByteArray() << QByteArray("750") << QStringLiteral("Non-PowerPC") << false;
     }
     void processorFamily()
     {
