@@ -94,7 +94,8 @@ private:
         if (kind == QLatin1String("data")) {
             QByteArray compact = text.toLatin1();
             compact.replace(' ', "").replace('\n', "").replace('\t', "").replace('\r', "");
-            const auto decoded = QByteArray::fromBase64Encoding(compact);
+            const auto decoded =
+                QByteArray::fromBase64Encoding(compact, QByteArray::AbortOnBase64DecodingErrors);
             return decoded ? std::optional<PropertyValue>(PropertyValue(*decoded)) : std::nullopt;
         }
         return std::nullopt;

@@ -8,10 +8,14 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <dirent.h>
+#include <limits>
 #include <sys/utsname.h>
 
 namespace VXSystemInformation {
@@ -82,7 +86,7 @@ int powerPCSubtype(const QByteArray &cpuinfo)
         // The kernel writes the 970 family as "PPC970FX" and the others bare ("7447A").
         if (model.startsWith("PPC"))
             model = model.mid(3);
-        if (model.startsWith("750"))
+        if (model.startsWith("740") || model.startsWith("750"))
             return 9;
         if (model.startsWith("7400") || model.startsWith("7410"))
             return 10;

@@ -12,8 +12,27 @@
 #include <cstdio>
 #include <unistd.h>
 
-// A machine made of files: a temporary root for the system paths and a home folder, handed
-// to VXSystemInformation through its seam. The real machine comes back when it goes away.
+// Files of a fake machine: path → content. A content "->target" makes a symbolic link, a
+// path ending in "/" a folder. Paths starting with "~" are in the home folder.
+using Files = QMap<QString, QByteArray>;
+
+// The value of a test-data column, for use inside an expression.
+#define FETCHED(Type, name)                                                                        \
+    ([] {                                                                                          \
+        QFETCH(Type, name);                                                                        \
+        return name;                                                                               \
+    }())
+
+// Null (nothing known) and empty are different answers.
+#define COMPARE_TEXT(actual, expected)                                                             \
+    do {                                                                                           \
+        const QString a_ = (actual), e_ = (expected);                                              \
+        QCOMPARE(a_, e_);                                                                          \
+        QCOMPARE(a_.isNull(), e_.isNull());                                                        \
+    } while (false)
+
+// A machine made of files in a temporary folder, handed to VXSystemInformation through its
+// seam, with a fresh home folder and no XDG variables. The real machine comes back after.
 class FakeMachine
 {
 public:
@@ -22,6 +41,7 @@ public:
         VXSystemInformation::Seam::reset();
         VXSystemInformation::Seam::setRoot(rootPath());
         QDir().mkpath(homePath());
+        QDir().mkpath(rootPath());
         qputenv("HOME", homePath().toUtf8());
         for (const char *variable :
              {"XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
@@ -32,73 +52,58 @@ public:
         VXSystemInformation::Seam::reset();
         qputenv("HOME", m_savedHome);
     }
-    FakeMachine(const FakeMachine &) = delete;
-    FakeMachine &operator=(const FakeMachine &) = delete;
 
     QString rootPath() const { return m_dir.path() + QStringLiteral("/root"); }
     QString homePath() const { return m_dir.path() + QStringLiteral("/home"); }
     QString scratchPath() const { return m_dir.path(); }
+    QString resolve(const QString &path) const
+    {
+        return path.startsWith(QLatin1Char('~')) ? homePath() + path.mid(1) : rootPath() + path;
+    }
 
-    // Writes a file below the fake root ("/sys/...") or anywhere when the path is absolute
-    // inside the temporary folder already.
     void write(const QString &path, const QByteArray &bytes) const
     {
         const QString full = resolve(path);
-        QVERIFY(QDir().mkpath(QFileInfo(full).absolutePath()));
-        QFile file(full);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
-    void mkdir(const QString &path) const { QVERIFY(QDir().mkpath(resolve(path))); }
-    void link(const QString &target, const QString &path) const
-    {
-        const QString full = resolve(path);
-        QVERIFY(QDir().mkpath(QFileInfo(full).absolutePath()));
+        QDir().mkpath(QFileInfo(full).absolutePath());
         QFile::remove(full);
-        QVERIFY(QFile::link(target, full));
+        QFile file(full);
+        if (path.endsWith(QLatin1Char('/')))
+            QDir().mkpath(full);
+        else if (bytes.startsWith("->"))
+            QFile::link(QString::fromUtf8(bytes.mid(2)), full);
+        else if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(full));
     }
-    QString resolve(const QString &path) const
+    void build(const Files &files) const
     {
-        if (path.startsWith(QLatin1Char('~')))
-            return homePath() + path.mid(1);
-        return rootPath() + path;
+        for (auto it = files.cbegin(); it != files.cend(); ++it)
+            write(it.key(), it.value());
     }
 
-    // A report tool that prints the given bytes (and, when noisy, a line on standard error)
-    // and records its arguments, one a line.
-    QString reportTool(const QByteArray &output, int exitStatus = 0, bool noisy = false) const
+    // Installs a report tool that records its arguments and prints the given bytes (and,
+    // when noisy, a line on standard error).
+    void reportTool(const QByteArray &output, int exitStatus = 0, bool noisy = false) const
     {
-        const QString out = scratchPath() + QStringLiteral("/tool.out");
-        QFile data(out);
-        if (!data.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-            data.write(output) != output.size())
-            qFatal("cannot write the fake tool's output");
-        data.close();
-        const QString script = scratchPath() + QStringLiteral("/tool.sh");
-        QFile file(script);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            qFatal("cannot write the fake tool");
-        file.write(QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n"
-                                  "%4cat '%2'\nexit %3\n")
-                       .arg(scratchPath(), out)
-                       .arg(exitStatus)
-                       .arg(noisy ? QStringLiteral("echo 'tool diagnostics' >&2\n") : QString())
-                       .toUtf8());
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        VXSystemInformation::Seam::setReportToolPath(script);
-        return script;
+        const QString dir = scratchPath();
+        write(QStringLiteral("/../tool.out"), output);
+        write(
+            QStringLiteral("/../tool.sh"),
+            QStringLiteral(
+                "#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n%2cat '%1/tool.out'\nexit %3\n")
+                .arg(dir, noisy ? QStringLiteral("echo 'tool diagnostics' >&2\n") : QString())
+                .arg(exitStatus)
+                .toUtf8());
+        QFile::setPermissions(dir + QStringLiteral("/tool.sh"), QFile::ReadOwner | QFile::ExeOwner);
+        VXSystemInformation::Seam::setReportToolPath(dir + QStringLiteral("/tool.sh"));
     }
     QStringList reportToolArguments() const
     {
         QFile file(scratchPath() + QStringLiteral("/tool.args"));
         if (!file.open(QIODevice::ReadOnly))
             return {QStringLiteral("<not run>")};
-        QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-        lines.removeLast();
-        if (lines == QStringList{QString()})
-            return {};
-        return lines;
+        const QString text = QString::fromUtf8(file.readAll());
+        return text == QLatin1String("\n") ? QStringList()
+                                           : text.chopped(1).split(QLatin1Char('\n'));
     }
 
 private:
@@ -117,24 +122,20 @@ public:
         m_saved = dup(STDOUT_FILENO);
         dup2(m_file.handle(), STDOUT_FILENO);
     }
-    ~StdoutCapture() { restore(); }
+    ~StdoutCapture() { text(); }
     QByteArray text()
     {
-        restore();
+        if (m_saved >= 0) {
+            std::fflush(stdout);
+            dup2(m_saved, STDOUT_FILENO);
+            close(m_saved);
+            m_saved = -1;
+        }
         m_file.seek(0);
         return m_file.readAll();
     }
 
 private:
-    void restore()
-    {
-        if (m_saved < 0)
-            return;
-        std::fflush(stdout);
-        dup2(m_saved, STDOUT_FILENO);
-        close(m_saved);
-        m_saved = -1;
-    }
     QTemporaryFile m_file;
     int m_saved = -1;
 };

@@ -1,9 +1,6 @@
 #include "FakeMachine.h"
 #include "LogCapture.h"
 #include "PropertyListXml.h"
-#include "VXSystemInformation.h"
-
-#include <QTest>
 
 using namespace VXSystemInformation;
 
@@ -65,16 +62,13 @@ private Q_SLOTS:
             << QStringLiteral("8 G");
         QTest::newRow("first occurrence")
             << QByteArray("Memory: 4 GB\nMemory: 8 GB\n") << memory << QStringLiteral("4 GB");
-        QTest::newRow("blanks kept")
-            << QByteArray("Model Name:   Mac  \n") << model << QStringLiteral("  Mac  ");
-        QTest::newRow("case matters")
-            << QByteArray("model name: Mac\n") << model << QStringLiteral("dflt");
+        QTest::newRow("case matters, blanks kept")
+            << QByteArray("model name: x\nModel Name:   Mac  \n") << model
+            << QStringLiteral("  Mac  ");
         QTest::newRow("nothing before the line break")
             << QByteArray("Model Name: \nMemory: 1\n") << model << QStringLiteral("dflt");
         QTest::newRow("key ends the report")
             << QByteArray("x Model Name: ") << model << QStringLiteral("dflt");
-        QTest::newRow("one character, no line break")
-            << QByteArray("Model Name: X") << model << QStringLiteral("dflt");
         QTest::newRow("empty report") << QByteArray() << model << QStringLiteral("dflt");
         QTest::newRow("not UTF-8")
             << QByteArray("Model Name: \xff\xfe\n") << model << QStringLiteral("dflt");
@@ -82,8 +76,6 @@ private Q_SLOTS:
             << kListerText << model << QStringLiteral("ThinkPad X1 (20KH)");
         QTest::newRow("lister's system memory, not firmware or bank")
             << kListerText << memory << QStringLiteral("16GiB");
-        QTest::newRow("lister's text without final line break")
-            << QByteArray("vm\n  *-memory\n       size: 16GiB") << memory << QStringLiteral("16Gi");
     }
     void valueForKey()
     {
@@ -97,35 +89,6 @@ private Q_SLOTS:
                  QStringList({QStringLiteral("-class"), QStringLiteral("system"),
                               QStringLiteral("-class"), QStringLiteral("memory"),
                               QStringLiteral("-class"), QStringLiteral("processor")}));
-    }
-
-    void toolArguments_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QStringList>("tool");
-        QTest::newRow("xml and types in order")
-            << QStringList{QStringLiteral("-xml"), QStringLiteral("SPNetworkDataType"),
-                           QStringLiteral("SPMemoryDataType"), QStringLiteral("SPHardwareDataType")}
-            << QStringList{
-                   QStringLiteral("-xml"),   QStringLiteral("-class"), QStringLiteral("network"),
-                   QStringLiteral("-class"), QStringLiteral("memory"), QStringLiteral("-class"),
-                   QStringLiteral("system"), QStringLiteral("-class"), QStringLiteral("processor")};
-        QTest::newRow("level without personal details")
-            << QStringList{QStringLiteral("-xml"), QStringLiteral("-detailLevel"),
-                           QStringLiteral("mini")}
-            << QStringList{QStringLiteral("-xml"), QStringLiteral("-sanitize")};
-        QTest::newRow("other levels and a missing level")
-            << QStringList{QStringLiteral("-detailLevel"), QStringLiteral("full"),
-                           QStringLiteral("-detailLevel")}
-            << QStringList{};
-        QTest::newRow("nothing to list for applications")
-            << QStringList{QStringLiteral("SPApplicationsDataType")} << QStringList{};
-    }
-    void toolArguments()
-    {
-        QFETCH(QStringList, arguments);
-        QFETCH(QStringList, tool);
-        QCOMPARE(reportToolArguments(arguments), tool);
     }
 
     void runner()
@@ -196,8 +159,9 @@ private Q_SLOTS:
 
         const QString saved = machine.scratchPath() + QStringLiteral("/report.xml");
         machine.reportTool(kListerXml);
-        QVERIFY(saveSystemProfileOfLevel(QString(), saved));
-        QCOMPARE(machine.reportToolArguments(), QStringList{QStringLiteral("-xml")});
+        QVERIFY(saveSystemProfileOfLevel(QStringLiteral("mini"), saved));
+        QCOMPARE(machine.reportToolArguments(),
+                 QStringList({QStringLiteral("-xml"), QStringLiteral("-sanitize")}));
         QFile file(saved);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), kListerXml);
@@ -222,10 +186,6 @@ private Q_SLOTS:
             << QStringList{QStringLiteral("/A.app"), QStringLiteral("/C.app")};
         QTest::newRow("items not an array")
             << plist("<array>" + apps + "<key>_items</key><dict/></dict></array>") << QStringList{};
-        QTest::newRow("no applications entry")
-            << plist("<array><dict><key>_dataType</key><string>SPHardwareDataType</string></dict></"
-                     "array>")
-            << QStringList{};
         QTest::newRow("the lister has no applications") << kListerXml << QStringList{};
         QTest::newRow("not a property list") << QByteArray("garbage") << QStringList{};
     }
@@ -263,8 +223,6 @@ private Q_SLOTS:
                    "<key>x</key><data>\n  "
                    "AAH/\n</data><key>a</key><array><false/><dict/></array></dict>")
             << true << PropertyValue(all);
-        QTest::newRow("written form reads back")
-            << PropertyListXml::write(all) << true << PropertyValue(all);
         const PropertyValue none;
         QTest::newRow("empty") << QByteArray() << false << none;
         QTest::newRow("not xml") << QByteArray("Hardware:\n  Memory: 8 GB\n") << false << none;
@@ -273,12 +231,8 @@ private Q_SLOTS:
         QTest::newRow("unclosed") << QByteArray("<plist><array><string>a</string>") << false
                                   << none;
         QTest::newRow("key without value") << plist("<dict><key>k</key></dict>") << false << none;
-        QTest::newRow("value without key")
-            << plist("<dict><string>v</string></dict>") << false << none;
         QTest::newRow("text in an array") << plist("<array>loose</array>") << false << none;
         QTest::newRow("bad integer") << plist("<integer>12x</integer>") << false << none;
-        QTest::newRow("bad date") << plist("<date>yesterday</date>") << false << none;
-        QTest::newRow("unknown element") << plist("<set/>") << false << none;
         QTest::newRow("content after the end") << plist("<true/>") + "<plist/>" << false << none;
         QTest::newRow("nested too deep")
             << plist(QByteArray("<array>").repeated(100000)) << false << none;
@@ -290,8 +244,10 @@ private Q_SLOTS:
         QFETCH(PropertyValue, value);
         const std::optional<PropertyValue> read = PropertyListXml::read(xml);
         QCOMPARE(read.has_value(), valid);
-        if (valid)
+        if (valid) {
             QCOMPARE(*read, value);
+            QCOMPARE(PropertyListXml::read(PropertyListXml::write(value)), read);
+        }
     }
 };
 
