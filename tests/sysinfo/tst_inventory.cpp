@@ -25,7 +25,7 @@ private Q_SLOTS:
     {
         FakeMachine machine;
         for (const char *dir :
-             {"/Applications/Foo.app/Contents/MacOS/", "/Applications/Foo.APP/Inner.app/",
+             {"/Applications/Foo.app/Contents/bin/", "/Applications/Foo.APP/Inner.app/",
               "/Applications/Utilities/Bar.app/", "/Applications/Games/Deep/Game.app/",
               "/Applications/Games/Case.App/Inner.app/", "/System/Applications/Sys.app/",
               "/Network/Applications/Remote.app/", "~/Applications/Mine.app/"})
