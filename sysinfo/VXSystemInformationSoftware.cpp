@@ -15,7 +15,6 @@
 #include <QSaveFile>
 #include <QStringDecoder>
 #include <QUrl>
-#include <QVersionNumber>
 
 #include <cerrno>
 #include <sys/utsname.h>
@@ -45,8 +44,8 @@ QString kernelValue(const QString &name, const char *(*fromUname)(const utsname 
     return QString::fromUtf8(fromUname(names));
 }
 
-// The running user-interface framework's major version: the drawing code's releases of
-// choice all predate Qt 6.
+// The drawing code picks its modern look from these release tests. The running
+// user-interface framework decides: every desktop with Qt 6 postdates the releases they name.
 bool runningFrameworkIsModern()
 {
     return QLibraryInfo::version().majorVersion() >= 6;
