@@ -52,7 +52,7 @@ VXModelIdentifierType modelIdentifierType();
 
 // The hardware report tool. Arguments use the report vocabulary ("-xml", "-detailLevel"
 // <level>, data-type names such as "SPHardwareDataType"); the runner translates them for
-// the tool (see reportToolArguments).
+// the tool (see ReportToolAdapter).
 std::optional<QByteArray> systemProfilerGetDataWithArguments(const QStringList &arguments);
 std::optional<QByteArray> systemProfileOfDataTypes(const QStringList &dataTypes, bool xmlFormat);
 QString stringWithSystemProfileOfDataTypes(const QStringList &dataTypes);
@@ -77,9 +77,6 @@ QSet<QString> allApplicationsPathsWithSystemProfiler();
 QSet<QString> allPreferencePanesPaths();
 QSet<QString> allApplicationsPaths();
 QString defaultWebBrowser();
-
-// The tool's own argument list for report-vocabulary arguments (exposed for tests).
-QStringList reportToolArguments(const QStringList &arguments);
 
 // Where the queries look. Only tests change these, to give the queries a fake machine;
 // the program itself never calls them. Not thread-safe: set before querying.

@@ -227,20 +227,19 @@ QString defaultHttpHandlerEntry()
 
 } // namespace
 
-QStringList reportToolArguments(const QStringList &arguments)
-{
-    return ReportToolAdapter::toolArguments(arguments);
-}
-
 std::optional<QByteArray> systemProfilerGetDataWithArguments(const QStringList &arguments)
 {
     QProcess task;
     task.setProgram(Seam::reportToolPath());
     if (!arguments.isEmpty())
-        task.setArguments(reportToolArguments(arguments));
+        task.setArguments(ReportToolAdapter::toolArguments(arguments));
     // Only standard output is ours; the tool's diagnostics go where ours go.
     task.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     task.setInputChannelMode(QProcess::ForwardedInputChannel);
+    // The lister translates its labels; the readers look for the untranslated ones.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+    task.setProcessEnvironment(environment);
     task.start(QIODevice::ReadOnly);
     // Not being able to start the tool is the one failure worth reporting; what it prints
     // and how it ends are its own business.

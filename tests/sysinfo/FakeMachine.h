@@ -86,13 +86,13 @@ public:
     {
         const QString dir = scratchPath();
         write(QStringLiteral("/../tool.out"), output);
-        write(
-            QStringLiteral("/../tool.sh"),
-            QStringLiteral(
-                "#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n%2cat '%1/tool.out'\nexit %3\n")
-                .arg(dir, noisy ? QStringLiteral("echo 'tool diagnostics' >&2\n") : QString())
-                .arg(exitStatus)
-                .toUtf8());
+        write(QStringLiteral("/../tool.sh"),
+              QStringLiteral(
+                  "#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n"
+                  "printf '%s' \"$LC_ALL\" > '%1/tool.locale'\n%2cat '%1/tool.out'\nexit %3\n")
+                  .arg(dir, noisy ? QStringLiteral("echo 'tool diagnostics' >&2\n") : QString())
+                  .arg(exitStatus)
+                  .toUtf8());
         QFile::setPermissions(dir + QStringLiteral("/tool.sh"), QFile::ReadOwner | QFile::ExeOwner);
         VXSystemInformation::Seam::setReportToolPath(dir + QStringLiteral("/tool.sh"));
     }

@@ -99,6 +99,9 @@ private Q_SLOTS:
         machine.reportTool("partial", 3, true);
         QCOMPARE(systemProfilerGetDataWithArguments({}), std::optional<QByteArray>("partial"));
         QCOMPARE(machine.reportToolArguments(), QStringList());
+        QFile locale(machine.scratchPath() + QStringLiteral("/tool.locale"));
+        QVERIFY(locale.open(QIODevice::ReadOnly));
+        QCOMPARE(locale.readAll(), QByteArray("C")); // untranslated labels
         machine.reportTool("");
         const std::optional<QByteArray> empty = systemProfilerGetDataWithArguments({});
         QVERIFY(empty && empty->isEmpty());
