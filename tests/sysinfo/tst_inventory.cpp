@@ -151,19 +151,6 @@ private Q_SLOTS:
                                         "Error while trying to get default Web browser: 2")}
                                   : QStringList{});
     }
-
-    void userListWinsOverSystemList()
-    {
-        FakeMachine machine;
-        machine.write(QStringLiteral("/usr/share/applications/web.desktop"), kApplicationEntry);
-        machine.write(QStringLiteral("~/.local/share/applications/mine.desktop"),
-                      kApplicationEntry);
-        machine.write(QStringLiteral("/etc/xdg/mimeapps.list"),
-                      "[Default Applications]\nx-scheme-handler/http=web.desktop\n");
-        machine.write(QStringLiteral("~/.config/mimeapps.list"),
-                      "[Default Applications]\nx-scheme-handler/http=mine.desktop\n");
-        QCOMPARE(defaultWebBrowser(), QStringLiteral("mine"));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestInventory)
