@@ -308,7 +308,7 @@ private Q_SLOTS:
         QTest::newRow("word only") << t(" nullx") << true << MaybeValue(PropertyValue::null()) << 5;
         QTest::newRow("number stops before e") << t("12e+x") << true << MaybeValue(12.0) << 2;
         QTest::newRow("bad escape stops at quote")
-            << t("\"a\\uZZZZb\"c") << false << MaybeValue() << 9;
+            << t("\"a\\u1\"b\"c") << false << MaybeValue() << 7;
         QTest::newRow("unterminated is scanned") << t("\"abc") << true << MaybeValue() << 4;
     }
 
