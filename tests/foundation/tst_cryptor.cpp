@@ -153,7 +153,8 @@ private Q_SLOTS:
         const std::optional<QByteArray> cipher = encryptor->encryptData(plain);
         QVERIFY(cipher);
         QTEST(int(cipher->size()), "cipherSize");
-        QVERIFY(!cipher->contains(plain));
+        if (plain.size() > 8)
+            QVERIFY(!cipher->contains(plain));
         QCOMPARE(decryptor->decryptData(*cipher), plain);
 
         const std::optional<QString> base64 = encryptor->encryptBase64(plain);
