@@ -313,15 +313,19 @@ std::optional<QByteArray> VXCryptor::dataFromBase64(const QString &base64)
 {
     if (base64.isEmpty())
         return std::nullopt;
-    QString text = base64;
-    text.remove(QLatin1Char('\n'));
+    // One pass: drop line feeds (carriage returns stay) and take the ASCII bytes. Text that
+    // is not pure ASCII has no ASCII bytes, so the decoder sees nothing.
     QByteArray result;
-    // Text that is not pure ASCII has no ASCII bytes, so the decoder sees nothing.
-    for (const QChar ch : std::as_const(text)) {
-        if (ch.unicode() > 0x7f)
+    QByteArray bytes(base64.size(), Qt::Uninitialized);
+    char *out = bytes.data();
+    for (const QChar ch : base64) {
+        const char16_t unit = ch.unicode();
+        if (unit > 0x7f)
             return result;
+        if (unit != u'\n')
+            *out++ = char(unit);
     }
-    const QByteArray bytes = text.toLatin1();
+    bytes.truncate(out - bytes.constData());
     if (bytes.size() > INT_MAX)
         return std::nullopt;
 
