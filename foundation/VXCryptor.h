@@ -15,8 +15,8 @@
 // A public key encrypts with the public key and recovers data that the private key
 // encrypted; a private key does the reverse. The chunk lengths are single bytes on
 // purpose: the block arithmetic is meant for keys of at most 255 modulus bytes (a 1024-bit
-// key gives 128). Larger keys wrap (2048 bits gives 0); every operation then fails with
-// std::nullopt instead of writing past a block.
+// key gives 128). Larger keys wrap (2048 bits gives 0); no RSA block is then processed at
+// all: encryption and decryption give std::nullopt instead of writing past a block.
 //
 // nil is std::nullopt throughout. One cryptor is used by one thread at a time.
 struct rsa_st;
