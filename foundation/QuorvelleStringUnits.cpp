@@ -62,7 +62,7 @@ struct Conversion
 {
     QString prefix;
     QString suffix;
-    QByteArray spec; // "%" flags width precision conversion, length modifier removed
+    QByteArray directive; // "%", flags, width and precision; no length modifier or conversion
     char conversion = 0;
 };
 
@@ -88,22 +88,22 @@ std::optional<Conversion> parseFormat(const QString &format, Argument argument)
         if (found)
             return std::nullopt;
         found = true;
-        QByteArray spec("%");
+        QByteArray directive("%");
         ++i;
         while (i < length && QStringView(u"-+ #0").contains(format.at(i)))
-            spec += char(format.at(i++).unicode());
+            directive += char(format.at(i++).unicode());
         int digits = 0;
         while (i < length && format.at(i).isDigit() && format.at(i).unicode() < 0x80) {
-            spec += char(format.at(i++).unicode());
+            directive += char(format.at(i++).unicode());
             if (++digits > 2)
                 return std::nullopt;
         }
         if (i < length && format.at(i) == QLatin1Char('.')) {
-            spec += '.';
+            directive += '.';
             ++i;
             digits = 0;
             while (i < length && format.at(i).isDigit() && format.at(i).unicode() < 0x80) {
-                spec += char(format.at(i++).unicode());
+                directive += char(format.at(i++).unicode());
                 if (++digits > 2)
                     return std::nullopt;
             }
@@ -118,7 +118,7 @@ std::optional<Conversion> parseFormat(const QString &format, Argument argument)
         if (!allowed.contains(QChar(conversion)))
             return std::nullopt;
         result.conversion = char(conversion);
-        result.spec = spec;
+        result.directive = directive;
         text = &result.suffix;
     }
     if (!found)
@@ -130,12 +130,12 @@ QString formatNumber(const Conversion &c, Argument argument, quint64 integer, do
 {
     char buffer[512];
     if (argument == Argument::Unsigned) {
-        const QByteArray spec = c.spec + "ll" + c.conversion;
-        std::snprintf(buffer, sizeof buffer, spec.constData(),
+        const QByteArray directive = c.directive + "ll" + c.conversion;
+        std::snprintf(buffer, sizeof buffer, directive.constData(),
                       static_cast<unsigned long long>(integer));
     } else {
-        const QByteArray spec = c.spec + c.conversion;
-        std::snprintf(buffer, sizeof buffer, spec.constData(), real);
+        const QByteArray directive = c.directive + c.conversion;
+        std::snprintf(buffer, sizeof buffer, directive.constData(), real);
     }
     return QString::fromLatin1(buffer);
 }
