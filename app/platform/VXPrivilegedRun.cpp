@@ -44,9 +44,13 @@ bool runDetached(const QString &command)
     if (runsAsSuperuser())
         return QProcess::startDetached(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command},
                                        QStringLiteral("/"));
-    // With the consent just given (auth_admin_keep), pkexec runs without asking again.
-    return QProcess::startDetached(QStringLiteral("pkexec"), {helperPath(), command},
-                                   QStringLiteral("/"));
+    // pkexec refuses to serve an orphan (its parent must be the one asking), and a
+    // detached process is an orphan: a shell stays behind as its parent. With the
+    // consent just given (auth_admin_keep) pkexec runs without asking again.
+    return QProcess::startDetached(
+        QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"), QStringLiteral("pkexec \"$0\" \"$1\""), helperPath(), command},
+        QStringLiteral("/"));
 }
 
 } // namespace VXPrivilegedRun
