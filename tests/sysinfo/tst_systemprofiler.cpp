@@ -226,19 +226,19 @@ private Q_SLOTS:
                    "<key>x</key><data>\n  "
                    "AAH/\n</data><key>a</key><array><false/><dict/></array></dict>")
             << true << PropertyValue(all);
-        const PropertyValue none;
-        QTest::newRow("empty") << QByteArray() << false << none;
-        QTest::newRow("not xml") << QByteArray("Hardware:\n  Memory: 8 GB\n") << false << none;
-        QTest::newRow("other root element") << QByteArray("<array/>") << false << none;
-        QTest::newRow("two values") << plist("<string/><string/>") << false << none;
-        QTest::newRow("unclosed") << QByteArray("<plist><array><string>a</string>") << false
-                                  << none;
-        QTest::newRow("key without value") << plist("<dict><key>k</key></dict>") << false << none;
-        QTest::newRow("text in an array") << plist("<array>loose</array>") << false << none;
-        QTest::newRow("bad integer") << plist("<integer>12x</integer>") << false << none;
-        QTest::newRow("content after the end") << plist("<true/>") + "<plist/>" << false << none;
-        QTest::newRow("nested too deep")
-            << plist(QByteArray("<array>").repeated(100000)) << false << none;
+        const std::pair<const char *, QByteArray> invalid[]{
+            {"empty", {}},
+            {"not xml", "Hardware:\n  Memory: 8 GB\n"},
+            {"other root element", "<array/>"},
+            {"two values", plist("<string/><string/>")},
+            {"unclosed", "<plist><array><string>a</string>"},
+            {"key without value", plist("<dict><key>k</key></dict>")},
+            {"text in an array", plist("<array>loose</array>")},
+            {"bad integer", plist("<integer>12x</integer>")},
+            {"content after the end", plist("<true/>") + "<plist/>"},
+            {"nested too deep", plist(QByteArray("<array>").repeated(100000))}};
+        for (const auto &[name, xml] : invalid)
+            QTest::newRow(name) << xml << false << PropertyValue();
     }
     void propertyList()
     {
