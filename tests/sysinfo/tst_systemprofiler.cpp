@@ -175,16 +175,14 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("report");
         QTest::addColumn<QStringList>("paths");
         const QByteArray apps = "<dict><key>_dataType</key><string>SPApplicationsDataType</string>";
+        const auto item = [](const QByteArray &key, const QByteArray &value) {
+            return "<dict><key>" + key + "</key><string>" + value + "</string></dict>";
+        };
         QTest::newRow("items with paths")
-            << plist("<array><dict><key>_dataType</key><string>SPHardwareDataType</string></dict>" +
-                     apps +
-                     "<key>_items</key><array><dict><key>path</key><string>/A.app</string></dict>"
-                     "<string>not a "
-                     "dictionary</string><dict><key>_name</key><string>B</string></dict>"
-                     "<dict><key>path</key><string>/C.app</string></dict></array></dict>" +
-                     apps +
-                     "<key>_items</key><array><dict><key>path</key><string>/Second.app</string></"
-                     "dict>"
+            << plist("<array>" + item("_dataType", "SPHardwareDataType") + apps +
+                     "<key>_items</key><array>" + item("path", "/A.app") + "<string>x</string>" +
+                     item("_name", "B") + item("path", "/C.app") + "</array></dict>" + apps +
+                     "<key>_items</key><array>" + item("path", "/Second.app") +
                      "</array></dict></array>")
             << QStringList{QStringLiteral("/A.app"), QStringLiteral("/C.app")};
         QTest::newRow("items not an array")
