@@ -58,20 +58,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("identifier");
-        QTest::newRow("framework") << "/Library/Frameworks/Kit.framework/Versions/A/Kit"
-                                   << "/Library/Frameworks/Kit.framework";
-        QTest::newRow("last framework wins")
-            << "/A/Outer.framework/Frameworks/Inner.framework/Inner"
-            << "/A/Outer.framework/Frameworks/Inner.framework";
-        QTest::newRow("upper case") << "/L/KIT.FRAMEWORK/Kit"
-                                    << "/L/KIT.FRAMEWORK";
-        QTest::newRow("framework beats contents")
-            << "/A/Tool.app/Contents/Frameworks/Kit.framework/Kit"
-            << "/A/Tool.app/Contents/Frameworks/Kit.framework";
-        QTest::newRow("application") << "/Applications/Tool.app/Contents/MacOS/Tool"
-                                     << "/Applications/Tool.app";
-        QTest::newRow("library") << "/usr/lib/libthing.dylib"
-                                 << "/usr/lib/libthing.dylib";
+        const auto row = [](const char *path, const char *identifier) {
+            QTest::newRow(path) << QString::fromLatin1(path) << QString::fromLatin1(identifier);
+        };
+        row("/Library/Frameworks/Kit.framework/Versions/A/Kit",
+            "/Library/Frameworks/Kit.framework");
+        row("/A/Outer.framework/Frameworks/Inner.framework/Inner", // the last framework wins
+            "/A/Outer.framework/Frameworks/Inner.framework");
+        row("/L/KIT.FRAMEWORK/Kit", "/L/KIT.FRAMEWORK");
+        row("/A/Tool.app/Contents/Frameworks/Kit.framework/Kit", // framework beats contents
+            "/A/Tool.app/Contents/Frameworks/Kit.framework");
+        row("/Applications/Tool.app/Contents/MacOS/Tool", "/Applications/Tool.app");
+        row("/usr/lib/libthing.dylib", "/usr/lib/libthing.dylib");
     }
     void lockIdentifierForImagePath()
     {
@@ -184,21 +182,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("type");
         QTest::addColumn<QString>("relative"); // empty: no path
-        QTest::newRow("name and type") << "Info"
-                                       << "ini"
-                                       << "Info.ini";
-        QTest::newRow("no type") << "Info.ini"
-                                 << ""
-                                 << "Info.ini";
-        QTest::newRow("missing") << "Nothing"
-                                 << "png"
-                                 << "";
-        QTest::newRow("outside") << "../Outside"
-                                 << "txt"
-                                 << "";
-        QTest::newRow("out and back in") << "../Fixture/Info"
-                                         << "ini"
-                                         << "Info.ini";
+        for (const auto &[name, type, relative] : {std::tuple{"Info", "ini", "Info.ini"},
+                                                   {"Info.ini", "", "Info.ini"},
+                                                   {"Nothing", "png", ""},
+                                                   {"../Outside", "txt", ""},
+                                                   {"../Fixture/Info", "ini", "Info.ini"}})
+            QTest::addRow("%s.%s", name, type)
+                << QString::fromLatin1(name) << QString::fromLatin1(type)
+                << QString::fromLatin1(relative);
     }
     void pathForResource()
     {
@@ -243,47 +234,22 @@ private Q_SLOTS:
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("table");
         QTest::addColumn<QString>("expected");
-        const QStringList de{u"de-DE"_s};
-        QTest::newRow("German") << de << "Uninstall"
-                                << ""
-                                << ""
-                                << "Deinstallieren";
-        QTest::newRow("second module") << de << "Open Offer"
-                                       << ""
-                                       << ""
-                                       << "Angebot öffnen";
-        QTest::newRow("other table") << de << "bytes"
-                                     << ""
-                                     << "Units"
-                                     << "Bytes";
-        QTest::newRow("wrong table") << de << "bytes"
-                                     << ""
-                                     << ""
-                                     << "bytes";
-        QTest::newRow("missing key") << de << "No such key"
-                                     << ""
-                                     << ""
-                                     << "No such key";
-        QTest::newRow("missing with value") << de << "No such key"
-                                            << "Default"
-                                            << ""
-                                            << "Default";
-        QTest::newRow("English fallback") << de << "Only in English"
-                                          << ""
-                                          << ""
-                                          << "English wording";
-        QTest::newRow("English") << QStringList{u"en"_s} << "Uninstall"
-                                 << ""
-                                 << ""
-                                 << "Uninstall Now";
-        QTest::newRow("back to German") << de << "Uninstall"
-                                        << ""
-                                        << ""
-                                        << "Deinstallieren";
-        QTest::newRow("Chinese") << QStringList{u"zh-CN"_s} << "Uninstall"
-                                 << ""
-                                 << ""
-                                 << "卸载";
+        const auto row = [](const char *name, const char *language, const char *key,
+                            const char *value, const char *table, const char *expected) {
+            QTest::newRow(name) << QStringList{QString::fromLatin1(language)}
+                                << QString::fromUtf8(key) << QString::fromUtf8(value)
+                                << QString::fromUtf8(table) << QString::fromUtf8(expected);
+        };
+        row("German", "de-DE", "Uninstall", "", "", "Deinstallieren");
+        row("second module", "de-DE", "Open Offer", "", "", "Angebot öffnen");
+        row("other table", "de-DE", "bytes", "", "Units", "Bytes");
+        row("wrong table", "de-DE", "bytes", "", "", "bytes");
+        row("missing key", "de-DE", "No such key", "", "", "No such key");
+        row("missing with value", "de-DE", "No such key", "Default", "", "Default");
+        row("English fallback", "de-DE", "Only in English", "", "", "English wording");
+        row("English", "en", "Uninstall", "", "", "Uninstall Now");
+        row("back to German", "de-DE", "Uninstall", "", "", "Deinstallieren");
+        row("Chinese", "zh-CN", "Uninstall", "", "", "卸载");
     }
     void localizedString()
     {

@@ -58,7 +58,6 @@ private Q_SLOTS:
                      {1536, "1.5 KB"},
                      {1047551, "1023.0 KB"},
                      {1047552, "1.0 MB"},
-                     {1048576, "1.0 MB"},
                      {1610612736, "1.5 GB"},
                      {quint64(1) << 40, "1.0 TB"},
                      {~quint64(0), "16777216.0 TB"}});
@@ -75,8 +74,7 @@ private Q_SLOTS:
 
     void decimalSizes_data()
     {
-        addSizeRows({{0, "0 bytes"},
-                     {1, "1 bytes"},
+        addSizeRows({{1, "1 bytes"},
                      {998, "998 bytes"},
                      {999, "1 KB"},
                      {1499, "1 KB"},
@@ -113,7 +111,6 @@ private Q_SLOTS:
                      {365, "1 year"},
                      {729, "1 year"},
                      {730, "2 years"},
-                     {1095, "3 years"},
                      {~quint64(0), "50539024859478223 years"}});
     }
     void days()
@@ -192,7 +189,6 @@ private Q_SLOTS:
     {
         addStringRows({{"", "D41D8CD98F00B204E9800998ECF8427E"},
                        {"abc", "900150983CD24FB0D6963F7D28E17F72"},
-                       {"message digest", "F96B697D7CB7938D525A2F31AAF161D0"},
                        {"\xc3\xa9", "66DDCD97CFDEABB2F6FB8A999B4BC76F"},
                        {"\xf0\x9f\x98\x80", "2A02EAC39D716A70ECF37579185927B6"}});
     }
@@ -215,6 +211,8 @@ private Q_SLOTS:
                             : QStringLiteral("%%1").arg(b, 2, 16, QLatin1Char('0')).toUpper();
         }
         QCOMPARE(URLEncodedString(ascii), expected);
+        QCOMPARE(URLEncodedString(QStringLiteral("\u00e9\u20ac\U0001F600")),
+                 QStringLiteral("%C3%A9%E2%82%AC%F0%9F%98%80"));
         // U+0000 to U+00FF go round, but "%": left unescaped, it reads as an escape again.
         QString all;
         for (int c = 0; c < 256; ++c)
@@ -229,19 +227,6 @@ private Q_SLOTS:
         // A leading byte-order mark is a character like any other.
         QCOMPARE(URLDecodedString(QStringLiteral("%EF%BB%BFa")),
                  QChar(0xfeff) + QStringLiteral("a"));
-    }
-
-    void urlEncoding_data()
-    {
-        addStringRows({{";/?:@&=+$,", "%3B%2F%3F%3A%40%26%3D%2B%24%2C"},
-                       {"aZ09-_.!~*'()%#", "aZ09-_.!~*'()%#"},
-                       {" \"<>[\\]^`{|}", "%20%22%3C%3E%5B%5C%5D%5E%60%7B%7C%7D"},
-                       {"\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", "%C3%A9%E2%82%AC%F0%9F%98%80"}});
-    }
-    void urlEncoding()
-    {
-        QFETCH(QString, input);
-        QTEST(URLEncodedString(input), "expected");
     }
 
     void urlDecoding_data()

@@ -125,12 +125,10 @@ private Q_SLOTS:
             << QStringLiteral("/etc/xdg/mimeapps.list")
             << QByteArray("[Default Applications]\nx-scheme-handler/http=web.desktop\n")
             << QStringLiteral("web");
-        QTest::newRow("no handler")
-            << user
-            << QByteArray(
-                   "[Default "
-                   "Applications]\ntext/html=web.desktop\nx-scheme-handler/http=absent.desktop\n")
-            << QString();
+        QTest::newRow("no handler") << user
+                                    << QByteArray("[Default Applications]\ntext/html=web.desktop\n"
+                                                  "x-scheme-handler/http=absent.desktop\n")
+                                    << QString();
     }
     void defaultBrowser()
     {

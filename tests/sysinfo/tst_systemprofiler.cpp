@@ -175,16 +175,14 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("report");
         QTest::addColumn<QStringList>("paths");
         const QByteArray apps = "<dict><key>_dataType</key><string>SPApplicationsDataType</string>";
+        const auto item = [](const QByteArray &key, const QByteArray &value) {
+            return "<dict><key>" + key + "</key><string>" + value + "</string></dict>";
+        };
         QTest::newRow("items with paths")
-            << plist("<array><dict><key>_dataType</key><string>SPHardwareDataType</string></dict>" +
-                     apps +
-                     "<key>_items</key><array><dict><key>path</key><string>/A.app</string></dict>"
-                     "<string>not a "
-                     "dictionary</string><dict><key>_name</key><string>B</string></dict>"
-                     "<dict><key>path</key><string>/C.app</string></dict></array></dict>" +
-                     apps +
-                     "<key>_items</key><array><dict><key>path</key><string>/Second.app</string></"
-                     "dict>"
+            << plist("<array>" + item("_dataType", "SPHardwareDataType") + apps +
+                     "<key>_items</key><array>" + item("path", "/A.app") + "<string>x</string>" +
+                     item("_name", "B") + item("path", "/C.app") + "</array></dict>" + apps +
+                     "<key>_items</key><array>" + item("path", "/Second.app") +
                      "</array></dict></array>")
             << QStringList{QStringLiteral("/A.app"), QStringLiteral("/C.app")};
         QTest::newRow("items not an array")
@@ -226,19 +224,19 @@ private Q_SLOTS:
                    "<key>x</key><data>\n  "
                    "AAH/\n</data><key>a</key><array><false/><dict/></array></dict>")
             << true << PropertyValue(all);
-        const PropertyValue none;
-        QTest::newRow("empty") << QByteArray() << false << none;
-        QTest::newRow("not xml") << QByteArray("Hardware:\n  Memory: 8 GB\n") << false << none;
-        QTest::newRow("other root element") << QByteArray("<array/>") << false << none;
-        QTest::newRow("two values") << plist("<string/><string/>") << false << none;
-        QTest::newRow("unclosed") << QByteArray("<plist><array><string>a</string>") << false
-                                  << none;
-        QTest::newRow("key without value") << plist("<dict><key>k</key></dict>") << false << none;
-        QTest::newRow("text in an array") << plist("<array>loose</array>") << false << none;
-        QTest::newRow("bad integer") << plist("<integer>12x</integer>") << false << none;
-        QTest::newRow("content after the end") << plist("<true/>") + "<plist/>" << false << none;
-        QTest::newRow("nested too deep")
-            << plist(QByteArray("<array>").repeated(100000)) << false << none;
+        const std::pair<const char *, QByteArray> invalid[]{
+            {"empty", {}},
+            {"not xml", "Hardware:\n  Memory: 8 GB\n"},
+            {"other root element", "<array/>"},
+            {"two values", plist("<string/><string/>")},
+            {"unclosed", "<plist><array><string>a</string>"},
+            {"key without value", plist("<dict><key>k</key></dict>")},
+            {"text in an array", plist("<array>loose</array>")},
+            {"bad integer", plist("<integer>12x</integer>")},
+            {"content after the end", plist("<true/>") + "<plist/>"},
+            {"nested too deep", plist(QByteArray("<array>").repeated(100000))}};
+        for (const auto &[name, xml] : invalid)
+            QTest::newRow(name) << xml << false << PropertyValue();
     }
     void propertyList()
     {
