@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 
 // The one controller of the uninstaller: holds the survey's answers (bound to the
 // window's controls through Qt properties), builds and sends the payload and runs the
@@ -11,8 +13,8 @@ class VXUninstallSurveyController : public QObject
     Q_OBJECT
 
     // --- Survey answers ------------------------------------------------------------
-    Q_PROPERTY(quint64 uninstallingReason READ uninstallingReason WRITE setUninstallingReason
-                   NOTIFY uninstallingReasonChanged)
+    Q_PROPERTY(quint64 uninstallingReason READ uninstallingReason WRITE setUninstallingReason NOTIFY
+                   uninstallingReasonChanged)
     Q_PROPERTY(bool reasonSelected READ isReasonSelected NOTIFY reasonSelectedChanged)
     Q_PROPERTY(QString comment READ comment WRITE setComment NOTIFY commentChanged)
     Q_PROPERTY(bool notDisclosedPrice READ notDisclosedPrice WRITE setNotDisclosedPrice NOTIFY
@@ -60,6 +62,27 @@ public:
     bool unprofessionalSupport() const { return _unprofessionalSupport; }
     void setUnprofessionalSupport(bool value);
 
+    // --- Window ----------------------------------------------------------------------
+    // Runs once the window description is loaded and its outlets are connected: with the
+    // account service out of reach it goes straight to the removal and the window is never
+    // shown; otherwise the window is titled, styled, centred and brought to the front.
+    void awakeFromNib();
+
+public Q_SLOTS:
+    // --- Window ----------------------------------------------------------------------
+    // Opens the partner's offer in the user's browser and quits: nothing is removed and no
+    // survey is sent.
+    void getQuorvelleForFree();
+
+    // --- Removal (provisional: replaced by the removal code when it lands) ------------
+    bool applicationOpenFile(const QString &path);
+    void uninstall();
+    void proceedUninstall();
+
+public:
+    QString uninstallInfoPath() const { return _uninstallInfoPath; }
+    void setUninstallInfoPath(const QString &path) { _uninstallInfoPath = path; }
+
 Q_SIGNALS:
     // --- Survey answers ------------------------------------------------------------
     void uninstallingReasonChanged(quint64 reason);
@@ -75,6 +98,13 @@ Q_SIGNALS:
     void unprofessionalSupportChanged(bool value);
 
 private:
+    // --- Window ----------------------------------------------------------------------
+    friend class VXSurveyWindowLoader; // connects the outlet
+
+    // --- Removal (provisional) ---------------------------------------------------------
+    QPointer<QWidget> _surveyWindow;
+    QString _uninstallInfoPath;
+
     // --- Survey answers ------------------------------------------------------------
     quint64 _uninstallingReason = 0;
     QString _comment; // null string: no comment

@@ -1,0 +1,63 @@
+// The window side of the controller: the launch-time gate and set-up of the survey window,
+// and the offer button.
+#include "VXUninstallSurveyController.h"
+
+#include "VXNetworkReachability.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QScreen>
+#include <QUrl>
+
+namespace {
+
+QString localizedTitle(const QString &title)
+{
+    // The title is its own key in the default strings table.
+    return QCoreApplication::translate("Localizable", title.toUtf8().constData());
+}
+
+} // namespace
+
+void VXUninstallSurveyController::awakeFromNib()
+{
+    if (!VXNetworkReachability::reachability()->isReachable()) {
+        proceedUninstall();
+        return;
+    }
+    QWidget *window = _surveyWindow;
+    if (!window)
+        return;
+
+    window->setWindowTitle(localizedTitle(window->windowTitle()));
+
+    QPalette palette = window->palette();
+    palette.setColor(QPalette::Window, Qt::white);
+    window->setPalette(palette);
+    window->setAutoFillBackground(true);
+
+    // Floats above ordinary windows like a status window: the nearest a Qt window gets to a
+    // level of its own is to stay on top.
+    window->setWindowFlag(Qt::WindowStaysOnTopHint, true);
+
+    window->adjustSize();
+    if (QScreen *screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen()) {
+        QRect frame = window->frameGeometry();
+        frame.moveCenter(screen->availableGeometry().center());
+        window->move(frame.topLeft());
+    }
+
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void VXUninstallSurveyController::getQuorvelleForFree()
+{
+    // A page that fails to open changes nothing: the product stays and the program ends.
+    QDesktopServices::openUrl(QUrl(QStringLiteral(QV_WINDOW_PARTNER_OFFER_URL)));
+    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                              Qt::QueuedConnection);
+}
