@@ -58,6 +58,8 @@ void VXUninstallSurveyController::getQuorvelleForFree()
 {
     // A page that fails to open changes nothing: the product stays and the program ends.
     QDesktopServices::openUrl(QUrl(QStringLiteral(QV_WINDOW_PARTNER_OFFER_URL)));
-    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                              Qt::QueuedConnection);
+    // exit(), not quit(): quit() first asks the windows to close, and the survey window
+    // refuses that.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
