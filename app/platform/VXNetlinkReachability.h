@@ -20,7 +20,7 @@ class VXNetlinkReachability : public VXReachabilityBackend
 public:
     // A resolver that does not answer must not hold the launch: past this bound the
     // host counts as not resolvable.
-    static constexpr std::chrono::milliseconds kResolveTimeout{1500};
+    static constexpr std::chrono::milliseconds kResolveTimeout{1000};
 
     explicit VXNetlinkReachability(QObject *parent = nullptr);
     ~VXNetlinkReachability() override;
