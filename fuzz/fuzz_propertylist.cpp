@@ -1,7 +1,8 @@
-// The property-list reader and the report adapter on arbitrary bytes. Fuzzers link only the
-// foundation library, so the two sysinfo sources are compiled in here.
-#include "../sysinfo/PropertyListXml.cpp"
-#include "../sysinfo/ReportToolAdapter.cpp"
+// The property-list reader and the report adapter on arbitrary bytes.
+#include "PropertyListXml.h"
+#include "ReportToolAdapter.h"
+
+#include <QStringList>
 
 #include <cstddef>
 #include <cstdint>
