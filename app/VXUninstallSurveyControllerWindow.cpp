@@ -3,6 +3,8 @@
 #include "VXUninstallSurveyController.h"
 
 #include "VXNetworkReachability.h"
+#include "VXThreadSafeBundle.h"
+#include "VXThreadSafeBundleProxy.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -10,16 +12,6 @@
 #include <QPalette>
 #include <QScreen>
 #include <QUrl>
-
-namespace {
-
-QString localizedTitle(const QString &title)
-{
-    // The title is its own key in the default strings table.
-    return QCoreApplication::translate("Localizable", title.toUtf8().constData());
-}
-
-} // namespace
 
 void VXUninstallSurveyController::awakeFromNib()
 {
@@ -31,7 +23,10 @@ void VXUninstallSurveyController::awakeFromNib()
     if (!window)
         return;
 
-    window->setWindowTitle(localizedTitle(window->windowTitle()));
+    // The description's title is its own key (and default) in the default strings table.
+    const QString title = window->windowTitle();
+    window->setWindowTitle(
+        VXThreadSafety::threadSafeMainBundle()->localizedStringForKey(title, title, QString()));
 
     QPalette palette = window->palette();
     palette.setColor(QPalette::Window, Qt::white);
