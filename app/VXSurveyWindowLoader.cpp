@@ -4,6 +4,7 @@
 #include "VXUninstallSurveyController.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
 #include <QDir>
 #include <QEvent>
 #include <QFile>
@@ -121,7 +122,13 @@ VXSurveyWindowLoader::Loaded VXSurveyWindowLoader::instantiate(const QString &pa
         VXLog(QStringLiteral("Could not open window description %1").arg(path));
         return loaded;
     }
+    // The description uses standard widgets only. A loader scans Designer's plugin folder
+    // when it is made, and what it finds there can pull in whole other Qt modules at
+    // launch: it is made with no plugin paths.
+    const QStringList libraryPaths = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({});
     QUiLoader loader;
+    QCoreApplication::setLibraryPaths(libraryPaths);
     loaded.window.reset(loader.load(&file));
     if (!loaded.window) {
         VXLog(QStringLiteral("Could not load window description %1: %2")

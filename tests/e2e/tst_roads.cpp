@@ -271,6 +271,11 @@ private Q_SLOTS:
         QTest::newRow("service answers 200") << QStringList();
         QTest::newRow("service answers 500")
             << QStringList{QStringLiteral("--status"), QStringLiteral("500")};
+        // A service that never answers: the test build gives up after a few seconds instead
+        // of a minute, and the removal follows all the same.
+        QTest::newRow("service never answers")
+            << QStringList{QStringLiteral("--silent"), QStringLiteral("--program"),
+                           QStringLiteral("QuorvelleUninstallerShortTimeout")};
     }
     void online()
     {
