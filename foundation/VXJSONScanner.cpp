@@ -1,0 +1,517 @@
+#include "VXJSONScanner.h"
+
+#include "VXLog.h"
+
+#include <QChar>
+
+#include <algorithm>
+#include <charconv>
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+#include <locale.h>
+#include <string>
+
+namespace {
+
+constexpr char16_t asciiLower(char16_t c)
+{
+    return (c >= u'A' && c <= u'Z') ? char16_t(c + (u'a' - u'A')) : c;
+}
+
+// Case-insensitive equality of one text unit with one unit of an ASCII word. Non-ASCII
+// units compare by their case folding, so that e.g. the Kelvin sign matches "k".
+inline bool unitMatches(char16_t unit, char16_t word)
+{
+    if (unit < 0x80)
+        return asciiLower(unit) == asciiLower(word);
+    return QChar::toCaseFolded(char32_t(unit)) == asciiLower(word);
+}
+
+constexpr bool isAsciiDigit(char16_t c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+constexpr int hexValue(char16_t c)
+{
+    if (c >= u'0' && c <= u'9')
+        return c - u'0';
+    if (c >= u'a' && c <= u'f')
+        return c - u'a' + 10;
+    if (c >= u'A' && c <= u'F')
+        return c - u'A' + 10;
+    return -1;
+}
+
+// Out-of-range numbers are rare; strtod in the C locale gives them the usual saturating
+// result (infinity on overflow, zero or a subnormal on underflow) independent of the
+// process locale.
+double strtodInCLocale(const char *text)
+{
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
+    return strtod_l(text, nullptr, cLocale);
+}
+
+struct DepthGuard
+{
+    explicit DepthGuard(int &depth) : m_depth(depth) { ++m_depth; }
+    ~DepthGuard() { --m_depth; }
+    DepthGuard(const DepthGuard &) = delete;
+    DepthGuard &operator=(const DepthGuard &) = delete;
+    int &m_depth;
+};
+
+} // namespace
+
+VXJSONScanner::VXJSONScanner(const QString &string)
+    : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
+      m_length(m_string.size())
+{
+}
+
+bool VXJSONScanner::whitespaceAndNewlineCharacterSet(char16_t c)
+{
+    // QChar::isSpace is exactly the separators plus U+0009..U+000D and U+0085.
+    return QChar::isSpace(char32_t(c));
+}
+
+bool VXJSONScanner::decimalDigitCharacterSet(char16_t c)
+{
+    return isAsciiDigit(c) || (c >= 0x80 && QChar::isDigit(char32_t(c)));
+}
+
+void VXJSONScanner::setScanLocation(qsizetype location)
+{
+    m_location = std::clamp<qsizetype>(location, 0, m_length);
+}
+
+qsizetype VXJSONScanner::skippedLocation() const
+{
+    qsizetype i = m_location;
+    if (m_skip) {
+        while (i < m_length && m_skip(m_units[i]))
+            ++i;
+    }
+    return i;
+}
+
+bool VXJSONScanner::scanString(QStringView literal)
+{
+    const qsizetype start = skippedLocation();
+    const qsizetype length = literal.size();
+    if (length == 0 || length > m_length - start)
+        return false;
+    const char16_t *word = literal.utf16();
+    for (qsizetype k = 0; k < length; ++k) {
+        if (!unitMatches(m_units[start + k], word[k]))
+            return false;
+    }
+    m_location = start + length;
+    return true;
+}
+
+bool VXJSONScanner::scanUpToString(QStringView literal)
+{
+    const qsizetype start = skippedLocation();
+    qsizetype found = QStringView(m_units, m_length).indexOf(literal, start, Qt::CaseInsensitive);
+    if (found < 0)
+        found = m_length;
+    m_location = found;
+    return found > start;
+}
+
+bool VXJSONScanner::scanCharactersFromSet(CharacterSet set, QStringView *into)
+{
+    const qsizetype start = skippedLocation();
+    qsizetype i = start;
+    while (i < m_length && set && set(m_units[i]))
+        ++i;
+    if (i == start)
+        return false;
+    if (into)
+        *into = QStringView(m_units + start, i - start);
+    m_location = i;
+    return true;
+}
+
+bool VXJSONScanner::scanDouble(double *value)
+{
+    // Optional sign, digits, optional fraction, optional exponent; no hexadecimal, no
+    // words such as "inf". At least one mantissa digit is needed, and an "e" that is not
+    // followed by digits is not part of the number.
+    const qsizetype start = skippedLocation();
+    qsizetype i = start;
+    if (i < m_length && (m_units[i] == u'+' || m_units[i] == u'-'))
+        ++i;
+    qsizetype digits = 0;
+    while (i < m_length && isAsciiDigit(m_units[i])) {
+        ++i;
+        ++digits;
+    }
+    if (i < m_length && m_units[i] == u'.') {
+        ++i;
+        while (i < m_length && isAsciiDigit(m_units[i])) {
+            ++i;
+            ++digits;
+        }
+    }
+    if (digits == 0)
+        return false;
+    if (i < m_length && (m_units[i] == u'e' || m_units[i] == u'E')) {
+        qsizetype e = i + 1;
+        if (e < m_length && (m_units[e] == u'+' || m_units[e] == u'-'))
+            ++e;
+        if (e < m_length && isAsciiDigit(m_units[e])) {
+            while (e < m_length && isAsciiDigit(m_units[e]))
+                ++e;
+            i = e;
+        }
+    }
+
+    // The accepted text is ASCII: narrow it for the conversion. from_chars takes no "+".
+    qsizetype from = start;
+    if (m_units[from] == u'+')
+        ++from;
+    const qsizetype length = i - from;
+    char small[128];
+    std::string large;
+    char *text = small;
+    if (length + 1 > qsizetype(sizeof small)) {
+        large.resize(size_t(length) + 1);
+        text = large.data();
+    }
+    for (qsizetype k = 0; k < length; ++k)
+        text[k] = char(m_units[from + k]);
+    text[length] = '\0';
+
+    double result = 0;
+    const auto [end, error] = std::from_chars(text, text + length, result);
+    if (error == std::errc::result_out_of_range)
+        result = strtodInCLocale(text);
+    else if (error != std::errc() || end != text + length)
+        return false;
+
+    if (value)
+        *value = result;
+    m_location = i;
+    return true;
+}
+
+void VXJSONScanner::logParseError(const char *selector) const
+{
+    VXLog(QStringLiteral("%1 Error: Could not parse json: %2.")
+              .arg(QLatin1StringView(className), QLatin1StringView(selector)));
+}
+
+bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    // Anything before the first "{" is passed over, so text may carry a preamble.
+    scanUpToString(u"{");
+    if (m_depth >= maximumDepth)
+        return false;
+    if (!scanJSONObjectStartString())
+        return false;
+    DepthGuard depth(m_depth);
+
+    PropertyValue::Dictionary dictionary;
+    for (;;) {
+        // Each member's temporaries live in this scope only and are gone before the next.
+        std::optional<QString> key;
+        if (!scanJSONString(&key))
+            break;
+        // An unterminated key leaves the scanner at the end, so the separator fails.
+        if (!scanJSONKeyValueSeparator())
+            break;
+        std::optional<PropertyValue> member;
+        if (!scanJSONValue(&member, ignoreNull))
+            break;
+        if (!member) {
+            logParseError("scanJSONObject:ignoreNull:");
+            break;
+        }
+        if (!(ignoreNull && member->isNull()))
+            dictionary[*key] = std::move(*member);
+        // The comma between members is optional.
+        scanJSONValueSeparator();
+    }
+
+    // A member broken off just before "}" is dropped; the object still stands.
+    if (!scanJSONObjectEndString())
+        return false;
+    if (value)
+        *value = PropertyValue(std::move(dictionary));
+    return true;
+}
+
+bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    if (m_depth >= maximumDepth)
+        return false;
+    DepthGuard depth(m_depth);
+
+    PropertyValue::Array array;
+    // The opening bracket is optional: "1,2]" is the array of 1 and 2.
+    scanJSONArrayStartString();
+    std::optional<PropertyValue> element;
+    while (scanJSONValue(&element, ignoreNull)) {
+        if (!element) {
+            logParseError("scanJSONArray:ignoreNull:");
+            break;
+        }
+        if (!(ignoreNull && element->isNull()))
+            array.append(std::move(*element));
+        element.reset();
+        scanJSONValueSeparator();
+    }
+
+    if (!scanJSONArrayEndString())
+        return false;
+    if (value)
+        *value = PropertyValue(std::move(array));
+    return true;
+}
+
+bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
+{
+    if (!scanJSONStringDelimiterString())
+        return false;
+    bool success = true;
+
+    // Most strings are short: they are gathered in the frame. A longer one moves to a
+    // heap buffer that is itself a QString, so it becomes the result without a copy.
+    // The capacity grows in steps of 20 units; the QString's reallocation may round the
+    // block up, which only means fewer real reallocations.
+    constexpr qsizetype frameCapacity = 64;
+    constexpr qsizetype growthStep = 20;
+    char16_t frame[frameCapacity];
+    char16_t *buffer = frame;
+    QString heap;
+    qsizetype capacity = frameCapacity;
+    qsizetype count = 0;
+
+    // Makes room for `more` units such that, as with one unit at a time, the count stays
+    // below capacity minus one after they are added.
+    const auto reserve = [&](qsizetype more) {
+        const qsizetype needed = count + more + 2;
+        if (needed <= capacity)
+            return;
+        capacity += (needed - capacity + growthStep - 1) / growthStep * growthStep;
+        if (buffer == frame) {
+            heap = QString(capacity, Qt::Uninitialized);
+            buffer = reinterpret_cast<char16_t *>(heap.data());
+            std::memcpy(buffer, frame, size_t(count) * sizeof(char16_t));
+        } else {
+            heap.resize(capacity);
+            buffer = reinterpret_cast<char16_t *>(heap.data());
+        }
+    };
+    const auto put = [&](char16_t unit) {
+        reserve(1);
+        buffer[count++] = unit;
+    };
+
+    const char16_t *units = m_units;
+    const qsizetype length = m_length;
+    qsizetype i = m_location;
+    while (i < length) {
+        const char16_t c = units[i];
+        if (c == u'"')
+            break;
+        if (c != u'\\') {
+            // Copy the whole run up to the next quote or backslash at once.
+            qsizetype j = i + 1;
+            while (j < length && units[j] != u'"' && units[j] != u'\\')
+                ++j;
+            reserve(j - i);
+            std::memcpy(buffer + count, units + i, size_t(j - i) * sizeof(char16_t));
+            count += j - i;
+            i = j;
+            continue;
+        }
+        if (i + 1 >= length) {
+            // A backslash as the last unit has nothing to escape: the string fails.
+            success = false;
+            i = length;
+            break;
+        }
+        const char16_t escaped = units[i + 1];
+        switch (escaped) {
+        case u'"':
+        case u'/':
+        case u'\\':
+            put(escaped);
+            i += 2;
+            break;
+        case u'b':
+            put(u'\b');
+            i += 2;
+            break;
+        case u'f':
+            put(u'\f');
+            i += 2;
+            break;
+        case u'n':
+            put(u'\n');
+            i += 2;
+            break;
+        case u'r':
+            put(u'\r');
+            i += 2;
+            break;
+        case u't':
+            put(u'\t');
+            i += 2;
+            break;
+        case u'u': {
+            m_location = i + 2;
+            char16_t unit = 0;
+            if (scanUnicodeCharacter(&unit)) {
+                put(unit);
+                i += 6;
+            } else {
+                // The string is lost, but reading goes on to its closing quote.
+                success = false;
+                reserve(1);
+                ++count;
+                i = std::min(i + 4, length);
+            }
+            break;
+        }
+        default:
+            // Unknown escapes are kept as written: backslash and character.
+            reserve(2);
+            buffer[count++] = u'\\';
+            buffer[count++] = escaped;
+            i += 2;
+            break;
+        }
+    }
+    m_location = i;
+
+    if (isAtEnd() || !success)
+        return success;
+
+    scanJSONStringDelimiterString();
+    if (value) {
+        if (buffer == frame) {
+            *value = QString(reinterpret_cast<const QChar *>(frame), count);
+        } else {
+            heap.resize(count);
+            *value = std::move(heap);
+        }
+    }
+    return true;
+}
+
+bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)
+{
+    // Exactly four hexadecimal digits; fewer units left in the text is a failure.
+    if (m_length - m_location < 4)
+        return false;
+    unsigned result = 0;
+    for (qsizetype k = 0; k < 4; ++k) {
+        const int digit = hexValue(m_units[m_location + k]);
+        if (digit < 0)
+            return false;
+        result = result * 16 + unsigned(digit);
+    }
+    if (value)
+        *value = char16_t(result & 0xFFFF);
+    return true;
+}
+
+bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    const CharacterSet saved = charactersToBeSkipped();
+    setCharactersToBeSkipped(nullptr);
+    scanCharactersFromSet(&whitespaceAndNewlineCharacterSet);
+    setCharactersToBeSkipped(saved);
+
+    if (isAtEnd()) {
+        logParseError("scanJSONValue:ignoreNull:");
+        return false;
+    }
+
+    const char16_t c = m_units[m_location];
+    switch (c) {
+    case u'{':
+        return scanJSONObject(value, ignoreNull);
+    case u'[':
+        return scanJSONArray(value, ignoreNull);
+    case u'"': {
+        std::optional<QString> string;
+        const bool scanned = scanJSONString(&string);
+        if (string && value)
+            *value = PropertyValue(std::move(*string));
+        return scanned;
+    }
+    default:
+        break;
+    }
+
+    // Literal words match in any letter case and consume only the word itself.
+    if (scanString(u"true")) {
+        if (value)
+            *value = PropertyValue(true);
+        return true;
+    }
+    if (scanString(u"false")) {
+        if (value)
+            *value = PropertyValue(false);
+        return true;
+    }
+    if (scanString(u"null")) {
+        if (value)
+            *value = PropertyValue::null();
+        return true;
+    }
+    if (decimalDigitCharacterSet(c) || c == u'-')
+        return scanJSONNumber(value);
+    return false;
+}
+
+bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
+{
+    double number = 0;
+    if (!scanDouble(&number))
+        return false;
+    if (value)
+        *value = PropertyValue(number);
+    return true;
+}
+
+bool VXJSONScanner::scanJSONKeyValueSeparator()
+{
+    return scanString(u":");
+}
+
+bool VXJSONScanner::scanJSONValueSeparator()
+{
+    return scanString(u",");
+}
+
+bool VXJSONScanner::scanJSONObjectStartString()
+{
+    return scanString(u"{");
+}
+
+bool VXJSONScanner::scanJSONObjectEndString()
+{
+    return scanString(u"}");
+}
+
+bool VXJSONScanner::scanJSONArrayStartString()
+{
+    return scanString(u"[");
+}
+
+bool VXJSONScanner::scanJSONArrayEndString()
+{
+    return scanString(u"]");
+}
+
+bool VXJSONScanner::scanJSONStringDelimiterString()
+{
+    return scanString(u"\"");
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "PropertyValue.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+// A small character scanner over UTF-16 code units with the JSON scanning operations of
+// the lenient reader on top. Positions are code-unit indexes. Literal words match without
+// regard to letter case, and the characters to be skipped (whitespace and newlines by
+// default) are passed over before every literal match and number.
+class VXJSONScanner
+{
+public:
+    // A set of characters, as a membership test on one code unit; nullptr is the empty set.
+    using CharacterSet = bool (*)(char16_t);
+
+    static constexpr const char *className = "VXJSONScanner";
+
+    // Deeper nesting than this fails the value (silently), so that hostile text cannot
+    // exhaust the stack.
+    static constexpr int maximumDepth = 1024;
+
+    explicit VXJSONScanner(const QString &string);
+
+    static bool whitespaceAndNewlineCharacterSet(char16_t c);
+    static bool decimalDigitCharacterSet(char16_t c);
+
+    const QString &string() const { return m_string; }
+    qsizetype scanLocation() const { return m_location; }
+    void setScanLocation(qsizetype location);
+    bool isAtEnd() const { return m_location >= m_length; }
+    CharacterSet charactersToBeSkipped() const { return m_skip; }
+    void setCharactersToBeSkipped(CharacterSet set) { m_skip = set; }
+    bool caseSensitive() const { return false; }
+
+    // Generic scanning. Each skips the characters to be skipped first; on failure the
+    // scan location is left where it was.
+    bool scanString(QStringView literal);
+    bool scanUpToString(QStringView literal);
+    bool scanCharactersFromSet(CharacterSet set, QStringView *into = nullptr);
+    bool scanDouble(double *value);
+
+    // JSON scanning. Out-slots are written only on success, and only if given.
+    bool scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull);
+    bool scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull);
+    // An unterminated string answers true without a value: the caller reports the
+    // empty slot.
+    bool scanJSONString(std::optional<QString> *value);
+    bool scanUnicodeCharacter(char16_t *value);
+    bool scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull);
+    bool scanJSONNumber(std::optional<PropertyValue> *value);
+    bool scanJSONKeyValueSeparator();
+    bool scanJSONValueSeparator();
+    bool scanJSONObjectStartString();
+    bool scanJSONObjectEndString();
+    bool scanJSONArrayStartString();
+    bool scanJSONArrayEndString();
+    bool scanJSONStringDelimiterString();
+
+private:
+    qsizetype skippedLocation() const;
+    void logParseError(const char *selector) const;
+
+    QString m_string;
+    const char16_t *m_units;
+    qsizetype m_length;
+    qsizetype m_location = 0;
+    CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
+    int m_depth = 0;
+};

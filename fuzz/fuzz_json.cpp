@@ -1,0 +1,72 @@
+// Feeds arbitrary bytes to the JSON reader, both as UTF-8 and as raw UTF-16 code units
+// (odd lengths and lone surrogates included), with and without dropping nulls. Whatever
+// reads is written back, and the written text must read again.
+#include "JSON.h"
+
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// A tree reads back equal when no key holds a quote or a backslash (keys are written
+// unescaped) and every number is finite (non-finite ones are written as null).
+bool readsBackEqual(const PropertyValue &value)
+{
+    if (const auto *array = value.arrayPtr())
+        return std::all_of(array->cbegin(), array->cend(), readsBackEqual);
+    if (const auto *dictionary = value.dictionaryPtr()) {
+        for (auto it = dictionary->cbegin(); it != dictionary->cend(); ++it) {
+            if (it.key().contains(u'"') || it.key().contains(u'\\') || !readsBackEqual(it.value()))
+                return false;
+        }
+        return true;
+    }
+    return !value.isNumber() || std::isfinite(value.toDouble());
+}
+
+template <typename Tree, typename Read> void writeAndReread(const Tree &tree, Read read)
+{
+    const auto again = read(JSON::JSONString(tree));
+    if (readsBackEqual(PropertyValue(tree)) && again != tree)
+        std::abort();
+}
+
+void check(const QString &text)
+{
+    for (bool ignoreNull : {false, true}) {
+        if (const auto dictionary = JSON::dictionaryWithJSONString(text, ignoreNull)) {
+            writeAndReread(*dictionary, [&](const QString &written) {
+                return JSON::dictionaryWithJSONString(written, ignoreNull);
+            });
+        }
+        if (const auto array = JSON::arrayWithJSONString(text, ignoreNull)) {
+            writeAndReread(*array, [&](const QString &written) {
+                return JSON::arrayWithJSONString(written, ignoreNull);
+            });
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    // The parse-error log lines would drown the fuzzer's own output.
+    QLoggingCategory::setFilterRules(QStringLiteral("quorvelle.info=false"));
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    check(QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size)));
+
+    QString units(qsizetype(size / 2), Qt::Uninitialized);
+    std::memcpy(units.data(), data, size / 2 * 2);
+    check(units);
+    return 0;
+}
