@@ -25,6 +25,12 @@ int VXApplicationMain(int argc, char *argv[])
     if (!loaded)
         return 1;
 
+#ifdef QV_TEST_SUBMISSION_TIMEOUT_MS
+    // Test builds only: a service that never answers must not hold an end-to-end run for the
+    // full minute.
+    loaded.controller->setSubmissionTimeoutForTesting(QV_TEST_SUBMISSION_TIMEOUT_MS);
+#endif
+
     // The suite launches the uninstaller with one document, the uninstall-information file.
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() > 1)
