@@ -1,25 +1,18 @@
 #include "VXNetworkReachability.h"
 
+#include "VXProductInformation.h"
 #include "platform/VXNetlinkReachability.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
-namespace {
-
-QUrl accountServicePingURL()
-{
-    return QUrl(QStringLiteral("http://account." QV_REACHABILITY_COMPANY_DOMAIN "/ping.html"));
-}
-
-} // namespace
-
 VXNetworkReachability *VXNetworkReachability::reachability()
 {
     // Never destroyed: the target stays scheduled for the life of the process.
-    static VXNetworkReachability *shared =
-        new VXNetworkReachability(new VXNetlinkReachability, accountServicePingURL());
+    static VXNetworkReachability *shared = new VXNetworkReachability(
+        new VXNetlinkReachability,
+        VXProductInformation::accountServiceURLWithPath(QStringLiteral("/ping.html")));
     return shared;
 }
 

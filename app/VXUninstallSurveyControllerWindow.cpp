@@ -3,6 +3,7 @@
 #include "VXUninstallSurveyController.h"
 
 #include "VXNetworkReachability.h"
+#include "VXProductInformation.h"
 #include "VXThreadSafeBundle.h"
 #include "VXThreadSafeBundleProxy.h"
 
@@ -52,7 +53,7 @@ void VXUninstallSurveyController::awakeFromNib()
 void VXUninstallSurveyController::getQuorvelleForFree()
 {
     // A page that fails to open changes nothing: the product stays and the program ends.
-    QDesktopServices::openUrl(QUrl(QStringLiteral(QV_WINDOW_PARTNER_OFFER_URL)));
+    QDesktopServices::openUrl(VXProductInformation::partnerOfferURL());
     // exit(), not quit(): quit() first asks the windows to close, and the survey window
     // refuses that.
     QMetaObject::invokeMethod(
