@@ -36,7 +36,7 @@ void VXUninstallSurveyController::setComment(const QString &comment)
     Q_EMIT commentChanged(_comment);
 }
 
-#define VX_FLAG_SETTER(Setter, member, signal)                                                      \
+#define VX_FLAG_SETTER(Setter, member, signal)                                                     \
     void VXUninstallSurveyController::Setter(bool value)                                           \
     {                                                                                              \
         if (member == value)                                                                       \

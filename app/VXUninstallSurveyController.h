@@ -98,6 +98,12 @@ public:
     // a server that never answers can be tested without waiting a minute.
     static void setSubmissionTimeoutForTesting(int milliseconds);
 
+    // --- Window ----------------------------------------------------------------------
+    // Runs once the window description is loaded and its outlets are connected: with the
+    // account service out of reach it goes straight to the removal and the window is never
+    // shown; otherwise the window is titled, styled, centred and brought to the front.
+    void awakeFromNib();
+
 public Q_SLOTS:
     // --- Payload, submission and removal ---------------------------------------------
     // The Uninstall button: sends the survey (result ignored), then proceedUninstall().
@@ -105,6 +111,11 @@ public Q_SLOTS:
     // Hides the window, removes the system-wide and then the user's parts, and asks the
     // application to quit.
     void proceedUninstall();
+
+    // --- Window ----------------------------------------------------------------------
+    // Opens the partner's offer in the user's browser and quits: nothing is removed and no
+    // survey is sent.
+    void getQuorvelleForFree();
 
 Q_SIGNALS:
     // --- Payload, submission and removal ---------------------------------------------
@@ -128,6 +139,9 @@ private:
     QPointer<QWidget> _surveyWindow; // connected by the window loader
     mutable QMutex _uninstallInfoPathLock;
     QString _uninstallInfoPath; // null until the open-file request arrives
+
+    // --- Window ----------------------------------------------------------------------
+    friend class VXSurveyWindowLoader; // connects the outlet
 
     // --- Survey answers ------------------------------------------------------------
     quint64 _uninstallingReason = 0;

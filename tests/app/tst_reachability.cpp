@@ -1,0 +1,241 @@
+#include "VXNetworkReachability.h"
+#include "platform/VXNetlinkReachability.h"
+
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Feeds the flag values and notices a system reachability service would deliver.
+class FakeBackend : public VXReachabilityBackend
+{
+public:
+    bool hasTarget = true;
+    quint32 flags = 0;
+    bool scheduled = false;
+
+    bool createTarget(const QString &) override { return hasTarget; }
+    quint32 currentFlags() override { return flags; }
+    void schedule() override { scheduled = true; }
+    void notice(quint32 newFlags)
+    {
+        flags = newFlags;
+        Q_EMIT flagsChanged(newFlags);
+    }
+};
+
+// The account service's ping page on loopback: answers every request with a fixed status,
+// or never answers at all (status 0).
+class PingServer : public QTcpServer
+{
+public:
+    int status = 404;
+    QList<QByteArray> requestLines;
+
+    PingServer()
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection()) {
+                connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                    const QByteArray request = socket->readAll();
+                    requestLines.append(request.left(request.indexOf("\r\n")));
+                    if (status == 0)
+                        return;
+                    socket->write("HTTP/1.1 " + QByteArray::number(status) +
+                                  " X\r\nContent-Length: 2\r\nConnection: close\r\n\r\nno");
+                    socket->disconnectFromHost();
+                });
+            }
+        });
+    }
+    QUrl url() const
+    {
+        return QUrl(QStringLiteral("http://127.0.0.1:%1/ping.html").arg(serverPort()));
+    }
+};
+
+QUrl closedPortURL()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    const quint16 port = probe.serverPort();
+    probe.close(); // nobody listens there any more: connection refused
+    return QUrl(QStringLiteral("http://127.0.0.1:%1/ping.html").arg(port));
+}
+
+constexpr quint32 R = VXReachabilityBackend::Reachable;
+constexpr quint32 C = VXReachabilityBackend::ConnectionRequired;
+
+} // namespace
+
+class tst_Reachability : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void firstTest_data()
+    {
+        QTest::addColumn<bool>("hasTarget");
+        QTest::addColumn<quint32>("flags");
+        QTest::addColumn<bool>("reachable");
+        QTest::newRow("reachable") << true << R << true;
+        QTest::newRow("reachable + other bits") << true << (R | 1u | 8u | 0x10000u) << true;
+        QTest::newRow("connection required") << true << (R | C) << false;
+        QTest::newRow("only connection required") << true << C << false;
+        QTest::newRow("no flags") << true << 0u << false;
+        QTest::newRow("no target") << false << R << false;
+    }
+    void firstTest()
+    {
+        QFETCH(bool, hasTarget);
+        QFETCH(quint32, flags);
+        QFETCH(bool, reachable);
+        PingServer server;
+        auto *backend = new FakeBackend;
+        backend->hasTarget = hasTarget;
+        backend->flags = flags;
+        VXNetworkReachability reachability(backend, server.url());
+        QSignalSpy changes(&reachability, &VXNetworkReachability::reachabilityChanged);
+        QCOMPARE(reachability.isReachable(), reachable);
+        QCOMPARE(backend->scheduled, hasTarget);
+        if (!hasTarget) {
+            // No target: nothing can ever make it reachable.
+            backend->notice(R);
+            QVERIFY(!reachability.isReachable());
+        }
+        // The starting state is not a change, and starting unreachable probes nothing.
+        QTest::qWait(100);
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(server.requestLines.isEmpty());
+    }
+
+    // Notices drive the state; a lost host is probed until an answer (any status) or a
+    // reachability notice brings it back.
+    void transitions_data()
+    {
+        QTest::addColumn<int>("serverStatus");
+        QTest::addColumn<QList<quint32>>("notices");
+        QTest::addColumn<bool>("reachable");
+        QTest::addColumn<int>("changes");
+        QTest::addColumn<int>("probes");
+        QTest::newRow("lost, 404 answers") << 404 << QList<quint32>{0} << true << 2 << 1;
+        QTest::newRow("lost, 500 answers") << 500 << QList<quint32>{0} << true << 2 << 1;
+        QTest::newRow("lost, 302 answers") << 302 << QList<quint32>{R | C} << true << 2 << 1;
+        QTest::newRow("lost, silent server") << 0 << QList<quint32>{0} << false << 1 << 1;
+        QTest::newRow("lost twice, one probe") << 0 << QList<quint32>{0, C} << false << 1 << 1;
+        QTest::newRow("lost, notice back") << 0 << QList<quint32>{0, R} << true << 2 << 1;
+        QTest::newRow("reachable again") << 0 << QList<quint32>{R, R} << true << 0 << 0;
+    }
+    void transitions()
+    {
+        QFETCH(int, serverStatus);
+        QFETCH(QList<quint32>, notices);
+        QFETCH(bool, reachable);
+        QFETCH(int, changes);
+        QFETCH(int, probes);
+        PingServer server;
+        server.status = serverStatus;
+        auto *backend = new FakeBackend;
+        backend->flags = R;
+        VXNetworkReachability reachability(backend, server.url());
+        QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
+        for (quint32 flags : notices) {
+            backend->notice(flags);
+            QTest::qWait(100); // lets a started probe reach the server
+        }
+        if (reachable)
+            QTRY_VERIFY(reachability.isReachable());
+        QTest::qWait(200);
+        QCOMPARE(reachability.isReachable(), reachable);
+        QCOMPARE(spy.count(), changes);
+        QCOMPARE(server.requestLines.size(), probes);
+        for (const QByteArray &line : std::as_const(server.requestLines))
+            QCOMPARE(line, QByteArray("GET /ping.html HTTP/1.1"));
+    }
+
+    // A failed probe waits, retries after the delay, and a reachability notice during the
+    // wait cancels the retry.
+    void retryAfterFailure()
+    {
+        auto *backend = new FakeBackend;
+        backend->flags = R;
+        VXNetworkReachability::Timings timings;
+        timings.retryDelay = 300ms;
+        const QUrl refused = closedPortURL();
+        VXNetworkReachability reachability(backend, refused, timings);
+        QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
+        backend->notice(0);
+        QCOMPARE(spy.count(), 1);
+        QVERIFY(!reachability.isReachable());
+
+        // The server comes up on the refused port: only the retry can find it.
+        PingServer server;
+        server.close();
+        QVERIFY(server.listen(QHostAddress::LocalHost, quint16(refused.port())));
+        QTRY_COMPARE_WITH_TIMEOUT(server.requestLines.size(), 1, 5000);
+        QTRY_VERIFY(reachability.isReachable());
+        QCOMPARE(spy.count(), 2);
+
+        // Lost again with nobody listening; back by notice before the retry is due.
+        server.close();
+        backend->notice(0);
+        QTest::qWait(100);
+        backend->notice(R);
+        QVERIFY(server.listen(QHostAddress::LocalHost, quint16(refused.port())));
+        QTest::qWait(600);
+        QVERIFY(server.requestLines.size() == 1); // the cancelled retry never asked
+        QCOMPARE(spy.count(), 4);
+    }
+
+    void setReachableAnnouncesOnlyChanges()
+    {
+        auto *backend = new FakeBackend;
+        VXNetworkReachability reachability(backend, QUrl(QStringLiteral("http://127.0.0.1:1/")));
+        QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
+        reachability.setReachable(false);
+        reachability.setReachable(true);
+        reachability.setReachable(true);
+        reachability.setReachable(false);
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(spy.first().size(), 0);
+    }
+
+    // The Linux back end: names that cannot be looked up yield no target; resolvable
+    // names with a route are reachable.
+    void linuxHostNames_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<bool>("target");
+        QTest::addColumn<quint32>("flags");
+        QTest::newRow("loopback name") << QStringLiteral("localhost") << true << R;
+        QTest::newRow("loopback literal") << QStringLiteral("127.0.0.1") << true << R;
+        QTest::newRow("v6 loopback literal") << QStringLiteral("::1") << true << R;
+        QTest::newRow("reserved, never resolves") << QStringLiteral("host.invalid") << true << 0u;
+        QTest::newRow("empty") << QString() << false << 0u;
+        QTest::newRow("empty label") << QStringLiteral("account..example") << false << 0u;
+        QTest::newRow("space") << QStringLiteral("account example") << false << 0u;
+        QTest::newRow("long label") << QString(64, QLatin1Char('a')) << false << 0u;
+        QTest::newRow("too long") << QString(254, QLatin1Char('a')) << false << 0u;
+    }
+    void linuxHostNames()
+    {
+        QFETCH(QString, host);
+        QFETCH(bool, target);
+        QFETCH(quint32, flags);
+        VXNetlinkReachability backend;
+        QCOMPARE(backend.createTarget(host), target);
+        if (!target)
+            return;
+        if (host == QLatin1String("::1") && !QFile::exists(QStringLiteral("/proc/net/if_inet6")))
+            QSKIP("no IPv6 here");
+        QCOMPARE(backend.currentFlags(), flags);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Reachability)
+#include "tst_reachability.moc"
