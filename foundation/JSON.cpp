@@ -196,8 +196,8 @@ template <typename Number> void appendNumber(TextSink &sink, Number number)
 void appendDictionary(TextSink &sink, const PropertyValue::Dictionary &dictionary);
 void appendArray(TextSink &sink, const PropertyValue::Array &array);
 
-// JSONStringForValue, writing into the sink.
-void appendValue(TextSink &sink, const PropertyValue &value)
+// The JSON text of one value, written into the sink.
+void appendJSONStringForValue(TextSink &sink, const PropertyValue &value)
 {
     switch (value.type()) {
     case PropertyValue::Type::Array:
@@ -253,7 +253,7 @@ void appendDictionary(TextSink &sink, const PropertyValue::Dictionary &dictionar
         sink.put(QStringView(it.key()));
         sink.put(u'"');
         sink.put(u':');
-        appendValue(sink, it.value());
+        appendJSONStringForValue(sink, it.value());
     }
     sink.put(u'}');
 }
@@ -266,7 +266,7 @@ void appendArray(TextSink &sink, const PropertyValue::Array &array)
         if (!first)
             sink.put(u',');
         first = false;
-        appendValue(sink, element);
+        appendJSONStringForValue(sink, element);
     }
     sink.put(u']');
 }
