@@ -176,7 +176,9 @@ void appendEscaped(TextSink &sink, const QString &string)
     qsizetype runStart = 0;
     for (qsizetype i = 0; i < length; ++i) {
         const char16_t c = units[i];
-        if (c >= 128 || !escapes.second[c])
+        // Every character to escape is at most "/" except the backslash: one comparison
+        // settles most units.
+        if ((c > u'/' && c != u'\\') || !escapes.second[c])
             continue;
         sink.put(units + runStart, i - runStart);
         sink.put(u'\\');
