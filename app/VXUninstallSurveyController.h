@@ -1,7 +1,12 @@
 #pragma once
 
+#include "PropertyValue.h"
+
+#include <QMutex>
 #include <QObject>
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 
 // The one controller of the uninstaller: holds the survey's answers (bound to the
 // window's controls through Qt properties), builds and sends the payload and runs the
@@ -11,8 +16,8 @@ class VXUninstallSurveyController : public QObject
     Q_OBJECT
 
     // --- Survey answers ------------------------------------------------------------
-    Q_PROPERTY(quint64 uninstallingReason READ uninstallingReason WRITE setUninstallingReason
-                   NOTIFY uninstallingReasonChanged)
+    Q_PROPERTY(quint64 uninstallingReason READ uninstallingReason WRITE setUninstallingReason NOTIFY
+                   uninstallingReasonChanged)
     Q_PROPERTY(bool reasonSelected READ isReasonSelected NOTIFY reasonSelectedChanged)
     Q_PROPERTY(QString comment READ comment WRITE setComment NOTIFY commentChanged)
     Q_PROPERTY(bool notDisclosedPrice READ notDisclosedPrice WRITE setNotDisclosedPrice NOTIFY
@@ -28,6 +33,11 @@ class VXUninstallSurveyController : public QObject
                    slowSupportResponseChanged)
     Q_PROPERTY(bool unprofessionalSupport READ unprofessionalSupport WRITE setUnprofessionalSupport
                    NOTIFY unprofessionalSupportChanged)
+
+    // --- Payload, submission and removal ---------------------------------------------
+    Q_PROPERTY(QString uninstallInfoPath READ uninstallInfoPath WRITE setUninstallInfoPath NOTIFY
+                   uninstallInfoPathChanged)
+    Q_PROPERTY(QString uninstallInfo READ uninstallInfo)
 
 public:
     explicit VXUninstallSurveyController(QObject *parent = nullptr);
@@ -60,7 +70,46 @@ public:
     bool unprofessionalSupport() const { return _unprofessionalSupport; }
     void setUnprofessionalSupport(bool value);
 
+    // --- Payload, submission and removal ---------------------------------------------
+    // Path of the uninstall-information file handed over by the suite at launch. May be
+    // read and written from any thread.
+    QString uninstallInfoPath() const;
+    void setUninstallInfoPath(const QString &path);
+    // The suite's open-file request: stores the path, unchecked, and accepts it.
+    bool applicationOpenFile(const QString &path);
+    // The whole information file as UTF-8 text; "{}" when there is no path or the file
+    // cannot be read or is not valid UTF-8.
+    QString uninstallInfo() const;
+    // The application's short version string.
+    QString version() const;
+    // The survey payload: the information file's keys with the answers laid over them.
+    PropertyValue::Dictionary uninstallData() const;
+
+    // System-wide parts: one shell command run as the superuser after the user's consent.
+    // Nothing is asked or run when none of the system-wide items exists.
+    void uninstallPriviledgedParts();
+    // Removes every item of the folder whose name begins, case-sensitively, with the
+    // last component of the prefix.
+    void removeFilesWithPathPrefix(const QString &prefix);
+    // The user's own files, each step independent of the others' success.
+    void uninstallUserParts();
+
+    // Test-only: the submission's transfer time-out in milliseconds (60000 otherwise), so
+    // a server that never answers can be tested without waiting a minute.
+    static void setSubmissionTimeoutForTesting(int milliseconds);
+
+public Q_SLOTS:
+    // --- Payload, submission and removal ---------------------------------------------
+    // The Uninstall button: sends the survey (result ignored), then proceedUninstall().
+    void uninstall();
+    // Hides the window, removes the system-wide and then the user's parts, and asks the
+    // application to quit.
+    void proceedUninstall();
+
 Q_SIGNALS:
+    // --- Payload, submission and removal ---------------------------------------------
+    void uninstallInfoPathChanged(const QString &path);
+
     // --- Survey answers ------------------------------------------------------------
     void uninstallingReasonChanged(quint64 reason);
     // Announced on every change of the reason, as the reason's dependent key.
@@ -75,6 +124,11 @@ Q_SIGNALS:
     void unprofessionalSupportChanged(bool value);
 
 private:
+    // --- Payload, submission and removal ---------------------------------------------
+    QPointer<QWidget> _surveyWindow; // connected by the window loader
+    mutable QMutex _uninstallInfoPathLock;
+    QString _uninstallInfoPath; // null until the open-file request arrives
+
     // --- Survey answers ------------------------------------------------------------
     quint64 _uninstallingReason = 0;
     QString _comment; // null string: no comment

@@ -1,18 +1,18 @@
 #pragma once
 
-// Public surface of the thread-safe bundle access that the rest of the program uses.
-// (The full machinery - Bundle, the lock map, the proxy - is declared in Bundle.h and
-// VXThreadSafeBundleProxy.h.)
+// Public surface of the thread-safe bundle access that the rest of the program uses:
+// threadSafeMainBundle()->localizedStringForKey(...), ->objectForInfoDictionaryKey(...),
+// ->pathForResource(...). The machinery (lock map, bundles by path or class) is in
+// VXThreadSafety.h, the language operations in VXPrefferedLanguage.h.
 
 #include "PropertyValue.h"
+#include "VXThreadSafeBundleProxy.h"
 
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
 
 #include <optional>
-
-class VXThreadSafeBundleProxy;
 
 namespace VXThreadSafety {
 // The proxy around the main bundle (the folder of the running program), created on first

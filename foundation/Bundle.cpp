@@ -1,0 +1,294 @@
+#include "Bundle.h"
+
+#include "BundleInfo.h"
+#include "VXThreadSafety.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTranslator>
+
+#include <dlfcn.h>
+#include <link.h>
+
+namespace {
+
+// Bundles are never freed, so the registry is allocated once and left alone at exit.
+struct Registry
+{
+    std::mutex mutex;
+    QHash<QString, Bundle *> bundles; // by canonical folder path
+    Bundle *main = nullptr;
+};
+
+Registry &registry()
+{
+    static Registry *r = new Registry;
+    return *r;
+}
+
+QString executablePath()
+{
+    return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+}
+
+QString mainBundlePath()
+{
+    if (QCoreApplication::instance())
+        return QFileInfo(QCoreApplication::applicationDirPath()).canonicalFilePath();
+    return QFileInfo(executablePath()).absolutePath();
+}
+
+PropertyValue::Dictionary mainInfoDictionary()
+{
+    return {
+        {QStringLiteral("CFBundleShortVersionString"), QStringLiteral(QV_BUNDLE_VERSION)},
+        {QStringLiteral("CFBundleVersion"), QStringLiteral(QV_BUNDLE_VERSION)},
+        {QStringLiteral("CFBundleIdentifier"), QStringLiteral(QV_BUNDLE_IDENTIFIER)},
+        {QStringLiteral("CFBundleName"), QStringLiteral(QV_BUNDLE_NAME)},
+        {QStringLiteral("CFBundleDevelopmentRegion"), Bundle::developmentLocalization()},
+    };
+}
+
+// Info.ini beside a non-main bundle's resources: its top-level keys, strings as strings and
+// comma lists as arrays of strings.
+PropertyValue::Dictionary infoDictionaryFromFile(const QString &folder)
+{
+    PropertyValue::Dictionary info;
+    const QString file = folder + QStringLiteral("/Info.ini");
+    if (!QFileInfo(file).isFile())
+        return info;
+    QSettings settings(file, QSettings::IniFormat);
+    const QStringList keys = settings.childKeys();
+    for (const QString &key : keys) {
+        const QVariant v = settings.value(key);
+        if (v.typeId() == QMetaType::QStringList) {
+            PropertyValue::Array items;
+            const QStringList list = v.toStringList();
+            for (const QString &item : list)
+                items.append(item);
+            info.insert(key, items);
+        } else {
+            info.insert(key, v.toString());
+        }
+    }
+    return info;
+}
+
+// <module>_<localisation>.qm; the localisation is a language ("de") optionally followed by
+// a territory ("zh_CN"). The module part is matched lazily so "zh_CN" is not split.
+const QRegularExpression &qmNamePattern()
+{
+    static const QRegularExpression re(
+        QStringLiteral("^(.+?)_([a-z]{2,3}(?:_[A-Z]{2}|_[0-9]{3})?)\\.qm$"));
+    return re;
+}
+
+std::optional<QStringList> &preferredLanguagesOverride()
+{
+    static std::optional<QStringList> languages;
+    return languages;
+}
+
+std::mutex &preferredLanguagesMutex()
+{
+    static std::mutex m;
+    return m;
+}
+
+} // namespace
+
+Bundle::Bundle(QString path, PropertyValue::Dictionary info)
+    : m_path(std::move(path)), m_info(std::move(info))
+{
+    QDir dir(m_path + QStringLiteral("/translations"));
+    const QStringList names = dir.entryList({QStringLiteral("*.qm")}, QDir::Files, QDir::Name);
+    for (const QString &name : names) {
+        const QRegularExpressionMatch m = qmNamePattern().match(name);
+        if (m.hasMatch())
+            m_qmFiles[m.captured(2)].append(dir.filePath(name));
+    }
+    m_localizations = m_qmFiles.keys();
+    if (!m_localizations.contains(developmentLocalization()))
+        m_localizations.append(developmentLocalization());
+    m_localizations.sort();
+}
+
+Bundle::~Bundle() = default;
+
+Bundle *Bundle::mainBundle()
+{
+    Registry &r = registry();
+    std::lock_guard guard(r.mutex);
+    if (!r.main) {
+        const QString path = mainBundlePath();
+        r.main = new Bundle(path, mainInfoDictionary());
+        r.bundles.insert(path, r.main);
+    }
+    return r.main;
+}
+
+Bundle *Bundle::bundleWithPath(const QString &path)
+{
+    if (path.isEmpty())
+        return nullptr;
+    const QFileInfo info(path);
+    if (!info.isDir())
+        return nullptr;
+    const QString canonical = info.canonicalFilePath();
+    Bundle *main = mainBundle(); // so the program's own folder always maps to it
+    if (canonical == main->bundlePath())
+        return main;
+    Registry &r = registry();
+    std::lock_guard guard(r.mutex);
+    Bundle *&bundle = r.bundles[canonical];
+    if (!bundle)
+        bundle = new Bundle(canonical, infoDictionaryFromFile(canonical));
+    return bundle;
+}
+
+QString Bundle::imagePathForClass(const QMetaObject *aClass)
+{
+    if (!aClass)
+        return {};
+    Dl_info info{};
+    link_map *map = nullptr;
+    if (!dladdr1(static_cast<const void *>(aClass), &info, reinterpret_cast<void **>(&map),
+                 RTLD_DL_LINKMAP))
+        return {};
+    // The program itself has an empty name in the link map (dladdr would report argv[0]).
+    if (map && map->l_name && map->l_name[0])
+        return QFile::decodeName(map->l_name);
+    return executablePath();
+}
+
+Bundle *Bundle::bundleForClass(const QMetaObject *aClass)
+{
+    const QString image = imagePathForClass(aClass);
+    if (image.isEmpty())
+        return nullptr;
+    const QString enclosing = VXThreadSafety::lockIdentifierForImagePath(image);
+    return bundleWithPath(enclosing != image ? enclosing : QFileInfo(image).absolutePath());
+}
+
+std::optional<PropertyValue> Bundle::objectForInfoDictionaryKey(const QString &key) const
+{
+    const auto it = m_info.constFind(key);
+    if (it == m_info.constEnd())
+        return std::nullopt;
+    return *it;
+}
+
+QStringList Bundle::preferredLocalizations() const
+{
+    return preferredLocalizationsFromArray(m_localizations, userPreferredLanguages());
+}
+
+void Bundle::loadTranslations(const QString &localization)
+{
+    m_translators.clear();
+    QStringList files = m_qmFiles.value(localization);
+    if (localization != developmentLocalization())
+        files += m_qmFiles.value(developmentLocalization());
+    for (const QString &file : files) {
+        auto translator = std::make_unique<QTranslator>();
+        if (translator->load(file))
+            m_translators.push_back(std::move(translator));
+    }
+    m_loadedLocalization = localization;
+    m_translationsLoaded = true;
+}
+
+QString Bundle::localizedStringForKey(const QString &key, const QString &value,
+                                      const QString &table)
+{
+    const QString fallback = value.isEmpty() ? key : value;
+    if (key.isEmpty())
+        return fallback;
+    const QString localization = preferredLocalizations().constFirst();
+    if (!m_translationsLoaded || localization != m_loadedLocalization)
+        loadTranslations(localization);
+    const QByteArray context = table.isEmpty() ? QByteArrayLiteral("Localizable") : table.toUtf8();
+    const QByteArray source = key.toUtf8();
+    for (const auto &translator : m_translators) {
+        const QString text = translator->translate(context.constData(), source.constData());
+        if (!text.isNull())
+            return text;
+    }
+    return fallback;
+}
+
+QString Bundle::pathForResource(const QString &name, const QString &type) const
+{
+    if (name.isEmpty())
+        return {};
+    QString file = name;
+    if (!type.isEmpty())
+        file += type.startsWith(u'.') ? type : QLatin1Char('.') + type;
+    const QString path = QDir::cleanPath(m_path + QLatin1Char('/') + file);
+    // A name such as "../x" must not reach outside the bundle.
+    if (!path.startsWith(m_path + QLatin1Char('/')))
+        return {};
+    return QFileInfo::exists(path) ? path : QString();
+}
+
+QString Bundle::normalizedLocalization(const QString &name)
+{
+    const QString base = name.section(u'.', 0, 0).section(u'@', 0, 0); // "de_DE.UTF-8@euro"
+    static const QRegularExpression separator(QStringLiteral("[-_]"));
+    const QStringList parts = base.split(separator);
+    const QString language = parts.constFirst();
+    static const QRegularExpression languagePattern(QStringLiteral("^[A-Za-z]{2,3}$"));
+    if (!languagePattern.match(language).hasMatch())
+        return name; // "English", "C": leave legacy and odd names alone
+    QString result = language.toLower();
+    static const QRegularExpression territoryPattern(QStringLiteral("^(?:[A-Za-z]{2}|[0-9]{3})$"));
+    for (qsizetype i = 1; i < parts.size(); ++i) {
+        if (territoryPattern.match(parts[i]).hasMatch()) {
+            result += QLatin1Char('_') + parts[i].toUpper();
+            break;
+        }
+    }
+    return result;
+}
+
+QStringList Bundle::preferredLocalizationsFromArray(const QStringList &localizations,
+                                                    const QStringList &preferences)
+{
+    QStringList result;
+    for (const QString &preference : preferences) {
+        const QString full = normalizedLocalization(preference);
+        const QString language = full.section(u'_', 0, 0);
+        for (const QString &candidate : {full, language}) {
+            if (localizations.contains(candidate)) {
+                if (!result.contains(candidate))
+                    result.append(candidate);
+                break;
+            }
+        }
+    }
+    if (!result.contains(developmentLocalization()))
+        result.append(developmentLocalization());
+    return result;
+}
+
+QStringList Bundle::userPreferredLanguages()
+{
+    {
+        std::lock_guard guard(preferredLanguagesMutex());
+        if (preferredLanguagesOverride())
+            return *preferredLanguagesOverride();
+    }
+    // Read once: the user's choice is fixed for the life of the process.
+    static const QStringList system = QLocale::system().uiLanguages();
+    return system;
+}
+
+void Bundle::setPreferredLanguagesForTesting(std::optional<QStringList> languages)
+{
+    std::lock_guard guard(preferredLanguagesMutex());
+    preferredLanguagesOverride() = std::move(languages);
+}

@@ -1,0 +1,227 @@
+// Sizes and day counts. Kept apart from the other string operations because these alone
+// need the bundle's localised strings.
+#include "QuorvelleString.h"
+
+#include "VXThreadSafeBundle.h"
+
+#include <QLocale>
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+enum Unit
+{
+    ZeroBytes,
+    OneByte,
+    Bytes,
+    BinaryKB,
+    DecimalKB,
+    MB,
+    GB,
+    TB,
+    OneDay,
+    Days,
+    OneWeek,
+    Weeks,
+    OneMonth,
+    Months,
+    OneYear,
+    Years,
+    UnitCount
+};
+
+// In the order they are looked up.
+constexpr std::array<const char *, UnitCount> kKeys = {
+    "0 bytes",  "1 byte",      "%llu bytes", "%1.1f KB",  "%llu KB", "%1.1f MB",
+    "%1.1f GB", "%1.1f TB",    "1 day",      "%llu days", "1 week",  "%llu weeks",
+    "1 month",  "%llu months", "1 year",     "%llu years"};
+
+// Looked up once, on first use, and kept for the life of the process. A function-local
+// static makes the first use safe from any thread.
+const std::array<QString, UnitCount> &units()
+{
+    static const std::array<QString, UnitCount> table = [] {
+        std::array<QString, UnitCount> strings;
+        for (int i = 0; i < UnitCount; ++i)
+            strings[size_t(i)] = VXLocalizedString(QString::fromLatin1(kKeys[size_t(i)]), nullptr);
+        return strings;
+    }();
+    return table;
+}
+
+enum class Argument
+{
+    Unsigned,
+    Real
+};
+
+// One printf conversion of a format that holds exactly one, with its text around it.
+struct Conversion
+{
+    QString prefix;
+    QString suffix;
+    QByteArray directive; // "%", flags, width and precision; no length modifier or conversion
+    char conversion = 0;
+};
+
+// A translated format is data, not code: it may only hold one conversion of the kind the
+// key has, with a modest width and precision. Anything else is refused (std::nullopt).
+std::optional<Conversion> parseFormat(const QString &format, Argument argument)
+{
+    Conversion result;
+    bool found = false;
+    QString *text = &result.prefix;
+    const qsizetype length = format.size();
+    for (qsizetype i = 0; i < length; ++i) {
+        const QChar ch = format.at(i);
+        if (ch != QLatin1Char('%')) {
+            *text += ch;
+            continue;
+        }
+        if (i + 1 < length && format.at(i + 1) == QLatin1Char('%')) {
+            *text += ch;
+            ++i;
+            continue;
+        }
+        if (found)
+            return std::nullopt;
+        found = true;
+        QByteArray directive("%");
+        ++i;
+        while (i < length && QStringView(u"-+ #0").contains(format.at(i)))
+            directive += char(format.at(i++).unicode());
+        int digits = 0;
+        while (i < length && format.at(i).isDigit() && format.at(i).unicode() < 0x80) {
+            directive += char(format.at(i++).unicode());
+            if (++digits > 2)
+                return std::nullopt;
+        }
+        if (i < length && format.at(i) == QLatin1Char('.')) {
+            directive += '.';
+            ++i;
+            digits = 0;
+            while (i < length && format.at(i).isDigit() && format.at(i).unicode() < 0x80) {
+                directive += char(format.at(i++).unicode());
+                if (++digits > 2)
+                    return std::nullopt;
+            }
+        }
+        while (i < length && QStringView(u"hlLqjzt").contains(format.at(i)))
+            ++i;
+        if (i >= length)
+            return std::nullopt;
+        const char16_t conversion = format.at(i).unicode();
+        const QStringView allowed =
+            argument == Argument::Unsigned ? QStringView(u"udioxX") : QStringView(u"fFeEgGaA");
+        if (!allowed.contains(QChar(conversion)))
+            return std::nullopt;
+        result.conversion = char(conversion);
+        result.directive = directive;
+        text = &result.suffix;
+    }
+    if (!found)
+        return std::nullopt;
+    return result;
+}
+
+QString formatNumber(const Conversion &c, Argument argument, quint64 integer, double real)
+{
+    char buffer[512];
+    if (argument == Argument::Unsigned) {
+        const QByteArray directive = c.directive + "ll" + c.conversion;
+        std::snprintf(buffer, sizeof buffer, directive.constData(),
+                      static_cast<unsigned long long>(integer));
+    } else {
+        const QByteArray directive = c.directive + c.conversion;
+        std::snprintf(buffer, sizeof buffer, directive.constData(), real);
+    }
+    return QString::fromLatin1(buffer);
+}
+
+// printf semantics for the unit formats; with localized, the decimal separator is the
+// user's (QLocale()), otherwise always ".".
+QString format(Unit unit, Argument argument, quint64 integer, double real, bool localized)
+{
+    std::optional<Conversion> c = parseFormat(units()[unit], argument);
+    if (!c)
+        c = parseFormat(QString::fromLatin1(kKeys[unit]), argument);
+    QString number = formatNumber(*c, argument, integer, real);
+    if (localized && argument == Argument::Real)
+        number.replace(QLatin1Char('.'), QLocale().decimalPoint());
+    return c->prefix + number + c->suffix;
+}
+
+QString formatUnsigned(Unit unit, quint64 value, bool localized = false)
+{
+    return format(unit, Argument::Unsigned, value, 0.0, localized);
+}
+
+QString formatReal(Unit unit, double value, bool localized)
+{
+    return format(unit, Argument::Real, 0, value, localized);
+}
+
+} // namespace
+
+namespace QuorvelleString {
+
+QString stringWithBinaryFileSize(quint64 size)
+{
+    if (size == 1)
+        return units()[OneByte];
+    // 0 goes through the format too, not through the "0 bytes" entry.
+    if (size <= 1022)
+        return formatUnsigned(Bytes, size, true);
+    double value = double(size) * 0.0009765625;
+    if (value < 1023.0)
+        return formatReal(BinaryKB, value, true);
+    value *= 0.0009765625;
+    if (value < 1023.0)
+        return formatReal(MB, value, true);
+    value *= 0.0009765625;
+    if (value < 1023.0)
+        return formatReal(GB, value, true);
+    return formatReal(TB, value * 0.0009765625, true);
+}
+
+QString stringWithFileSize(quint64 size)
+{
+    if (size == 0)
+        return units()[ZeroBytes];
+    if (size <= 998)
+        return formatUnsigned(Bytes, size);
+    const auto kilobytes = static_cast<quint64>(double(size) / 1000.0 + 0.5);
+    if (kilobytes <= 998)
+        return formatUnsigned(DecimalKB, kilobytes);
+    // From the rounded kilobytes, not from the byte count.
+    double value = double(kilobytes) / 1000.0;
+    if (value < 999.0)
+        return formatReal(MB, value, false);
+    value /= 1000.0;
+    if (value < 999.0)
+        return formatReal(GB, value, false);
+    return formatReal(TB, value / 1000.0, false);
+}
+
+QString stringWithNumberOfDays(quint64 days)
+{
+    if (days == 1)
+        return units()[OneDay];
+    if (days < 7)
+        return formatUnsigned(Days, days);
+    if (days < 14)
+        return units()[OneWeek];
+    if (days < 30)
+        return formatUnsigned(Weeks, days / 7);
+    if (days < 60)
+        return units()[OneMonth];
+    if (days < 365)
+        return formatUnsigned(Months, days / 30);
+    if (days < 730)
+        return units()[OneYear];
+    return formatUnsigned(Years, days / 365);
+}
+
+} // namespace QuorvelleString

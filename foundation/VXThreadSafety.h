@@ -1,0 +1,59 @@
+#pragma once
+
+// The machinery under threadSafeMainBundle(): per-bundle lookup locks kept in a
+// reference-counted lock map, lock identifiers of classes and of the main bundle, and
+// proxies around bundles found by path or by class.
+
+#include "VXThreadSafeBundle.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <mutex>
+
+class VXThreadSafeBundleProxy;
+
+namespace VXThreadSafety {
+
+// One lock map entry: the recursive lock that guards the lookup of one bundle and the
+// number of callers currently holding the entry (at least 1 while it exists).
+struct LockMapEntry
+{
+    std::shared_ptr<std::recursive_mutex> lock;
+    quint64 useCount = 0;
+};
+
+// A copy of the process-wide lock map, taken under its monitor.
+QHash<QString, LockMapEntry> lockMap();
+// The entry's use count; 0 when the identifier has no entry.
+quint64 useCountForIdentifier(const QString &identifier);
+
+// The identifier's recursive lock, taking one use of its entry (created on first take). The
+// returned pointer keeps the lock alive even after the entry has gone.
+std::shared_ptr<std::recursive_mutex> lockForIdentifier(const QString &identifier);
+// Gives back one use; the last one removes the entry. Unknown identifiers are ignored.
+void releaseLockForIdentifier(const QString &identifier);
+
+// The path up to and including the last ".framework" followed by "/", else the path before
+// the last "/Contents/" (both ignoring case), else the whole path.
+QString lockIdentifierForImagePath(const QString &imagePath);
+// lockIdentifierForImagePath of the image holding the class; empty when it is unknown.
+QString lockIdentifierForClass(const QMetaObject *aClass);
+// "VXThreadSafeMainBundle" without an application delegate, else the identifier of the
+// delegate's class.
+QString lockIdentifierForMainBundle();
+
+// The application delegate (the survey controller registers itself). Not owned; a
+// destroyed delegate reads as none.
+void setApplicationDelegate(QObject *delegate);
+QObject *applicationDelegate();
+
+// The shared proxy of the bundle at the path (the main bundle's when the path is
+// lockIdentifierForMainBundle()); nullptr when there is no bundle there.
+VXThreadSafeBundleProxy *threadSafeBundleWithPath(const QString &path);
+// The shared proxy of the bundle holding the class; nullptr when there is none.
+VXThreadSafeBundleProxy *threadSafeBundleForClass(const QMetaObject *aClass);
+
+} // namespace VXThreadSafety

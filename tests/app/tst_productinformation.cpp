@@ -1,0 +1,95 @@
+// Composition of the vendor's service URLs from the build's configuration.
+#include "VXProductInformation.h"
+
+#include <QRegularExpression>
+#include <QTest>
+#include <QUrlQuery>
+
+using namespace VXProductInformation;
+
+class TestProductInformation : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void composition_data();
+    void composition();
+    void partnerOffer();
+};
+
+void TestProductInformation::composition_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("expected"); // empty: no URL
+
+    const QString n; // absent
+    QTest::newRow("scheme, service and path")
+        << URLWithScheme(QStringLiteral("https"), QStringLiteral("account"),
+                         QStringLiteral("/mac/uninstall-survey"))
+        << QStringLiteral("https://account.brelltan.net/mac/uninstall-survey");
+    QTest::newRow("no service") << URLWithScheme(QStringLiteral("http"), n, QStringLiteral("/x"))
+                                << QStringLiteral("http://brelltan.net/x");
+    QTest::newRow("neither service nor path")
+        << URLWithScheme(QStringLiteral("http"), n, n) << QStringLiteral("http://brelltan.net");
+    QTest::newRow("path glued without separator")
+        << URLWithScheme(QStringLiteral("http"), QStringLiteral("www"), QStringLiteral(":8080/a"))
+        << QStringLiteral("http://www.brelltan.net:8080/a");
+    QTest::newRow("path without slash joins the host")
+        << URLWithScheme(QStringLiteral("http"), QStringLiteral("www"), QStringLiteral("x"))
+        << QStringLiteral("http://www.brelltan.netx");
+    QTest::newRow("path format") << URLWithScheme(QStringLiteral("https"), QStringLiteral("api"),
+                                                  QStringLiteral("/v%1/users/%2"), 2,
+                                                  QStringLiteral("ann"))
+                                 << QStringLiteral("https://api.brelltan.net/v2/users/ann");
+    QTest::newRow("invalid text gives no URL")
+        << URLWithScheme(QStringLiteral("http"), QStringLiteral("account"), QStringLiteral("/a b"))
+        << QString();
+    QTest::newRow("account, plain") << accountServiceURLWithPath(QStringLiteral("/ping.html"))
+                                    << QStringLiteral("http://account.brelltan.net/ping.html");
+    QTest::newRow("account, secure") << accountServiceSecureURLWithPath(QStringLiteral("/p?q=1"))
+                                     << QStringLiteral("https://account.brelltan.net/p?q=1");
+    QTest::newRow("buy now") << buyNowPageURL()
+                             << QStringLiteral("http://www.quorvelle.com/buy-now");
+    QTest::newRow("buy now, query verbatim")
+        << buyNowPageURLWithParams(QStringLiteral("a=1&b=%2F"))
+        << QStringLiteral("http://www.quorvelle.com/buy-now?a=1&b=%2F");
+    QTest::newRow("product site") << productWebSiteURL()
+                                  << QStringLiteral("http://www.quorvelle.com");
+    QTest::newRow("EULA") << productEULAWebPageURL()
+                          << QStringLiteral("http://www.quorvelle.com/eula");
+    QTest::newRow("privacy") << productPrivacyPolicyWebPageURL()
+                             << QStringLiteral("http://www.quorvelle.com/privacy");
+    QTest::newRow("company") << companyWebsiteURL() << QStringLiteral("http://brelltan.net");
+}
+
+// The expectations assume the default configuration of the build.
+void TestProductInformation::composition()
+{
+    QFETCH(QUrl, url);
+    QFETCH(QString, expected);
+    if (expected.isEmpty()) {
+        QVERIFY(url.isEmpty());
+        return;
+    }
+    QCOMPARE(url.toString(QUrl::FullyEncoded), expected);
+}
+
+void TestProductInformation::partnerOffer()
+{
+    QCOMPARE(identifier(), QStringLiteral("Quorvelle"));
+    QCOMPARE(name(), identifier());
+    QCOMPARE(fullName(), QStringLiteral("Quorvelle 2015"));
+    QVERIFY(companySupportMail().contains(u'@'));
+    QVERIFY(!companySupportMail().contains(u':'));
+
+    const QUrl offer = partnerOfferURL();
+    QCOMPARE(offer.scheme(), QStringLiteral("http"));
+    QCOMPARE(offer.path(), QStringLiteral("/checkout/"));
+    const QUrlQuery query(offer);
+    const QRegularExpression campaign(QStringLiteral("^[A-Za-z0-9]{7}$"));
+    QVERIFY(campaign.match(query.queryItemValue(QStringLiteral("c"))).hasMatch());
+    QVERIFY(campaign.match(query.queryItemValue(QStringLiteral("tid"))).hasMatch());
+}
+
+QTEST_GUILESS_MAIN(TestProductInformation)
+#include "tst_productinformation.moc"

@@ -1,0 +1,390 @@
+#include "Bundle.h"
+#include "VXPrefferedLanguage.h"
+#include "VXThreadSafeBundleProxy.h"
+#include "VXThreadSafety.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+// A class that lives in this test program's image.
+class DelegateStandIn : public QObject
+{
+    Q_OBJECT
+};
+
+class TestBundle : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_fixture; // a bundle folder with translations and an Info.ini
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        m_fixture = m_dir.filePath(QStringLiteral("Fixture"));
+        QVERIFY(QDir().mkpath(m_fixture + QStringLiteral("/translations")));
+        const QDir qm(QStringLiteral(QV_BUNDLE_FIXTURE_DIR "/translations"));
+        const QStringList files = qm.entryList({QStringLiteral("*.qm")}, QDir::Files);
+        QCOMPARE(files.size(), 4);
+        for (const QString &f : files)
+            QVERIFY(QFile::copy(qm.filePath(f), m_fixture + QStringLiteral("/translations/") + f));
+        QFile ini(m_fixture + QStringLiteral("/Info.ini"));
+        QVERIFY(ini.open(QIODevice::WriteOnly));
+        ini.write("CFBundleIdentifier=net.example.Fixture\nCFBundleShortVersionString=3.1\n"
+                  "Formats=a, b\n[Group]\nNested=1\n");
+        QFile outside(m_dir.filePath(QStringLiteral("Outside.txt")));
+        QVERIFY(outside.open(QIODevice::WriteOnly));
+    }
+
+    void cleanup()
+    {
+        Bundle::setPreferredLanguagesForTesting(std::nullopt);
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(std::nullopt);
+        VXThreadSafety::setApplicationDelegate(nullptr);
+    }
+
+    void lockIdentifierForImagePath_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("identifier");
+        QTest::newRow("framework") << "/Library/Frameworks/Kit.framework/Versions/A/Kit"
+                                   << "/Library/Frameworks/Kit.framework";
+        QTest::newRow("last framework wins")
+            << "/A/Outer.framework/Frameworks/Inner.framework/Inner"
+            << "/A/Outer.framework/Frameworks/Inner.framework";
+        QTest::newRow("upper case") << "/L/KIT.FRAMEWORK/Kit"
+                                    << "/L/KIT.FRAMEWORK";
+        QTest::newRow("framework beats contents")
+            << "/A/Tool.app/Contents/Frameworks/Kit.framework/Kit"
+            << "/A/Tool.app/Contents/Frameworks/Kit.framework";
+        QTest::newRow("application") << "/Applications/Tool.app/Contents/MacOS/Tool"
+                                     << "/Applications/Tool.app";
+        QTest::newRow("library") << "/usr/lib/libthing.dylib"
+                                 << "/usr/lib/libthing.dylib";
+    }
+    void lockIdentifierForImagePath()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, identifier);
+        QCOMPARE(VXThreadSafety::lockIdentifierForImagePath(path), identifier);
+    }
+
+    void lockIdentifierForClass()
+    {
+        const QString exe = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+        QCOMPARE(VXThreadSafety::lockIdentifierForClass(&DelegateStandIn::staticMetaObject), exe);
+        const QString qtCore = VXThreadSafety::lockIdentifierForClass(&QObject::staticMetaObject);
+        QVERIFY2(qtCore.contains(QStringLiteral("libQt6Core")), qPrintable(qtCore));
+        QVERIFY(QFileInfo::exists(qtCore));
+        QCOMPARE(VXThreadSafety::lockIdentifierForClass(nullptr), QString());
+    }
+
+    void lockMapCounts()
+    {
+        const QString id = QStringLiteral("/some/bundle");
+        const auto first = VXThreadSafety::lockForIdentifier(id);
+        const auto second = VXThreadSafety::lockForIdentifier(id);
+        QCOMPARE(first, second);
+        QCOMPARE(VXThreadSafety::useCountForIdentifier(id), 2u);
+        VXThreadSafety::releaseLockForIdentifier(id);
+        QCOMPARE(VXThreadSafety::lockMap().value(id).useCount, 1u);
+        VXThreadSafety::releaseLockForIdentifier(id);
+        QVERIFY(!VXThreadSafety::lockMap().contains(id));
+        VXThreadSafety::releaseLockForIdentifier(id);
+        QVERIFY(!VXThreadSafety::lockMap().contains(id));
+        // A new take after removal starts a fresh entry with a new lock.
+        const auto third = VXThreadSafety::lockForIdentifier(id);
+        QVERIFY(third != first);
+        QCOMPARE(VXThreadSafety::useCountForIdentifier(id), 1u);
+        VXThreadSafety::releaseLockForIdentifier(id);
+    }
+
+    void mainBundleIdentity()
+    {
+        VXThreadSafeBundleProxy *main = VXThreadSafety::threadSafeMainBundle();
+        QVERIFY(main);
+        QCOMPARE(VXThreadSafety::lockIdentifierForMainBundle(), u"VXThreadSafeMainBundle"_s);
+        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(QStringLiteral("VXThreadSafeMainBundle")),
+                 main);
+        QCOMPARE(main->bundlePath(),
+                 QFileInfo(QCoreApplication::applicationDirPath()).canonicalFilePath());
+        // The program's own folder is the main bundle whichever road leads there.
+        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(QCoreApplication::applicationDirPath()),
+                 main);
+
+        {
+            DelegateStandIn delegate;
+            VXThreadSafety::setApplicationDelegate(&delegate);
+            const QString id = VXThreadSafety::lockIdentifierForMainBundle();
+            QCOMPARE(id, QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath());
+            QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(id), main);
+            QCOMPARE(VXThreadSafety::threadSafeBundleForClass(&DelegateStandIn::staticMetaObject),
+                     main);
+        }
+        // A destroyed delegate counts as none.
+        QCOMPARE(VXThreadSafety::lockIdentifierForMainBundle(), u"VXThreadSafeMainBundle"_s);
+
+        const QString version =
+            main->objectForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString"))
+                .value_or(PropertyValue())
+                .toString();
+        QCOMPARE(version, QStringLiteral(QV_PROJECT_VERSION));
+        QVERIFY(!main->objectForInfoDictionaryKey(QStringLiteral("NoSuchKey")));
+    }
+
+    void otherBundles()
+    {
+        using VXThreadSafety::threadSafeBundleWithPath;
+        QVERIFY(!threadSafeBundleWithPath(m_dir.filePath(QStringLiteral("missing"))));
+        QVERIFY(!threadSafeBundleWithPath(m_fixture + QStringLiteral("/Info.ini")));
+        QVERIFY(!threadSafeBundleWithPath(QString()));
+        QVERIFY(VXThreadSafety::lockMap().isEmpty());
+
+        VXThreadSafeBundleProxy *fixture = threadSafeBundleWithPath(m_fixture);
+        QVERIFY(fixture);
+        QVERIFY(fixture != VXThreadSafety::threadSafeMainBundle());
+        QCOMPARE(threadSafeBundleWithPath(m_fixture + QStringLiteral("/translations/..")), fixture);
+        QCOMPARE(VXThreadSafeBundleProxy::proxyWithBundle(nullptr), nullptr);
+        QVERIFY(!VXThreadSafeBundleProxy::initWithBundle(nullptr));
+
+        const PropertyValue::Dictionary info = fixture->infoDictionary();
+        QCOMPARE(info.value(QStringLiteral("CFBundleIdentifier")).toString(),
+                 u"net.example.Fixture"_s);
+        QCOMPARE(info.value(QStringLiteral("Formats")),
+                 PropertyValue(PropertyValue::Array{u"a", u"b"}));
+        QVERIFY(!info.contains(QStringLiteral("Nested")));
+
+        QCOMPARE(fixture->localizations(), QStringList({u"de"_s, u"en"_s, u"zh_CN"_s}));
+
+        // A class in a shared library belongs to the library's folder.
+        VXThreadSafeBundleProxy *qtCore =
+            VXThreadSafety::threadSafeBundleForClass(&QObject::staticMetaObject);
+        QVERIFY(qtCore);
+        QCOMPARE(
+            qtCore->bundlePath(),
+            QFileInfo(QFileInfo(VXThreadSafety::lockIdentifierForClass(&QObject::staticMetaObject))
+                          .absolutePath())
+                .canonicalFilePath());
+        QVERIFY(VXThreadSafety::lockMap().isEmpty());
+    }
+
+    void pathForResource_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("relative"); // empty: no path
+        QTest::newRow("name and type") << "Info"
+                                       << "ini"
+                                       << "Info.ini";
+        QTest::newRow("no type") << "Info.ini"
+                                 << ""
+                                 << "Info.ini";
+        QTest::newRow("missing") << "Nothing"
+                                 << "png"
+                                 << "";
+        QTest::newRow("outside") << "../Outside"
+                                 << "txt"
+                                 << "";
+        QTest::newRow("out and back in") << "../Fixture/Info"
+                                         << "ini"
+                                         << "Info.ini";
+    }
+    void pathForResource()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, type);
+        QFETCH(QString, relative);
+        VXThreadSafeBundleProxy *fixture = VXThreadSafety::threadSafeBundleWithPath(m_fixture);
+        const QString root = QFileInfo(m_fixture).canonicalFilePath();
+        QCOMPARE(fixture->pathForResource(name, type),
+                 relative.isEmpty() ? QString() : root + QLatin1Char('/') + relative);
+    }
+
+    void preferredLocalizations_data()
+    {
+        QTest::addColumn<QStringList>("languages");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("German first")
+            << QStringList{u"de-DE"_s, u"de-Latn-DE"_s, u"de"_s} << QStringList{u"de"_s, u"en"_s};
+        QTest::newRow("English first")
+            << QStringList{u"en-US"_s, u"de"_s} << QStringList{u"en"_s, u"de"_s};
+        QTest::newRow("skips unavailable")
+            << QStringList{u"fr"_s, u"de_AT"_s} << QStringList{u"de"_s, u"en"_s};
+        QTest::newRow("script and territory")
+            << QStringList{u"zh-Hans-CN"_s} << QStringList{u"zh_CN"_s, u"en"_s};
+        QTest::newRow("other territory")
+            << QStringList{u"zh-TW"_s, u"zh-Hant-TW"_s} << QStringList{u"en"_s};
+        QTest::newRow("none") << QStringList{} << QStringList{u"en"_s};
+    }
+    void preferredLocalizations()
+    {
+        QFETCH(QStringList, languages);
+        QFETCH(QStringList, expected);
+        Bundle::setPreferredLanguagesForTesting(languages);
+        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(m_fixture)->preferredLocalizations(),
+                 expected);
+    }
+
+    void localizedString_data()
+    {
+        QTest::addColumn<QStringList>("languages");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("expected");
+        const QStringList de{u"de-DE"_s};
+        QTest::newRow("German") << de << "Uninstall"
+                                << ""
+                                << ""
+                                << "Deinstallieren";
+        QTest::newRow("second module") << de << "Open Offer"
+                                       << ""
+                                       << ""
+                                       << "Angebot öffnen";
+        QTest::newRow("other table") << de << "bytes"
+                                     << ""
+                                     << "Units"
+                                     << "Bytes";
+        QTest::newRow("wrong table") << de << "bytes"
+                                     << ""
+                                     << ""
+                                     << "bytes";
+        QTest::newRow("missing key") << de << "No such key"
+                                     << ""
+                                     << ""
+                                     << "No such key";
+        QTest::newRow("missing with value") << de << "No such key"
+                                            << "Default"
+                                            << ""
+                                            << "Default";
+        QTest::newRow("English fallback") << de << "Only in English"
+                                          << ""
+                                          << ""
+                                          << "English wording";
+        QTest::newRow("English") << QStringList{u"en"_s} << "Uninstall"
+                                 << ""
+                                 << ""
+                                 << "Uninstall Now";
+        QTest::newRow("back to German") << de << "Uninstall"
+                                        << ""
+                                        << ""
+                                        << "Deinstallieren";
+        QTest::newRow("Chinese") << QStringList{u"zh-CN"_s} << "Uninstall"
+                                 << ""
+                                 << ""
+                                 << "卸载";
+    }
+    void localizedString()
+    {
+        QFETCH(QStringList, languages);
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QFETCH(QString, table);
+        QFETCH(QString, expected);
+        Bundle::setPreferredLanguagesForTesting(languages);
+        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(m_fixture)->localizedStringForKey(
+                     key, value, table),
+                 expected);
+    }
+
+    void languageRules_data()
+    {
+        QTest::addColumn<QStringList>("localizations");
+        QTest::addColumn<QString>("preferred");
+        QTest::addColumn<bool>("hieroglyphic");
+        QTest::newRow("English then French") << QStringList{u"English"_s, u"fr"_s} << "en" << false;
+        QTest::newRow("German") << QStringList{u"de"_s, u"en"_s} << "de" << false;
+        QTest::newRow("empty") << QStringList{} << "en" << false;
+        QTest::newRow("Japanese") << QStringList{u"ja"_s} << "ja" << true;
+        QTest::newRow("Chinese") << QStringList{u"zh-CN"_s} << "zh_CN" << true;
+        QTest::newRow("Taiwan") << QStringList{u"zh_TW"_s} << "zh_TW" << false;
+        QTest::newRow("bare Chinese") << QStringList{u"zh"_s} << "zh" << false;
+    }
+    void languageRules()
+    {
+        QFETCH(QStringList, localizations);
+        QFETCH(QString, preferred);
+        QFETCH(bool, hieroglyphic);
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(localizations);
+        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), preferred);
+        QCOMPARE(VXPrefferedLanguage::isEnglishLanguagePreferred(), preferred == u"en"_s);
+        QCOMPARE(VXPrefferedLanguage::isHieroglyphicLocalization(preferred), hieroglyphic);
+    }
+
+    void languageFromMainBundle()
+    {
+        // French is not among the program's translations: the development language wins.
+        Bundle::setPreferredLanguagesForTesting(QStringList{u"fr-FR"_s});
+        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
+        QVERIFY(VXPrefferedLanguage::isEnglishLanguagePreferred());
+    }
+
+    void performReleasesMonitorOnThrow()
+    {
+        VXThreadSafeBundleProxy *fixture = VXThreadSafety::threadSafeBundleWithPath(m_fixture);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, fixture->perform([](Bundle &) -> int {
+            throw std::runtime_error("boom");
+        }));
+        bool freeElsewhere = false;
+        std::thread([&] {
+            std::recursive_mutex &m = fixture->bundle()->monitor();
+            freeElsewhere = m.try_lock();
+            if (freeElsewhere)
+                m.unlock();
+        }).join();
+        QVERIFY(freeElsewhere);
+    }
+
+    void manyThreads()
+    {
+        Bundle::setPreferredLanguagesForTesting(QStringList{u"de"_s});
+        VXThreadSafeBundleProxy *fixture = VXThreadSafety::threadSafeBundleWithPath(m_fixture);
+        constexpr int threads = 8;
+        constexpr int calls = 10000;
+        std::atomic<int> wrong{0};
+        std::atomic<int> wrongProxy{0};
+        std::vector<std::thread> pool;
+        for (int t = 0; t < threads; ++t) {
+            pool.emplace_back([&, t] {
+                const QString id = QStringLiteral("shared-%1").arg(t % 2);
+                for (int i = 0; i < calls; ++i) {
+                    // One thread keeps switching the language, so the bundle reloads its
+                    // translators while the others read them.
+                    if (t == 0 && i % 100 == 0)
+                        Bundle::setPreferredLanguagesForTesting(
+                            QStringList{i % 200 ? u"zh-CN"_s : u"de"_s});
+                    const QString text = fixture->localizedStringForKey(QStringLiteral("Uninstall"),
+                                                                        QString(), QString());
+                    if (text != u"Deinstallieren" && text != u"卸载")
+                        ++wrong;
+                    const auto lock = VXThreadSafety::lockForIdentifier(id);
+                    lock->lock();
+                    lock->unlock();
+                    VXThreadSafety::releaseLockForIdentifier(id);
+                    if (i % 500 == 0 &&
+                        VXThreadSafety::threadSafeBundleWithPath(m_fixture) != fixture)
+                        ++wrongProxy;
+                }
+            });
+        }
+        for (std::thread &th : pool)
+            th.join();
+        QCOMPARE(wrong.load(), 0);
+        QCOMPARE(wrongProxy.load(), 0);
+        QVERIFY(VXThreadSafety::lockMap().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBundle)
+#include "tst_bundle.moc"

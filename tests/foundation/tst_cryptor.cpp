@@ -1,0 +1,325 @@
+#include "LogCapture.h"
+#include "VXCryptor.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+enum Padding
+{
+    PKCS1 = 1,
+    OAEP = 2,
+    SSLv23 = 3,
+    None = 4
+};
+
+QByteArray pattern(qsizetype size, int seed = 0)
+{
+    QByteArray data(size, Qt::Uninitialized);
+    for (qsizetype i = 0; i < size; ++i)
+        data[i] = char((i * 31 + seed * 7 + 1) & 0xff);
+    return data;
+}
+
+// Raw RSA needs every block to stay below the modulus; a leading zero byte per block does.
+QByteArray belowModulus(qsizetype blocks)
+{
+    QByteArray data = pattern(blocks * 128, 3);
+    for (qsizetype b = 0; b < blocks; ++b)
+        data[b * 128] = 0;
+    return data;
+}
+
+bool hasLineStartingWith(const QStringList &lines, const QString &start, const QString &part = {})
+{
+    for (const QString &line : lines) {
+        if (line.startsWith(start) && line.contains(part))
+            return true;
+    }
+    return false;
+}
+} // namespace
+
+class TestCryptor : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_private;            // PKCS #8 "PRIVATE KEY"
+    QString m_privateTraditional; // "RSA PRIVATE KEY"
+    QString m_public;             // subject public key info "PUBLIC KEY"
+    QString m_publicPkcs1;        // "RSA PUBLIC KEY"
+    QString m_private2048;
+
+    // Runs "openssl <command>" in the scratch folder and returns the file written by -out.
+    QString openssl(const char *command)
+    {
+        const QStringList arguments = QString::fromLatin1(command).split(QLatin1Char(' '));
+        QProcess process;
+        process.setWorkingDirectory(m_dir.path());
+        process.start(QStringLiteral("openssl"), arguments);
+        const bool ran = process.waitForFinished(120000) && process.exitCode() == 0;
+        QFile file(m_dir.filePath(arguments.value(arguments.indexOf(QStringLiteral("-out")) + 1)));
+        if (!ran || !file.open(QIODevice::ReadOnly))
+            qFatal("openssl %s failed: %s", command, process.readAllStandardError().constData());
+        return QString::fromLatin1(file.readAll());
+    }
+
+    std::unique_ptr<VXCryptor> make(const QString &pem, int padding)
+    {
+        auto cryptor = VXCryptor::initWithRSAKeyFromString(pem, padding);
+        if (!cryptor)
+            qFatal("no cryptor for padding %d", padding);
+        return cryptor;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        m_private = openssl("genrsa -out private.pem 1024");
+        m_privateTraditional = openssl("rsa -in private.pem -traditional -out traditional.pem");
+        m_public = openssl("rsa -in private.pem -pubout -out public.pem");
+        m_publicPkcs1 = openssl("rsa -in private.pem -RSAPublicKey_out -out pkcs1.pem");
+        m_private2048 = openssl("genrsa -out private2048.pem 2048");
+        QVERIFY(m_private.contains(QLatin1String("BEGIN PRIVATE KEY")));
+        QVERIFY(m_privateTraditional.contains(QLatin1String("BEGIN RSA PRIVATE KEY")));
+        QVERIFY(m_publicPkcs1.contains(QLatin1String("BEGIN RSA PUBLIC KEY")));
+    }
+
+    void chunkLengths_data()
+    {
+        QTest::addColumn<int>("padding");
+        QTest::addColumn<int>("options");
+        QTest::addColumn<int>("plain");
+        QTest::newRow("pkcs1") << 1 << 1 << 116;
+        QTest::newRow("oaep") << 2 << 4 << 86;
+        QTest::newRow("sslv23") << 3 << 2 << 128;
+        QTest::newRow("none") << 4 << 3 << 128;
+        QTest::newRow("zero is none") << 0 << 3 << 128;
+        QTest::newRow("negative is none") << -7 << 3 << 128;
+    }
+    void chunkLengths()
+    {
+        QFETCH(int, padding);
+        const auto cryptor = make(m_public, padding);
+        QTEST(cryptor->options(), "options");
+        QTEST(int(cryptor->decryptedChunkLength()), "plain");
+        QCOMPARE(int(cryptor->encryptedChunkLength()), 128);
+    }
+
+    void roundTrip_data()
+    {
+        QTest::addColumn<int>("padding");
+        QTest::addColumn<bool>("publicEncrypts");
+        QTest::addColumn<bool>("traditional");
+        QTest::addColumn<QByteArray>("plain");
+        QTest::addColumn<int>("cipherSize");
+        const QByteArray text = pattern(300);
+        QTest::newRow("pkcs1 public->private") << 1 << true << false << text << 3 * 128;
+        QTest::newRow("pkcs1 private->public") << 1 << false << false << text << 3 * 128;
+        QTest::newRow("pkcs1 traditional key") << 1 << false << true << text << 3 * 128;
+        QTest::newRow("oaep public->private") << 2 << true << false << text << 4 * 128;
+        QTest::newRow("none public->private") << 4 << true << false << belowModulus(2) << 256;
+        QTest::newRow("none private->public") << 4 << false << true << belowModulus(3) << 384;
+        QTest::newRow("one byte") << 1 << true << false << QByteArray(1, '\0') << 128;
+    }
+    void roundTrip()
+    {
+        QFETCH(int, padding);
+        QFETCH(bool, publicEncrypts);
+        QFETCH(bool, traditional);
+        QFETCH(QByteArray, plain);
+        const QString &privateKey = traditional ? m_privateTraditional : m_private;
+        const auto encryptor = make(publicEncrypts ? m_public : privateKey, padding);
+        const auto decryptor = make(publicEncrypts ? privateKey : m_public, padding);
+
+        const std::optional<QByteArray> cipher = encryptor->encryptData(plain);
+        QVERIFY(cipher);
+        QTEST(int(cipher->size()), "cipherSize");
+        if (plain.size() > 8)
+            QVERIFY(!cipher->contains(plain));
+        QCOMPARE(decryptor->decryptData(*cipher), plain);
+
+        const std::optional<QString> base64 = encryptor->encryptBase64(plain);
+        QVERIFY(base64);
+        QCOMPARE(decryptor->decryptBase64(*base64), plain);
+        QCOMPARE(decryptor->decryptBase64(PropertyValue(*base64)), plain);
+    }
+
+    void encryptedSize()
+    {
+        const auto cryptor = make(m_public, PKCS1);
+        for (const auto &[plain, cipher] : {std::pair{0, 0}, {116, 128}, {117, 256}})
+            QCOMPARE(cryptor->encryptData(pattern(plain)).value_or("nil").size(), cipher);
+    }
+
+    void decryptIgnoresPartialBlock()
+    {
+        const auto publicKey = make(m_public, PKCS1);
+        const auto privateKey = make(m_private, PKCS1);
+        const QByteArray plain = pattern(200);
+        QByteArray cipher = publicKey->encryptData(plain).value();
+        QCOMPARE(cipher.size(), 256);
+        cipher += pattern(44, 9);
+        LogCapture log;
+        QCOMPARE(privateKey->decryptData(cipher), plain);
+        QCOMPARE(privateKey->decryptData(cipher.left(127)), QByteArray());
+        QVERIFY(log.lines().isEmpty());
+    }
+
+    void failingBlockGivesNilAndLogLine_data()
+    {
+        QTest::addColumn<int>("padding");
+        QTest::addColumn<bool>("encrypt");
+        QTest::addColumn<QByteArray>("input");
+        // Raw RSA wants whole blocks; private-key OAEP encryption does not exist.
+        QTest::newRow("none, short block") << 4 << true << pattern(100);
+        QTest::newRow("oaep private encrypt") << 2 << true << pattern(10);
+        QTest::newRow("pkcs1 decrypt of garbage") << 1 << false << pattern(128);
+    }
+    void failingBlockGivesNilAndLogLine()
+    {
+        QFETCH(int, padding);
+        QFETCH(bool, encrypt);
+        QFETCH(QByteArray, input);
+        const auto cryptor = make(m_private, padding);
+        LogCapture log;
+        const auto result = encrypt ? cryptor->encryptData(input) : cryptor->decryptData(input);
+        QVERIFY(!result);
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY2(hasLineStartingWith(log.lines(), QStringLiteral("Encrypt error: error:")),
+                 qPrintable(log.lines().join(QLatin1Char('\n'))));
+    }
+
+    void unreadableKeys_data()
+    {
+        QTest::addColumn<QString>("pem");
+        QTest::addColumn<QString>("detail");
+        QTest::newRow("pkcs1 public block") << m_publicPkcs1 << QStringLiteral("no start line");
+        QTest::newRow("neither word") << QStringLiteral("-----BEGIN KEY-----\nAAEC\n") << QString();
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("damaged private")
+            << QString(m_private).replace(100, 20, QStringLiteral("!!!!")) << QString();
+    }
+    void unreadableKeys()
+    {
+        QFETCH(QString, pem);
+        QFETCH(QString, detail);
+        LogCapture log;
+        QVERIFY(!VXCryptor::initWithRSAKeyFromString(pem, PKCS1));
+        const QStringList lines = log.lines();
+        QCOMPARE(lines.size(), 2);
+        QCOMPARE(lines.at(0), QStringLiteral("Could not get RSA key"));
+        QVERIFY2(lines.at(1).startsWith(QLatin1String("Encrypt error: error:")),
+                 qPrintable(lines.at(1)));
+        QVERIFY2(lines.at(1).contains(detail), qPrintable(lines.at(1)));
+    }
+
+    // SSLv23 is PKCS #1 type 2 padding whose last eight padding bytes are 0x03.
+    void sslv23Padding()
+    {
+        const auto publicKey = make(m_public, SSLv23);
+        const auto privateSslv23 = make(m_private, SSLv23);
+        const auto privatePkcs1 = make(m_private, PKCS1);
+        const auto privateRaw = make(m_private, None);
+        const QByteArray plain = pattern(100);
+
+        const QByteArray cipher = publicKey->encryptData(plain).value();
+        QCOMPARE(cipher.size(), 128);
+        QCOMPARE(privatePkcs1->decryptData(cipher), plain);
+        const QByteArray block = privateRaw->decryptData(cipher).value();
+        QCOMPARE(block.size(), 128);
+        QCOMPARE(block.left(2), QByteArray::fromHex("0002"));
+        QCOMPARE(block.mid(128 - 100 - 9), QByteArray(8, '\3') + '\0' + plain);
+        QVERIFY(!block.mid(2, 128 - 100 - 11).contains('\0'));
+
+        LogCapture log;
+        // The marker is exactly what an SSLv23 decryption refuses.
+        QVERIFY(!privateSslv23->decryptData(cipher));
+        QVERIFY(hasLineStartingWith(log.lines(), QStringLiteral("Encrypt error:"),
+                                    QStringLiteral("sslv3 rollback attack")));
+        const QByteArray pkcs1Cipher = make(m_public, PKCS1)->encryptData(plain).value();
+        QCOMPARE(privateSslv23->decryptData(pkcs1Cipher), plain);
+
+        log.clear();
+        // A whole chunk never fits beside the padding.
+        QVERIFY(!publicKey->encryptData(pattern(128)));
+        QVERIFY(hasLineStartingWith(log.lines(), QStringLiteral("Encrypt error:"),
+                                    QStringLiteral("data too large for key size")));
+        QVERIFY(publicKey->encryptData(pattern(117)));
+        log.clear();
+        QVERIFY(!privateSslv23->encryptData(plain));
+        QVERIFY(!publicKey->decryptData(cipher));
+        QCOMPARE(log.lines().size(), 2);
+        QVERIFY(hasLineStartingWith(log.lines(), QStringLiteral("Encrypt error:"),
+                                    QStringLiteral("unknown padding type")));
+    }
+
+    void wrappedChunkLengths_data()
+    {
+        QTest::addColumn<int>("padding");
+        QTest::addColumn<int>("plain");
+        QTest::newRow("pkcs1") << 1 << 244;
+        QTest::newRow("none") << 4 << 0;
+    }
+    void wrappedChunkLengths()
+    {
+        QFETCH(int, padding);
+        const auto cryptor = make(m_private2048, padding);
+        QCOMPARE(int(cryptor->encryptedChunkLength()), 0);
+        QTEST(int(cryptor->decryptedChunkLength()), "plain");
+        QVERIFY(!cryptor->encryptData(pattern(10)));
+        QVERIFY(!cryptor->encryptData(pattern(256)));
+        QVERIFY(!cryptor->decryptData(pattern(256)));
+        QVERIFY(!cryptor->decryptData(QByteArray()));
+    }
+
+    void base64_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::newRow("three bytes") << QByteArray::fromHex("000102");
+        QTest::newRow("one byte") << QByteArray(1, '\xff');
+        QTest::newRow("long, no line breaks") << pattern(1000);
+        QTest::newRow("longer than a read") << pattern(4099, 5);
+    }
+    void base64()
+    {
+        QFETCH(QByteArray, data);
+        const std::optional<QString> text = VXCryptor::base64FromData(data);
+        QVERIFY(text);
+        QCOMPARE(*text, QString::fromLatin1(data.toBase64()));
+        QCOMPARE(VXCryptor::dataFromBase64(*text), data);
+
+        QString wrapped;
+        for (qsizetype i = 0; i < text->size(); i += 3)
+            wrapped += text->mid(i, 3) + QLatin1Char('\n');
+        QCOMPARE(VXCryptor::dataFromBase64(wrapped), data);
+    }
+
+    void base64Edges()
+    {
+        QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), QStringLiteral("AAEC"));
+        QVERIFY(!VXCryptor::base64FromData(QByteArray()));
+        QVERIFY(!VXCryptor::dataFromBase64(QString()));
+        QVERIFY(!VXCryptor::dataFromBase64(QStringLiteral("")));
+        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("\n")), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("%%%%")), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AAEC\u00e9")), QByteArray());
+        // Carriage returns stay in the decoder's input, where one inside the text ends it.
+        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\r\nEC\r\n")), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\nEC\n")),
+                 QByteArray::fromHex("000102"));
+
+        const auto cryptor = make(m_private, PKCS1);
+        QVERIFY(!cryptor->decryptBase64(QString()));
+        QVERIFY(!cryptor->decryptBase64(QStringLiteral("%%%%")));
+        QVERIFY(!cryptor->decryptBase64(PropertyValue(qint64(42))));
+        QVERIFY(!cryptor->encryptBase64(QByteArray()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCryptor)
+#include "tst_cryptor.moc"
