@@ -5,6 +5,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <iterator>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace JSON {
 
@@ -57,55 +61,74 @@ std::optional<PropertyValue::Array> arrayWithJSONStringIgnoringNulls(const QStri
 
 namespace {
 
-// The output grows in a QString written through a raw pointer: one capacity check per
-// piece instead of per QString::append call, and no copy at the end.
+// The output is gathered in chunks: a small one inside the sink for the usual short text,
+// then heap chunks of a fixed size, and copied once into a QString of the exact length.
+// Growing one large buffer instead would reallocate and copy it repeatedly, touching
+// fresh pages each time, which dominated the time for outputs of several megabytes.
 class TextSink
 {
 public:
-    void reserve(qsizetype more)
-    {
-        if (m_count + more > m_capacity)
-            grow(m_count + more);
-    }
+    TextSink() = default;
+    TextSink(const TextSink &) = delete;
+    TextSink &operator=(const TextSink &) = delete;
+
     void put(char16_t unit)
     {
-        reserve(1);
+        if (m_count == m_capacity)
+            nextChunk();
         m_units[m_count++] = unit;
     }
-    void putUnchecked(char16_t unit) { m_units[m_count++] = unit; }
     void put(const char16_t *units, qsizetype length)
     {
-        reserve(length);
-        std::memcpy(m_units + m_count, units, size_t(length) * sizeof(char16_t));
-        m_count += length;
+        while (length > 0) {
+            if (m_count == m_capacity)
+                nextChunk();
+            const qsizetype n = std::min(length, m_capacity - m_count);
+            std::memcpy(m_units + m_count, units, size_t(n) * sizeof(char16_t));
+            m_count += n;
+            units += n;
+            length -= n;
+        }
     }
     void put(QStringView text) { put(text.utf16(), text.size()); }
     void putLatin1(const char *text, qsizetype length)
     {
-        reserve(length);
         for (qsizetype k = 0; k < length; ++k)
-            m_units[m_count++] = char16_t(uchar(text[k]));
+            put(char16_t(uchar(text[k])));
     }
     QString take()
     {
-        m_text.resize(m_count);
-        m_units = nullptr;
-        m_count = m_capacity = 0;
-        return std::move(m_text);
+        qsizetype total = m_count;
+        for (const auto &[units, count] : m_full)
+            total += count;
+        QString text(total, Qt::Uninitialized);
+        char16_t *out = reinterpret_cast<char16_t *>(text.data());
+        for (const auto &[units, count] : m_full) {
+            std::memcpy(out, units, size_t(count) * sizeof(char16_t));
+            out += count;
+        }
+        std::memcpy(out, m_units, size_t(m_count) * sizeof(char16_t));
+        return text;
     }
 
 private:
-    void grow(qsizetype needed)
+    static constexpr qsizetype chunkSize = 32 * 1024;
+
+    void nextChunk()
     {
-        m_capacity = std::max({needed, m_capacity * 2, qsizetype(256)});
-        m_text.resize(m_capacity);
-        m_units = reinterpret_cast<char16_t *>(m_text.data());
+        m_full.emplace_back(m_units, m_count);
+        m_owned.push_back(std::make_unique_for_overwrite<char16_t[]>(chunkSize));
+        m_units = m_owned.back().get();
+        m_count = 0;
+        m_capacity = chunkSize;
     }
 
-    QString m_text;
-    char16_t *m_units = nullptr;
+    char16_t m_first[512];
+    char16_t *m_units = m_first;
     qsizetype m_count = 0;
-    qsizetype m_capacity = 0;
+    qsizetype m_capacity = std::size(m_first);
+    std::vector<std::pair<const char16_t *, qsizetype>> m_full;
+    std::vector<std::unique_ptr<char16_t[]>> m_owned;
 };
 
 // The eight escapes, applied to string values only. Doing them in one pass gives the same
@@ -153,12 +176,13 @@ void appendEscaped(TextSink &sink, const QString &string)
     qsizetype runStart = 0;
     for (qsizetype i = 0; i < length; ++i) {
         const char16_t c = units[i];
-        if (c >= 128 || !escapes.second[c])
+        // Every character to escape is at most "/" except the backslash: one comparison
+        // settles most units.
+        if ((c > u'/' && c != u'\\') || !escapes.second[c])
             continue;
         sink.put(units + runStart, i - runStart);
-        sink.reserve(2);
-        sink.putUnchecked(u'\\');
-        sink.putUnchecked(escapes.second[c]);
+        sink.put(u'\\');
+        sink.put(escapes.second[c]);
         runStart = i + 1;
     }
     sink.put(units + runStart, length - runStart);
@@ -174,8 +198,8 @@ template <typename Number> void appendNumber(TextSink &sink, Number number)
 void appendDictionary(TextSink &sink, const PropertyValue::Dictionary &dictionary);
 void appendArray(TextSink &sink, const PropertyValue::Array &array);
 
-// JSONStringForValue, writing into the sink.
-void appendValue(TextSink &sink, const PropertyValue &value)
+// The JSON text of one value, written into the sink.
+void appendJSONStringForValue(TextSink &sink, const PropertyValue &value)
 {
     switch (value.type()) {
     case PropertyValue::Type::Array:
@@ -231,7 +255,7 @@ void appendDictionary(TextSink &sink, const PropertyValue::Dictionary &dictionar
         sink.put(QStringView(it.key()));
         sink.put(u'"');
         sink.put(u':');
-        appendValue(sink, it.value());
+        appendJSONStringForValue(sink, it.value());
     }
     sink.put(u'}');
 }
@@ -244,7 +268,7 @@ void appendArray(TextSink &sink, const PropertyValue::Array &array)
         if (!first)
             sink.put(u',');
         first = false;
-        appendValue(sink, element);
+        appendJSONStringForValue(sink, element);
     }
     sink.put(u']');
 }

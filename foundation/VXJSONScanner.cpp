@@ -9,7 +9,9 @@
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <locale.h>
+#include <map>
 #include <string>
 
 namespace {
@@ -53,6 +55,15 @@ double strtodInCLocale(const char *text)
     return strtod_l(text, nullptr, cLocale);
 }
 
+// The separators plus U+0009..U+000D and U+0085, which is what QChar::isSpace tests;
+// ASCII is decided without the table lookup.
+inline bool isWhitespaceOrNewline(char16_t c)
+{
+    if (c < 0x80)
+        return c == u' ' || (c >= 0x09 && c <= 0x0d);
+    return QChar::isSpace(char32_t(c));
+}
+
 struct DepthGuard
 {
     explicit DepthGuard(int &depth) : m_depth(depth) { ++m_depth; }
@@ -72,8 +83,7 @@ VXJSONScanner::VXJSONScanner(const QString &string)
 
 bool VXJSONScanner::whitespaceAndNewlineCharacterSet(char16_t c)
 {
-    // QChar::isSpace is exactly the separators plus U+0009..U+000D and U+0085.
-    return QChar::isSpace(char32_t(c));
+    return isWhitespaceOrNewline(c);
 }
 
 bool VXJSONScanner::decimalDigitCharacterSet(char16_t c)
@@ -89,7 +99,11 @@ void VXJSONScanner::setScanLocation(qsizetype location)
 qsizetype VXJSONScanner::skippedLocation() const
 {
     qsizetype i = m_location;
-    if (m_skip) {
+    if (m_skip == &whitespaceAndNewlineCharacterSet) {
+        // The default set, tested inline: this runs before every token.
+        while (i < m_length && isWhitespaceOrNewline(m_units[i]))
+            ++i;
+    } else if (m_skip) {
         while (i < m_length && m_skip(m_units[i]))
             ++i;
     }
@@ -214,7 +228,9 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
         return false;
     DepthGuard depth(m_depth);
 
-    PropertyValue::Dictionary dictionary;
+    // Built as a std::map, which the dictionary then adopts without copying: no
+    // implicit-sharing checks per member, and keys are moved in.
+    std::map<QString, PropertyValue> members;
     for (;;) {
         // Each member's temporaries live in this scope only and are gone before the next.
         std::optional<QString> key;
@@ -230,8 +246,10 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
             logParseError("scanJSONObject:ignoreNull:");
             break;
         }
+        // A later duplicate key replaces the earlier value. Keys often arrive in order,
+        // which the end hint makes cheap.
         if (!(ignoreNull && member->isNull()))
-            dictionary[*key] = std::move(*member);
+            members.insert_or_assign(members.end(), std::move(*key), std::move(*member));
         // The comma between members is optional.
         scanJSONValueSeparator();
     }
@@ -240,7 +258,7 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
     if (!scanJSONObjectEndString())
         return false;
     if (value)
-        *value = PropertyValue(std::move(dictionary));
+        *value = PropertyValue(PropertyValue::Dictionary(std::move(members)));
     return true;
 }
 
@@ -250,7 +268,16 @@ bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool igno
         return false;
     DepthGuard depth(m_depth);
 
-    PropertyValue::Array array;
+    // Elements gather on a stack shared by all arrays of this parse, and the array is made
+    // once at its final size: no repeated growth of every list while it is read.
+    const size_t base = m_elements.size();
+    struct Truncate
+    {
+        std::vector<PropertyValue> &stack;
+        size_t base;
+        ~Truncate() { stack.resize(base); }
+    } truncate{m_elements, base};
+
     // The opening bracket is optional: "1,2]" is the array of 1 and 2.
     scanJSONArrayStartString();
     std::optional<PropertyValue> element;
@@ -260,15 +287,18 @@ bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool igno
             break;
         }
         if (!(ignoreNull && element->isNull()))
-            array.append(std::move(*element));
+            m_elements.push_back(std::move(*element));
         element.reset();
         scanJSONValueSeparator();
     }
 
     if (!scanJSONArrayEndString())
         return false;
-    if (value)
-        *value = PropertyValue(std::move(array));
+    if (value) {
+        const auto first = m_elements.begin() + std::ptrdiff_t(base);
+        *value = PropertyValue(PropertyValue::Array(std::make_move_iterator(first),
+                                                    std::make_move_iterator(m_elements.end())));
+    }
     return true;
 }
 
@@ -450,18 +480,20 @@ bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool igno
         break;
     }
 
-    // Literal words match in any letter case and consume only the word itself.
-    if (scanString(u"true")) {
+    // Literal words match in any letter case and consume only the word itself. Only a
+    // unit that can start one of them is worth the three attempts.
+    const bool mayBeWord = unitMatches(c, u't') || unitMatches(c, u'f') || unitMatches(c, u'n');
+    if (mayBeWord && scanString(u"true")) {
         if (value)
             *value = PropertyValue(true);
         return true;
     }
-    if (scanString(u"false")) {
+    if (mayBeWord && scanString(u"false")) {
         if (value)
             *value = PropertyValue(false);
         return true;
     }
-    if (scanString(u"null")) {
+    if (mayBeWord && scanString(u"null")) {
         if (value)
             *value = PropertyValue::null();
         return true;

@@ -6,6 +6,7 @@
 #include <QStringView>
 
 #include <optional>
+#include <vector>
 
 // A small character scanner over UTF-16 code units with the JSON scanning operations of
 // the lenient reader on top. Positions are code-unit indexes. Literal words match without
@@ -70,4 +71,5 @@ private:
     qsizetype m_location = 0;
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
+    std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
 };

@@ -361,6 +361,18 @@ private Q_SLOTS:
             QCOMPARE(MaybeValue(*read), MaybeValue(tree));
         }
     }
+    // Output far longer than the writer's internal pieces, with escapes across their
+    // boundaries.
+    void roundTripLarge()
+    {
+        Arr array;
+        for (int k = 0; k < 4000; ++k)
+            array.append(QString(k % 97, QChar(u"a/\"\u00e9"[k % 4])));
+        array.append(QString(100000, u'\n'));
+        const QString json = JSON::JSONString(array);
+        const auto read = JSON::arrayWithJSONString(json);
+        QVERIFY(read == array);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestJSON)
