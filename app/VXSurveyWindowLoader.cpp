@@ -1,6 +1,7 @@
 #include "VXSurveyWindowLoader.h"
 
 #include "VXLog.h"
+#include "VXThreadSafety.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QAbstractButton>
@@ -138,6 +139,8 @@ VXSurveyWindowLoader::Loaded VXSurveyWindowLoader::instantiate(const QString &pa
     QWidget *window = loaded.window.get();
     loaded.controller = std::make_unique<VXUninstallSurveyController>();
     VXUninstallSurveyController *controller = loaded.controller.get();
+    // The controller is the application's delegate: the main bundle is named after its class.
+    VXThreadSafety::setApplicationDelegate(controller);
 
     if (dynamicString(window, "vxOutlet") == "_surveyWindow")
         controller->_surveyWindow = window;
