@@ -26,13 +26,17 @@ void addStringRows(std::initializer_list<Row> rows)
                                        << QString::fromUtf8(row.expected) << bool(row.expected);
 }
 
-void addSizeRows(std::initializer_list<std::pair<quint64, const char *>> rows)
+enum Kind
 {
-    QTest::addColumn<quint64>("size");
-    QTest::addColumn<QString>("expected");
-    for (const auto &[size, text] : rows)
-        QTest::addRow("%llu", static_cast<unsigned long long>(size))
-            << size << QString::fromUtf8(text);
+    Binary,
+    Decimal,
+    Days
+};
+QString sizeText(int kind, quint64 size)
+{
+    return kind == Binary    ? stringWithBinaryFileSize(size)
+           : kind == Decimal ? stringWithFileSize(size)
+                             : stringWithNumberOfDays(size);
 }
 
 QString withGermanLocale(const std::function<QString()> &call)
@@ -49,74 +53,52 @@ class TestStrings : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void binarySizes_data()
+    void sizes_data()
     {
-        addSizeRows({{0, "0 bytes"},
-                     {1, "1 byte"},
-                     {1022, "1022 bytes"},
-                     {1023, "1.0 KB"},
-                     {1536, "1.5 KB"},
-                     {1047551, "1023.0 KB"},
-                     {1047552, "1.0 MB"},
-                     {1610612736, "1.5 GB"},
-                     {quint64(1) << 40, "1.0 TB"},
-                     {~quint64(0), "16777216.0 TB"}});
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<quint64>("size");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](Kind kind, quint64 size, const char *text) {
+            QTest::addRow("%llu %s", static_cast<unsigned long long>(size), text)
+                << int(kind) << size << QString::fromUtf8(text);
+        };
+        row(Binary, 0, "0 bytes");
+        row(Binary, 1, "1 byte");
+        row(Binary, 1022, "1022 bytes");
+        row(Binary, 1023, "1.0 KB");
+        row(Binary, 1047552, "1.0 MB");
+        row(Binary, ~quint64(0), "16777216.0 TB");
+        row(Decimal, 1, "1 bytes");
+        row(Decimal, 998, "998 bytes");
+        row(Decimal, 999, "1 KB");
+        row(Decimal, 1499, "1 KB");
+        row(Decimal, 1500, "2 KB");
+        row(Decimal, 998499, "998 KB");
+        row(Decimal, 998500, "1.0 MB");
+        row(Decimal, 999000000, "1.0 GB");
+        row(Decimal, ~quint64(0), "18446744.1 TB");
+        row(Days, 0, "0 days");
+        row(Days, 1, "1 day");
+        row(Days, 6, "6 days");
+        row(Days, 7, "1 week");
+        row(Days, 29, "4 weeks");
+        row(Days, 30, "1 month");
+        row(Days, 59, "1 month");
+        row(Days, 364, "12 months");
+        row(Days, 365, "1 year");
+        row(Days, 730, "2 years");
+        row(Days, ~quint64(0), "50539024859478223 years");
     }
-    void binarySizes()
+    void sizes()
     {
+        QFETCH(int, kind);
         QFETCH(quint64, size);
         QFETCH(QString, expected);
-        QCOMPARE(stringWithBinaryFileSize(size), expected);
-        // The user's decimal separator.
-        QCOMPARE(withGermanLocale([=] { return stringWithBinaryFileSize(size); }),
-                 expected.replace(QLatin1Char('.'), QLatin1Char(',')));
-    }
-
-    void decimalSizes_data()
-    {
-        addSizeRows({{1, "1 bytes"},
-                     {998, "998 bytes"},
-                     {999, "1 KB"},
-                     {1499, "1 KB"},
-                     {1500, "2 KB"},
-                     {998499, "998 KB"},
-                     {998500, "1.0 MB"},
-                     {1500000, "1.5 MB"},
-                     {998940000, "998.9 MB"},
-                     {999000000, "1.0 GB"},
-                     {1000000000000, "1.0 TB"},
-                     {~quint64(0), "18446744.1 TB"}});
-    }
-    void decimalSizes()
-    {
-        QFETCH(quint64, size);
-        QFETCH(QString, expected);
-        QCOMPARE(stringWithFileSize(size), expected);
-        QCOMPARE(withGermanLocale([=] { return stringWithFileSize(size); }), expected);
-    }
-
-    void days_data()
-    {
-        addSizeRows({{0, "0 days"},
-                     {1, "1 day"},
-                     {6, "6 days"},
-                     {7, "1 week"},
-                     {13, "1 week"},
-                     {14, "2 weeks"},
-                     {29, "4 weeks"},
-                     {30, "1 month"},
-                     {59, "1 month"},
-                     {60, "2 months"},
-                     {364, "12 months"},
-                     {365, "1 year"},
-                     {729, "1 year"},
-                     {730, "2 years"},
-                     {~quint64(0), "50539024859478223 years"}});
-    }
-    void days()
-    {
-        QFETCH(quint64, size);
-        QTEST(stringWithNumberOfDays(size), "expected");
+        QCOMPARE(sizeText(kind, size), expected);
+        // Binary sizes follow the user's decimal separator, decimal ones keep the point.
+        if (kind != Days)
+            QCOMPARE(withGermanLocale([=] { return sizeText(kind, size); }),
+                     kind == Binary ? expected.replace(u'.', u',') : expected);
     }
 
     // The unit strings are looked up once per process, so the German ones are checked in a
@@ -150,24 +132,18 @@ private Q_SLOTS:
 
     void uuidAcceptance_data()
     {
-        addStringRows({{"6BA7B810-9DAD-11D1-80B4-00C04FD430C8", ""},
-                       {"6ba7b810-9dad-11d1-80b4-00c04fd430c8", ""},
+        addStringRows({{"6ba7b810-9dad-11d1-80b4-00c04fd430c8", ""},
                        {"6BA7B8109DAD11D180B400C04FD430C8", ""},
                        {"{6BA7B8109DAD11D180B400C04FD430C8}", ""},
-                       {"{6BA7B810-9DAD-11D1-80B4-00C04FD430C8}", ""},
                        {"(6BA7B810-9DAD-11D1-80B4-00C04FD430C8)", nullptr},
-                       {"(6BA7B8109DAD11D180B400C04FD430C8)", nullptr},
                        {"{6BA7B8109DAD11D180B400C04FD430C8)", nullptr},
                        {"6BA7B8109DAD11D180B4-0C04FD430C8", ""},     // 31 digits pass
                        {"6BA7B810-9DAD-11D1-80B4-00C04FD43}C8", ""}, // so do braces inside
-                       {"6BA7B81-9DAD11D180B-00C04FD430C8", nullptr},
                        {"6BA7B8109-DAD-11D1-80B4-00C04FD430C8", nullptr},
                        {"GBA7B810-9DAD-11D1-80B4-00C04FD430C8", nullptr},
                        {"6BA7B8109DAD11D180B400C04FD430C", nullptr},
                        {"6BA7B8109DAD11D180B400C04FD430C80000", nullptr},
-                       {"6BA7B\xd9\xa1"
-                        "109DAD11D180B400C04FD430C8",
-                        nullptr},
+                       {"6BA7B810-9DAD-11D1-80B4-00C04FD430C\xd9\xa1", nullptr},
                        {"", nullptr}});
     }
     void uuidAcceptance()
@@ -189,8 +165,7 @@ private Q_SLOTS:
     {
         addStringRows({{"", "D41D8CD98F00B204E9800998ECF8427E"},
                        {"abc", "900150983CD24FB0D6963F7D28E17F72"},
-                       {"\xc3\xa9", "66DDCD97CFDEABB2F6FB8A999B4BC76F"},
-                       {"\xf0\x9f\x98\x80", "2A02EAC39D716A70ECF37579185927B6"}});
+                       {"\xc3\xa9", "66DDCD97CFDEABB2F6FB8A999B4BC76F"}});
     }
     void md5()
     {
@@ -200,7 +175,7 @@ private Q_SLOTS:
         QTEST(MD5Hash(input + QChar(0) + QStringLiteral("tail")), "expected");
     }
 
-    void urlCodingOfEveryByte()
+    void urlCoding()
     {
         QString ascii;
         QString expected;
@@ -213,17 +188,6 @@ private Q_SLOTS:
         QCOMPARE(URLEncodedString(ascii), expected);
         QCOMPARE(URLEncodedString(QStringLiteral("\u00e9\u20ac\U0001F600")),
                  QStringLiteral("%C3%A9%E2%82%AC%F0%9F%98%80"));
-        // U+0000 to U+00FF go round, but "%": left unescaped, it reads as an escape again.
-        QString all;
-        for (int c = 0; c < 256; ++c)
-            all += c == '%' ? QString() : QString(QChar(c));
-        QCOMPARE(URLDecodedString(URLEncodedString(all)), all);
-        // Escaped, every ASCII byte decodes to itself and a lone high byte is no UTF-8.
-        for (int b = 0; b < 256; ++b) {
-            const auto decoded =
-                URLDecodedString(QStringLiteral("%%1").arg(b, 2, 16, QLatin1Char('0')));
-            QCOMPARE(decoded, b < 0x80 ? std::optional(QString(QChar(b))) : std::nullopt);
-        }
         // A leading byte-order mark is a character like any other.
         QCOMPARE(URLDecodedString(QStringLiteral("%EF%BB%BFa")),
                  QChar(0xfeff) + QStringLiteral("a"));
@@ -231,18 +195,17 @@ private Q_SLOTS:
 
     void urlDecoding_data()
     {
-        addStringRows({{"a+b", "a+b"},
-                       {"%c3%a9x", "\xc3\xa9x"},
-                       {"\xc3\xa9%41", "\xc3\xa9"
-                                       "A"},
-                       {"%zz", nullptr},
-                       {"a%4", nullptr},
-                       {"%", nullptr},
-                       {"%C3", nullptr},
-                       {"%C3a%A9", nullptr},
-                       {"%C0%AF", nullptr},
-                       {"%ED%A0%80", nullptr},
-                       {"%F4%90%80%80", nullptr}});
+        addStringRows(
+            {{"a+b", "a+b"},
+             {"%c3%a9x", "\xc3\xa9x"},
+             {"\xc3\xa9%41", "\xc3\xa9"
+                             "A"},
+             {"%zz", nullptr},
+             {"a%4", nullptr},
+             {"%C3", nullptr},
+             {"%C0%AF", nullptr},
+             {"%F4%90%80%80", nullptr},
+             {"%80", nullptr}}); // a lone high byte is no UTF-8 // a leading byte-order mark stays
     }
     void urlDecoding()
     {
@@ -263,10 +226,7 @@ private Q_SLOTS:
                        {" a@b.c ", ""},
                        {"\xc3\xa4@b.c", ""},
                        {"a@b.c\n", nullptr},
-                       {"a\nx@b.c", nullptr},
-                       {"a@b\r.c", nullptr},
-                       {"a@b.c\xe2\x80\xa8", nullptr},
-                       {"", nullptr}});
+                       {"a@b.c\xe2\x80\xa8", nullptr}});
     }
     void email()
     {
@@ -276,8 +236,6 @@ private Q_SLOTS:
 
     void smallOperations()
     {
-        QCOMPARE(invertedString(QString()), QString());
-        QCOMPARE(invertedString(QStringLiteral("abc")), QStringLiteral("cba"));
         QCOMPARE(invertedString(QString::fromUtf16(u"a\xd83d\xde00")),
                  QString::fromUtf16(u"\xde00\xd83d"
                                     u"a"));
