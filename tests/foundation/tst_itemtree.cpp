@@ -52,14 +52,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<PropertyValue>("item");
         QTest::addColumn<qint64>("state");
-        QTest::newRow("all checked") << group({leaf(1), leaf(1)}) << qint64(1);
         QTest::newRow("all unchecked") << group({leaf(0), leaf(0, 5)}) << qint64(0);
         QTest::newRow("mixed") << group({leaf(1), leaf(0)}) << qint64(-1);
         QTest::newRow("groups 1 and -1")
             << group({group({leaf(1)}), group({leaf(1), leaf(0)})}) << qint64(-1);
-        QTest::newRow("nested agreeing") << group({group({leaf(1)}), leaf(1)}) << qint64(1);
         QTest::newRow("empty group") << group({}) << qint64(0);
-        QTest::newRow("no keys") << PropertyValue(Dict{}) << qint64(0);
         QTest::newRow("leaf with items") << leafWithItems(1, {leaf(0), leaf(0)}) << qint64(1);
         QTest::newRow("group containing leaf with items")
             << group({leafWithItems(0, {leaf(1)}), leaf(0)}) << qint64(0);
@@ -196,11 +193,9 @@ private Q_SLOTS:
         QTest::addColumn<PropertyValue>("a");
         QTest::addColumn<PropertyValue>("b");
         QTest::addColumn<int>("order");
-        QTest::newRow("2 < 10") << PropertyValue(qint64(2)) << PropertyValue(quint64(10)) << -1;
         QTest::newRow("-1 < max unsigned")
             << PropertyValue(qint64(-1)) << PropertyValue(~quint64(0)) << -1;
         QTest::newRow("true == 1") << PropertyValue(true) << PropertyValue(qint64(1)) << 0;
-        QTest::newRow("1.5 > 1") << PropertyValue(1.5) << PropertyValue(qint64(1)) << 1;
         QTest::newRow("B < a") << PropertyValue(u"B") << PropertyValue(u"a") << -1;
         QTest::newRow("number before string")
             << PropertyValue(qint64(9)) << PropertyValue(u"1") << -1;
@@ -218,7 +213,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QList<quint64>>("indexes");
         QTest::newRow("empty") << QList<quint64>{};
-        QTest::newRow("one") << QList<quint64>{0};
         QTest::newRow("deep") << QList<quint64>{3, 0, 17, 2, 1};
         QTest::newRow("extremes") << QList<quint64>{~quint64(0), 0x0102030405060708ull};
     }
@@ -242,7 +236,6 @@ private Q_SLOTS:
         QTest::newRow("other version") << QByteArray::fromHex("565849500200000000");
         QTest::newRow("count too large")
             << QByteArray::fromHex("56584950 01 ffffffff 0000000000000001");
-        QTest::newRow("plain array text") << QByteArray("(1, 2)");
     }
     void indexPathUnreadable()
     {
