@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 const int PKCS1 = 1, SSLv23 = 3, None = 4;
 
@@ -53,9 +55,9 @@ class TestCryptor : public QObject
         const QStringList arguments = QString::fromLatin1(command).split(QLatin1Char(' '));
         QProcess process;
         process.setWorkingDirectory(m_dir.path());
-        process.start(QStringLiteral("openssl"), arguments);
+        process.start(u"openssl"_s, arguments);
         const bool ran = process.waitForFinished(120000) && process.exitCode() == 0;
-        QFile file(m_dir.filePath(arguments.value(arguments.indexOf(QStringLiteral("-out")) + 1)));
+        QFile file(m_dir.filePath(arguments.value(arguments.indexOf(u"-out"_s) + 1)));
         if (!ran || !file.open(QIODevice::ReadOnly))
             qFatal("openssl %s failed: %s", command, process.readAllStandardError().constData());
         return QString::fromLatin1(file.readAll());
@@ -177,7 +179,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("pem");
         QTest::addColumn<QString>("detail");
-        QTest::newRow("pkcs1 public block") << m_publicPkcs1 << QStringLiteral("no start line");
+        QTest::newRow("pkcs1 public block") << m_publicPkcs1 << u"no start line"_s;
         QTest::newRow("empty") << QString() << QString();
     }
     void unreadableKeys()
@@ -188,7 +190,7 @@ private Q_SLOTS:
         QVERIFY(!VXCryptor::initWithRSAKeyFromString(pem, PKCS1));
         const QStringList lines = log.lines();
         QCOMPARE(lines.size(), 2);
-        QCOMPARE(lines.at(0), QStringLiteral("Could not get RSA key"));
+        QCOMPARE(lines.at(0), u"Could not get RSA key"_s);
         QVERIFY2(lines.at(1).startsWith(QLatin1String("Encrypt error: error:")),
                  qPrintable(lines.at(1)));
         QVERIFY2(lines.at(1).contains(detail), qPrintable(lines.at(1)));
@@ -260,15 +262,14 @@ private Q_SLOTS:
 
     void base64Edges()
     {
-        QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), QStringLiteral("AAEC"));
+        QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), u"AAEC"_s);
         QVERIFY(!VXCryptor::base64FromData(QByteArray()));
         QVERIFY(!VXCryptor::dataFromBase64(QString()));
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("\n")), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("%%%%")), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(u"\n"_s), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(u"%%%%"_s), QByteArray());
         // Carriage returns stay in the decoder's input, where one inside the text ends it.
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\r\nEC\r\n")), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\nEC\n")),
-                 QByteArray::fromHex("000102"));
+        QCOMPARE(VXCryptor::dataFromBase64(u"AA\r\nEC\r\n"_s), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(u"AA\nEC\n"_s), QByteArray::fromHex("000102"));
 
         const auto cryptor = make(m_private, PKCS1);
         QVERIFY(!cryptor->decryptBase64(QString()));

@@ -8,6 +8,8 @@
 
 using namespace QuorvelleString;
 
+using namespace Qt::StringLiterals;
+
 namespace {
 struct Row
 {
@@ -108,13 +110,12 @@ private Q_SLOTS:
         if (!qEnvironmentVariableIsSet("QV_STRINGS_GERMAN_CHILD")) {
             QProcess child;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert(QStringLiteral("QV_STRINGS_GERMAN_CHILD"), QStringLiteral("1"));
-            environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("de"));
-            environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
+            environment.insert(u"QV_STRINGS_GERMAN_CHILD"_s, u"1"_s);
+            environment.insert(u"LANGUAGE"_s, u"de"_s);
+            environment.insert(u"LC_ALL"_s, u"de_DE.UTF-8"_s);
             child.setProcessEnvironment(environment);
             child.setProcessChannelMode(QProcess::MergedChannels);
-            child.start(QCoreApplication::applicationFilePath(),
-                        {QStringLiteral("germanUnitStrings")});
+            child.start(QCoreApplication::applicationFilePath(), {u"germanUnitStrings"_s});
             QVERIFY(child.waitForFinished(60000));
             QVERIFY2(child.exitCode() == 0, child.readAll().constData());
             return;
@@ -125,9 +126,8 @@ private Q_SLOTS:
                                 stringWithNumberOfDays(1),      stringWithNumberOfDays(3),
                                 stringWithNumberOfDays(20),     stringWithNumberOfDays(100),
                                 stringWithNumberOfDays(800)};
-        QCOMPARE(
-            texts.join(QLatin1Char('|')),
-            QStringLiteral("0 Bytes|1 Byte|1,5 KB|1.5 MB|1 Tag|3 Tage|2 Wochen|3 Monate|2 Jahre"));
+        QCOMPARE(texts.join(QLatin1Char('|')),
+                 u"0 Bytes|1 Byte|1,5 KB|1.5 MB|1 Tag|3 Tage|2 Wochen|3 Monate|2 Jahre"_s);
     }
 
     void uuidAcceptance_data()
@@ -155,7 +155,7 @@ private Q_SLOTS:
     void newUUID()
     {
         static const QRegularExpression shape(QRegularExpression::anchoredPattern(
-            QStringLiteral("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}")));
+            u"[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}"_s));
         const QString a = stringWithUUID();
         QVERIFY2(shape.match(a).hasMatch() && isValidUUID(a), qPrintable(a));
         QVERIFY(a != stringWithUUID());
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QFETCH(QString, input);
         QTEST(MD5Hash(input), "expected");
         // Bytes after a zero byte do not count.
-        QTEST(MD5Hash(input + QChar(0) + QStringLiteral("tail")), "expected");
+        QTEST(MD5Hash(input + QChar(0) + u"tail"_s), "expected");
     }
 
     void urlCoding()
@@ -183,14 +183,12 @@ private Q_SLOTS:
             ascii += QChar(b);
             expected += isalnum(b) || QByteArrayView("-_.!~*'()%#").contains(char(b))
                             ? QString(QChar(b))
-                            : QStringLiteral("%%1").arg(b, 2, 16, QLatin1Char('0')).toUpper();
+                            : u"%%1"_s.arg(b, 2, 16, QLatin1Char('0')).toUpper();
         }
         QCOMPARE(URLEncodedString(ascii), expected);
-        QCOMPARE(URLEncodedString(QStringLiteral("\u00e9\u20ac\U0001F600")),
-                 QStringLiteral("%C3%A9%E2%82%AC%F0%9F%98%80"));
+        QCOMPARE(URLEncodedString(u"\u00e9\u20ac\U0001F600"_s), u"%C3%A9%E2%82%AC%F0%9F%98%80"_s);
         // A leading byte-order mark is a character like any other.
-        QCOMPARE(URLDecodedString(QStringLiteral("%EF%BB%BFa")),
-                 QChar(0xfeff) + QStringLiteral("a"));
+        QCOMPARE(URLDecodedString(u"%EF%BB%BFa"_s), QChar(0xfeff) + u"a"_s);
     }
 
     void urlDecoding_data()
@@ -239,18 +237,14 @@ private Q_SLOTS:
         QCOMPARE(invertedString(QString::fromUtf16(u"a\xd83d\xde00")),
                  QString::fromUtf16(u"\xde00\xd83d"
                                     u"a"));
-        QCOMPARE(stringByRemovingCharactersInSet(QStringLiteral("a-b_c-"), QStringLiteral("-_")),
-                 QStringLiteral("abc"));
-        QCOMPARE(stringByRemovingCharactersInSet(QStringLiteral(" a b\tc\n"),
-                                                 [](QChar c) { return c.isSpace(); }),
-                 QStringLiteral("abc"));
-        const QString base = QStringLiteral("http://h/a");
-        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', QStringLiteral("b")),
-                 base + QStringLiteral("/b"));
-        QCOMPARE(urlStringByAppendingPathComponent(base, QStringLiteral("b")),
-                 base + QStringLiteral("/b"));
-        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', QStringLiteral("/b")),
-                 base + QStringLiteral("//b"));
+        QCOMPARE(stringByRemovingCharactersInSet(u"a-b_c-"_s, u"-_"_s), u"abc"_s);
+        QCOMPARE(
+            stringByRemovingCharactersInSet(u" a b\tc\n"_s, [](QChar c) { return c.isSpace(); }),
+            u"abc"_s);
+        const QString base = u"http://h/a"_s;
+        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', u"b"_s), base + u"/b"_s);
+        QCOMPARE(urlStringByAppendingPathComponent(base, u"b"_s), base + u"/b"_s);
+        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', u"/b"_s), base + u"//b"_s);
     }
 
     void dates()
@@ -258,13 +252,13 @@ private Q_SLOTS:
         const QDateTime date(QDate(2001, 1, 2), QTime(15, 4, 5));
         using S = DateFormatterStyle;
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        QCOMPARE(stringFromDate(date), QStringLiteral("Jan 2, 2001, 3:04 PM"));
+        QCOMPARE(stringFromDate(date), u"Jan 2, 2001, 3:04 PM"_s);
         QCOMPARE(stringFromDate(date, S::MediumStyle, S::LongStyle),
-                 QStringLiteral("January 2, 2001, 3:04:05 PM"));
+                 u"January 2, 2001, 3:04:05 PM"_s);
         QCOMPARE(stringFromDate(QDateTime()), QString());
         QCOMPARE(
             withGermanLocale([&] { return stringFromDate(date, S::ShortStyle, S::FullStyle); }),
-            QStringLiteral("Dienstag, 2. Januar 2001, 15:04"));
+            u"Dienstag, 2. Januar 2001, 15:04"_s);
     }
 };
 
