@@ -142,9 +142,7 @@ private Q_SLOTS:
                        {"6BA7B8109-DAD-11D1-80B4-00C04FD430C8", nullptr},
                        {"GBA7B810-9DAD-11D1-80B4-00C04FD430C8", nullptr},
                        {"6BA7B8109DAD11D180B400C04FD430C", nullptr},
-                       {"6BA7B8109DAD11D180B400C04FD430C80000", nullptr},
-                       {"6BA7B810-9DAD-11D1-80B4-00C04FD430C\xd9\xa1", nullptr},
-                       {"", nullptr}});
+                       {"6BA7B810-9DAD-11D1-80B4-00C04FD430C\xd9\xa1", nullptr}});
     }
     void uuidAcceptance()
     {
