@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 const int PKCS1 = 1, SSLv23 = 3, None = 4;
 
@@ -53,9 +55,9 @@ class TestCryptor : public QObject
         const QStringList arguments = QString::fromLatin1(command).split(QLatin1Char(' '));
         QProcess process;
         process.setWorkingDirectory(m_dir.path());
-        process.start(QStringLiteral("openssl"), arguments);
+        process.start(u"openssl"_s, arguments);
         const bool ran = process.waitForFinished(120000) && process.exitCode() == 0;
-        QFile file(m_dir.filePath(arguments.value(arguments.indexOf(QStringLiteral("-out")) + 1)));
+        QFile file(m_dir.filePath(arguments.value(arguments.indexOf(u"-out"_s) + 1)));
         if (!ran || !file.open(QIODevice::ReadOnly))
             qFatal("openssl %s failed: %s", command, process.readAllStandardError().constData());
         return QString::fromLatin1(file.readAll());
@@ -78,9 +80,6 @@ private Q_SLOTS:
         m_public = openssl("rsa -in private.pem -pubout -out public.pem");
         m_publicPkcs1 = openssl("rsa -in private.pem -RSAPublicKey_out -out pkcs1.pem");
         m_private2048 = openssl("genrsa -out private2048.pem 2048");
-        QVERIFY(m_private.contains(QLatin1String("BEGIN PRIVATE KEY")));
-        QVERIFY(m_privateTraditional.contains(QLatin1String("BEGIN RSA PRIVATE KEY")));
-        QVERIFY(m_publicPkcs1.contains(QLatin1String("BEGIN RSA PUBLIC KEY")));
     }
 
     void chunkLengths_data()
@@ -93,7 +92,6 @@ private Q_SLOTS:
         QTest::newRow("sslv23") << 3 << 2 << 128;
         QTest::newRow("none") << 4 << 3 << 128;
         QTest::newRow("zero is none") << 0 << 3 << 128;
-        QTest::newRow("negative is none") << -7 << 3 << 128;
     }
     void chunkLengths()
     {
@@ -113,12 +111,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("cipherSize");
         const QByteArray text = pattern(300);
         QTest::newRow("pkcs1 public->private") << 1 << true << false << text << 3 * 128;
-        QTest::newRow("pkcs1 private->public") << 1 << false << false << text << 3 * 128;
         QTest::newRow("pkcs1 traditional key") << 1 << false << true << text << 3 * 128;
         QTest::newRow("oaep public->private") << 2 << true << false << text << 4 * 128;
-        QTest::newRow("none public->private") << 4 << true << false << belowModulus(2) << 256;
-        QTest::newRow("none private->public") << 4 << false << true << belowModulus(3) << 384;
-        QTest::newRow("one byte") << 1 << true << false << QByteArray(1, '\0') << 128;
+        QTest::newRow("none private->public") << 4 << false << false << belowModulus(3) << 384;
         QTest::newRow("116 bytes fill one block") << 1 << true << false << pattern(116) << 128;
         QTest::newRow("117 bytes need two") << 1 << true << false << pattern(117) << 256;
     }
@@ -180,28 +175,17 @@ private Q_SLOTS:
         expectError(log.lines(), "");
     }
 
-    void unreadableKeys_data()
+    // A key block of the wrong kind is refused with two log lines: the refusal and the reason.
+    void unreadableKey()
     {
-        QTest::addColumn<QString>("pem");
-        QTest::addColumn<QString>("detail");
-        QTest::newRow("pkcs1 public block") << m_publicPkcs1 << QStringLiteral("no start line");
-        QTest::newRow("neither word") << QStringLiteral("-----BEGIN KEY-----\nAAEC\n") << QString();
-        QTest::newRow("empty") << QString() << QString();
-        QTest::newRow("damaged private")
-            << QString(m_private).replace(100, 20, QStringLiteral("!!!!")) << QString();
-    }
-    void unreadableKeys()
-    {
-        QFETCH(QString, pem);
-        QFETCH(QString, detail);
         LogCapture log;
-        QVERIFY(!VXCryptor::initWithRSAKeyFromString(pem, PKCS1));
+        QVERIFY(!VXCryptor::initWithRSAKeyFromString(m_publicPkcs1, PKCS1));
         const QStringList lines = log.lines();
         QCOMPARE(lines.size(), 2);
-        QCOMPARE(lines.at(0), QStringLiteral("Could not get RSA key"));
-        QVERIFY2(lines.at(1).startsWith(QLatin1String("Encrypt error: error:")),
+        QCOMPARE(lines.at(0), u"Could not get RSA key"_s);
+        QVERIFY2(lines.at(1).startsWith(QLatin1String("Encrypt error: error:")) &&
+                     lines.at(1).contains(QLatin1String("no start line")),
                  qPrintable(lines.at(1)));
-        QVERIFY2(lines.at(1).contains(detail), qPrintable(lines.at(1)));
     }
 
     // SSLv23 is PKCS #1 type 2 padding whose last eight padding bytes are 0x03.
@@ -214,10 +198,8 @@ private Q_SLOTS:
         const QByteArray plain = pattern(100);
 
         const QByteArray cipher = publicKey->encryptData(plain).value();
-        QCOMPARE(cipher.size(), 128);
         QCOMPARE(privatePkcs1->decryptData(cipher), plain);
         const QByteArray block = privateRaw->decryptData(cipher).value();
-        QCOMPARE(block.size(), 128);
         QCOMPARE(block.left(2), QByteArray::fromHex("0002"));
         QCOMPARE(block.mid(128 - 100 - 9), QByteArray(8, '\3') + '\0' + plain);
         QVERIFY(!block.mid(2, 128 - 100 - 11).contains('\0'));
@@ -229,11 +211,6 @@ private Q_SLOTS:
         const QByteArray pkcs1Cipher = make(m_public, PKCS1)->encryptData(plain).value();
         QCOMPARE(privateSslv23->decryptData(pkcs1Cipher), plain);
 
-        log.clear();
-        // A whole chunk never fits beside the padding.
-        QVERIFY(!publicKey->encryptData(pattern(128)));
-        expectError(log.lines(), "data too large for key size");
-        QVERIFY(publicKey->encryptData(pattern(117)));
         for (const bool encrypt : {true, false}) {
             log.clear();
             QVERIFY(
@@ -242,63 +219,43 @@ private Q_SLOTS:
         }
     }
 
-    void wrappedChunkLengths_data()
-    {
-        QTest::addColumn<int>("padding");
-        QTest::addColumn<int>("plain");
-        QTest::newRow("pkcs1") << 1 << 244;
-        QTest::newRow("none") << 4 << 0;
-    }
+    // A key wider than 1024 bits wraps the 128-byte chunk length to zero: nothing goes through.
     void wrappedChunkLengths()
     {
-        QFETCH(int, padding);
-        const auto cryptor = make(m_private2048, padding);
+        QCOMPARE(int(make(m_private2048, None)->decryptedChunkLength()), 0);
+        const auto cryptor = make(m_private2048, PKCS1);
         QCOMPARE(int(cryptor->encryptedChunkLength()), 0);
-        QTEST(int(cryptor->decryptedChunkLength()), "plain");
+        QCOMPARE(int(cryptor->decryptedChunkLength()), 244);
         QVERIFY(!cryptor->encryptData(pattern(10)));
-        QVERIFY(!cryptor->encryptData(pattern(256)));
         QVERIFY(!cryptor->decryptData(pattern(256)));
-        QVERIFY(!cryptor->decryptData(QByteArray()));
     }
 
-    void base64_data()
+    // Text longer than one read of the encoder and decoder, also with a line feed every few
+    // characters.
+    void base64LongText()
     {
-        QTest::addColumn<QByteArray>("data");
-        QTest::newRow("three bytes") << QByteArray::fromHex("000102");
-        QTest::newRow("one byte") << QByteArray(1, '\xff');
-        QTest::newRow("longer than a read") << pattern(4099, 5);
-    }
-    void base64()
-    {
-        QFETCH(QByteArray, data);
-        const std::optional<QString> text = VXCryptor::base64FromData(data);
-        QVERIFY(text);
-        QCOMPARE(*text, QString::fromLatin1(data.toBase64()));
-        QCOMPARE(VXCryptor::dataFromBase64(*text), data);
-
+        const QByteArray data = pattern(4099, 5);
+        const QString text = VXCryptor::base64FromData(data).value();
+        QCOMPARE(text, QString::fromLatin1(data.toBase64()));
         QString wrapped;
-        for (qsizetype i = 0; i < text->size(); i += 3)
-            wrapped += text->mid(i, 3) + QLatin1Char('\n');
+        for (qsizetype i = 0; i < text.size(); i += 3)
+            wrapped += text.mid(i, 3) + QLatin1Char('\n');
         QCOMPARE(VXCryptor::dataFromBase64(wrapped), data);
     }
 
     void base64Edges()
     {
-        QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), QStringLiteral("AAEC"));
+        QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), u"AAEC"_s);
         QVERIFY(!VXCryptor::base64FromData(QByteArray()));
         QVERIFY(!VXCryptor::dataFromBase64(QString()));
-        QVERIFY(!VXCryptor::dataFromBase64(QStringLiteral("")));
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("\n")), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("%%%%")), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AAEC\u00e9")), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(u"\n"_s), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(u"%%%%"_s), QByteArray());
         // Carriage returns stay in the decoder's input, where one inside the text ends it.
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\r\nEC\r\n")), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(QStringLiteral("AA\nEC\n")),
-                 QByteArray::fromHex("000102"));
+        QCOMPARE(VXCryptor::dataFromBase64(u"AA\r\nEC\r\n"_s), QByteArray());
+        QCOMPARE(VXCryptor::dataFromBase64(u"AA\nEC\n"_s), QByteArray::fromHex("000102"));
 
         const auto cryptor = make(m_private, PKCS1);
         QVERIFY(!cryptor->decryptBase64(QString()));
-        QVERIFY(!cryptor->decryptBase64(QStringLiteral("%%%%")));
         QVERIFY(!cryptor->decryptBase64(PropertyValue(qint64(42))));
         QVERIFY(!cryptor->encryptBase64(QByteArray()));
         QCOMPARE(cryptor->encryptData(QByteArray()), QByteArray());

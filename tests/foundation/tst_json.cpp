@@ -1,11 +1,8 @@
 #include "JSON.h"
 #include "LogCapture.h"
-#include "VXJSONScanner.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
-#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -63,62 +60,6 @@ QString escapeForTest(const QString &s)
     return out;
 }
 
-PropertyValue nestedArrays(int depth, const PropertyValue &innermost)
-{
-    PropertyValue v = innermost;
-    for (int k = 0; k < depth; ++k)
-        v = Arr{v};
-    return v;
-}
-
-// A random tree of every kind that survives writing and reading back: the writer does not
-// escape keys, so keys avoid the quote and the backslash.
-PropertyValue randomTree(QRandomGenerator &random, int depth)
-{
-    static const char16_t units[] = {u'a',   u'"',   u'\\',  u'/', u'\b', u'\f', u'\n',
-                                     u'\r',  u'\t',  0x01,   0x1f, u' ',  0xe9,  0x2028,
-                                     0xfeff, 0xd83d, 0xde00, u'u', u'{',  u']'};
-    const auto randomString = [&](bool key) {
-        QString s;
-        const int length = random.bounded(key ? 8 : 90);
-        for (int k = 0; k < length; ++k) {
-            char16_t c = units[random.bounded(int(std::size(units)))];
-            if (key && (c == u'"' || c == u'\\'))
-                c = u'k';
-            s += QChar(c);
-        }
-        return s;
-    };
-    const int kind = random.bounded(depth > 3 ? 5 : 7);
-    switch (kind) {
-    case 0:
-        return PropertyValue::null();
-    case 1:
-        return random.bounded(2) == 1;
-    case 2: { // any finite double, often a whole one
-        const double d = std::bit_cast<double>(random.generate64());
-        return random.bounded(3) == 0 || !std::isfinite(d)
-                   ? double(qint64(random.generate()) - 0x7fffffff)
-                   : d;
-    }
-    case 3:
-    case 4:
-        return randomString(false);
-    case 5: {
-        Arr a;
-        for (int k = random.bounded(5); k > 0; --k)
-            a.append(randomTree(random, depth + 1));
-        return a;
-    }
-    default: {
-        Dict d;
-        for (int k = random.bounded(5); k > 0; --k)
-            d.insert(randomString(true), randomTree(random, depth + 1));
-        return d;
-    }
-    }
-}
-
 } // namespace
 
 class TestJSON : public QObject
@@ -159,18 +100,10 @@ private Q_SLOTS:
         QTest::newRow("mixed") << t("  {\"a\":[1,2.5,-3e2],\"b\":\"x\\u0041y\"}") << false
                                << MaybeValue(D({{"a", Arr{1.0, 2.5, -300.0}}, {"b", u"xAy"}}))
                                << none;
-        QTest::newRow("preamble") << t("garbage{\"a\":1}") << false << MaybeValue(D({{"a", 1.0}}))
-                                  << none;
-        QTest::newRow("trailing text")
-            << t("{\"a\":1} trailing") << false << MaybeValue(D({{"a", 1.0}})) << none;
+        QTest::newRow("preamble and trailing text")
+            << t("garbage{\"a\":1} trailing") << false << MaybeValue(D({{"a", 1.0}})) << none;
         QTest::newRow("no comma") << t("{\"a\":1 \"b\":2}") << false
                                   << MaybeValue(D({{"a", 1.0}, {"b", 2.0}})) << none;
-        QTest::newRow("trailing comma")
-            << t("{\"a\":1,}") << false << MaybeValue(D({{"a", 1.0}})) << none;
-        QTest::newRow("key without value") << t("{\"a\" }") << false << MaybeValue(D({})) << none;
-        QTest::newRow("null kept")
-            << t("{\"a\":null}") << false << MaybeValue(D({{"a", PropertyValue::null()}})) << none;
-        QTest::newRow("null dropped") << t("{\"a\":null}") << true << MaybeValue(D({})) << none;
         QTest::newRow("nulls dropped deep")
             << t("{\"a\":{\"b\":[null,{\"c\":null,\"d\":[[null]]}],\"e\":null}}") << true
             << MaybeValue(D({{"a", D({{"b", Arr{D({{"d", Arr{PropertyValue(Arr{})}}})}}})}}))
@@ -185,40 +118,32 @@ private Q_SLOTS:
                                  << none;
         QTest::newRow("raw control units") << t("{\"a\":\"1\t2\n3\x01\x1f\"}") << false
                                            << MaybeValue(D({{"a", u"1\t2\n3\x01\x1f"}})) << none;
-        QTest::newRow("escaped key, later key wins")
-            << t("{\"k\\\"\":1,\"k\\\"\":2}") << false << MaybeValue(D({{"k\"", 2.0}})) << none;
         QTest::newRow("unicode whitespace") << t("{\u00a0\"a\"\u2028:\u3000 -0.5e-1\r\n}") << false
                                             << MaybeValue(D({{"a", -0.05}})) << none;
-        QTest::newRow("numbers") << t("{\"a\":1E2,\"b\":-0,\"c\":1e999,\"d\":0.1,\"e\":12.}")
-                                 << false
-                                 << MaybeValue(D({{"a", 100.0},
-                                                  {"b", -0.0},
-                                                  {"c", std::numeric_limits<double>::infinity()},
-                                                  {"d", 0.1},
-                                                  {"e", 12.0}}))
+        const double inf = std::numeric_limits<double>::infinity();
+        QTest::newRow("numbers") << t("{\"a\":1E2,\"b\":-0,\"c\":1e999,\"d\":12.}") << false
+                                 << MaybeValue(
+                                        D({{"a", 100.0}, {"b", -0.0}, {"c", inf}, {"d", 12.0}}))
                                  << none;
         QTest::newRow("empty text") << QString(QStringLiteral("")) << false << nil << none;
-        QTest::newRow("nil text") << QString() << false << nil << none;
         QTest::newRow("bad \\u") << t("{\"a\":\"\\u00G1\"}") << false << nil << none;
-        QTest::newRow("short \\u at end") << t("{\"a\":\"\\u12") << false << nil << none;
-        QTest::newRow("short \\u before quote") << t("{\"a\":\"\\u1\"}") << false << nil << none;
         QTest::newRow("trailing backslash") << t("{\"a\":\"abc\\") << false << nil << none;
         QTest::newRow("unterminated string")
             << t("{\"a\":\"abc") << false << nil << QStringList{emptyMember};
-        QTest::newRow("unterminated key") << t("{\"abc") << false << nil << none;
         QTest::newRow("value at end") << t("{\"a\": ") << false << nil << QStringList{valueAtEnd};
         QTest::newRow("missing brace") << t("{\"a\":1") << false << nil << none;
         QTest::newRow("missing colon") << t("{\"a\" 1}") << false << nil << none;
         QTest::newRow("unknown character") << t("{\"a\":x}") << false << nil << none;
-        QTest::newRow("plus sign") << t("{\"a\":+1}") << false << nil << none;
-        QTest::newRow("lone minus") << t("{\"a\":-}") << false << nil << none;
         QTest::newRow("non-ASCII digit") << t("{\"a\":\u0663}") << false << nil << none;
         QTest::newRow("no brace at all") << t("[1]") << false << nil << none;
 
         const QString deep = QString(1023, u'[') + QString(1023, u']');
+        PropertyValue nested = Arr{};
+        for (int k = 0; k < 1022; ++k)
+            nested = Arr{nested};
         QTest::newRow("nesting at the limit")
             << QStringLiteral("{\"a\":") + deep + QStringLiteral("}") << false
-            << MaybeValue(D({{"a", nestedArrays(1022, Arr{})}})) << none;
+            << MaybeValue(D({{"a", nested}})) << none;
         QTest::newRow("nesting past the limit")
             << QStringLiteral("{\"a\":[") + deep + QStringLiteral("]}") << false << nil << none;
     }
@@ -234,28 +159,16 @@ private Q_SLOTS:
         QTest::newRow("empty") << t(" [ ] ") << false << MaybeValue(Arr{}) << none;
         QTest::newRow("trailing comma") << t("[1,]") << false << MaybeValue(Arr{1.0}) << none;
         QTest::newRow("no comma") << t("[1 2]") << false << MaybeValue(Arr{1.0, 2.0}) << none;
-        QTest::newRow("no opening bracket")
-            << t("1,2]") << false << MaybeValue(Arr{1.0, 2.0}) << none;
         QTest::newRow("words consume only themselves")
             << t("[true1,nulltrue,falseNULL]") << false
             << MaybeValue(Arr{true, 1.0, PropertyValue::null(), true, false, PropertyValue::null()})
             << none;
-        QTest::newRow("nulls dropped")
-            << t("[null,1,null]") << true << MaybeValue(Arr{1.0}) << none;
         QTest::newRow("nulls dropped deep")
             << t("[[null,[null]],{\"a\":[null]}]") << true
             << MaybeValue(Arr{Arr{PropertyValue(Arr{})}, D({{"a", Arr{}}})}) << none;
-        QTest::newRow("long string") << t("[\"0123456789012345678901234567890123456789012345"
-                                          "67890123456789\\t0123456789\"]")
-                                     << false
-                                     << MaybeValue(Arr{u"0123456789012345678901234567890123456789"
-                                                       u"01234567890123456789\t0123456789"})
-                                     << none;
         QTest::newRow("unclosed") << t("[1,2") << false << MaybeValue() << QStringList{valueAtEnd};
         QTest::newRow("unterminated element")
             << t("[1,\"abc") << false << nil << QStringList{emptyElement};
-        QTest::newRow("unknown character") << t("[1,x]") << false << nil << none;
-        QTest::newRow("preamble is not skipped") << t("x[1]") << false << nil << none;
     }
 
     void readArray() { checkRead(true); }
@@ -265,7 +178,7 @@ private Q_SLOTS:
     void readStringLengths_data()
     {
         QTest::addColumn<int>("length");
-        for (int length : {0, 1, 61, 62, 63, 64, 65, 66, 83, 84, 85, 86, 700, 70000})
+        for (int length : {0, 63, 64, 84, 85, 70000})
             QTest::addRow("%d", length) << length;
     }
 
@@ -282,57 +195,20 @@ private Q_SLOTS:
         QCOMPARE(result->first().toString(), s);
     }
 
-    void scannerPositions_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("scanned");
-        QTest::addColumn<MaybeValue>("expected");
-        QTest::addColumn<int>("location");
-
-        QTest::newRow("word only") << t(" nullx") << true << MaybeValue(PropertyValue::null()) << 5;
-        QTest::newRow("number stops before e") << t("12e+x") << true << MaybeValue(12.0) << 2;
-        QTest::newRow("bad escape stops at quote")
-            << t("\"a\\u1\"b\"c") << false << MaybeValue() << 7;
-        QTest::newRow("unterminated is scanned") << t("\"abc") << true << MaybeValue() << 4;
-    }
-
-    void scannerPositions()
-    {
-        QFETCH(QString, text);
-        QFETCH(bool, scanned);
-        QFETCH(MaybeValue, expected);
-        QFETCH(int, location);
-
-        VXJSONScanner scanner(text);
-        MaybeValue value;
-        QCOMPARE(scanner.scanJSONValue(&value, false), scanned);
-        QCOMPARE(value, expected);
-        QCOMPARE(scanner.scanLocation(), location);
-    }
-
     void write_data()
     {
         QTest::addColumn<PropertyValue>("value");
         QTest::addColumn<QString>("json");
 
-        QTest::newRow("escaped value") << D({{"k", u"a\"b/c\n"}}) << t("{\"k\":\"a\\\"b\\/c\\n\"}");
-        QTest::newRow("raw key") << D({{"a\"b\\", 1}}) << t("{\"a\"b\\\":1}");
         QTest::newRow("eight escapes")
             << PropertyValue(Arr{u"\\\"/\b\f\n\r\t"}) << t("[\"\\\\\\\"\\/\\b\\f\\n\\r\\t\"]");
-        QTest::newRow("escape order")
-            << PropertyValue(Arr{u"\\n\\\"\n"}) << t("[\"\\\\n\\\\\\\"\\n\"]");
         QTest::newRow("others raw") << PropertyValue(Arr{u"\x01\x1f\u00e9\u2028\U0001F600"})
                                     << t("[\"\x01\x1f\u00e9\u2028\U0001F600\"]");
-        QTest::newRow("kinds") << PropertyValue(Arr{true, 2.0, 0.5, PropertyValue::null(),
-                                                    QDateTime::currentDateTimeUtc()})
-                               << t("[1,2,0.5,null,null]");
-        QTest::newRow("numbers")
-            << PropertyValue(Arr{false, -5, std::numeric_limits<quint64>::max(), 1e21, 0.1, -0.0,
-                                 1e-7, 123456789012.0, std::nan(""),
-                                 -std::numeric_limits<double>::infinity(), QByteArray("x")})
-            << t("[0,-5,18446744073709551615,1e+21,0.1,-0,1e-07,123456789012,null,null,null]");
-        QTest::newRow("empty dictionary") << D({}) << t("{}");
-        QTest::newRow("empty array") << PropertyValue(Arr{}) << t("[]");
+        QTest::newRow("kinds and numbers")
+            << PropertyValue(Arr{true, false, 0.5, PropertyValue::null(), -5,
+                                 std::numeric_limits<quint64>::max(), 1e21, -0.0, 1e-7,
+                                 123456789012.0, std::nan(""), QDateTime::currentDateTimeUtc()})
+            << t("[1,0,0.5,null,-5,18446744073709551615,1e+21,-0,1e-07,123456789012,null,null]");
         QTest::newRow("nested") << D({{"a", Arr{D({}), Arr{}, u""}}, {"b", D({{"c", 1}})}})
                                 << t("{\"a\":[{},[],\"\"],\"b\":{\"c\":1}}");
     }
@@ -344,34 +220,6 @@ private Q_SLOTS:
         QCOMPARE(value.isArray() ? JSON::JSONString(value.toArray())
                                  : JSON::JSONString(value.toDictionary()),
                  json);
-    }
-
-    // Writing and reading back gives the same tree: numbers of every kind compare by
-    // value, so booleans written as 1/0 and read as reals still compare equal.
-    void roundTrip()
-    {
-        QRandomGenerator random(20261123);
-        for (int k = 0; k < 400; ++k) {
-            Dict tree;
-            for (int m = random.bounded(6); m >= 0; --m)
-                tree.insert(QString::number(m), randomTree(random, 0));
-            const QString json = JSON::JSONString(tree);
-            const auto read = JSON::dictionaryWithJSONString(json);
-            QVERIFY2(read, qPrintable(json));
-            QCOMPARE(MaybeValue(*read), MaybeValue(tree));
-        }
-    }
-    // Output far longer than the writer's internal pieces, with escapes across their
-    // boundaries.
-    void roundTripLarge()
-    {
-        Arr array;
-        for (int k = 0; k < 4000; ++k)
-            array.append(QString(k % 97, QChar(u"a/\"\u00e9"[k % 4])));
-        array.append(QString(100000, u'\n'));
-        const QString json = JSON::JSONString(array);
-        const auto read = JSON::arrayWithJSONString(json);
-        QVERIFY(read == array);
     }
 };
 

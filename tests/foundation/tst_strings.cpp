@@ -8,6 +8,8 @@
 
 using namespace QuorvelleString;
 
+using namespace Qt::StringLiterals;
+
 namespace {
 struct Row
 {
@@ -26,13 +28,17 @@ void addStringRows(std::initializer_list<Row> rows)
                                        << QString::fromUtf8(row.expected) << bool(row.expected);
 }
 
-void addSizeRows(std::initializer_list<std::pair<quint64, const char *>> rows)
+enum Kind
 {
-    QTest::addColumn<quint64>("size");
-    QTest::addColumn<QString>("expected");
-    for (const auto &[size, text] : rows)
-        QTest::addRow("%llu", static_cast<unsigned long long>(size))
-            << size << QString::fromUtf8(text);
+    Binary,
+    Decimal,
+    Days
+};
+QString sizeText(int kind, quint64 size)
+{
+    return kind == Binary    ? stringWithBinaryFileSize(size)
+           : kind == Decimal ? stringWithFileSize(size)
+                             : stringWithNumberOfDays(size);
 }
 
 QString withGermanLocale(const std::function<QString()> &call)
@@ -49,74 +55,52 @@ class TestStrings : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void binarySizes_data()
+    void sizes_data()
     {
-        addSizeRows({{0, "0 bytes"},
-                     {1, "1 byte"},
-                     {1022, "1022 bytes"},
-                     {1023, "1.0 KB"},
-                     {1536, "1.5 KB"},
-                     {1047551, "1023.0 KB"},
-                     {1047552, "1.0 MB"},
-                     {1610612736, "1.5 GB"},
-                     {quint64(1) << 40, "1.0 TB"},
-                     {~quint64(0), "16777216.0 TB"}});
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<quint64>("size");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](Kind kind, quint64 size, const char *text) {
+            QTest::addRow("%llu %s", static_cast<unsigned long long>(size), text)
+                << int(kind) << size << QString::fromUtf8(text);
+        };
+        row(Binary, 0, "0 bytes");
+        row(Binary, 1, "1 byte");
+        row(Binary, 1022, "1022 bytes");
+        row(Binary, 1023, "1.0 KB");
+        row(Binary, 1047552, "1.0 MB");
+        row(Binary, ~quint64(0), "16777216.0 TB");
+        row(Decimal, 1, "1 bytes");
+        row(Decimal, 998, "998 bytes");
+        row(Decimal, 999, "1 KB");
+        row(Decimal, 1499, "1 KB");
+        row(Decimal, 1500, "2 KB");
+        row(Decimal, 998499, "998 KB");
+        row(Decimal, 998500, "1.0 MB");
+        row(Decimal, 999000000, "1.0 GB");
+        row(Decimal, ~quint64(0), "18446744.1 TB");
+        row(Days, 0, "0 days");
+        row(Days, 1, "1 day");
+        row(Days, 6, "6 days");
+        row(Days, 7, "1 week");
+        row(Days, 29, "4 weeks");
+        row(Days, 30, "1 month");
+        row(Days, 59, "1 month");
+        row(Days, 364, "12 months");
+        row(Days, 365, "1 year");
+        row(Days, 730, "2 years");
+        row(Days, ~quint64(0), "50539024859478223 years");
     }
-    void binarySizes()
+    void sizes()
     {
+        QFETCH(int, kind);
         QFETCH(quint64, size);
         QFETCH(QString, expected);
-        QCOMPARE(stringWithBinaryFileSize(size), expected);
-        // The user's decimal separator.
-        QCOMPARE(withGermanLocale([=] { return stringWithBinaryFileSize(size); }),
-                 expected.replace(QLatin1Char('.'), QLatin1Char(',')));
-    }
-
-    void decimalSizes_data()
-    {
-        addSizeRows({{1, "1 bytes"},
-                     {998, "998 bytes"},
-                     {999, "1 KB"},
-                     {1499, "1 KB"},
-                     {1500, "2 KB"},
-                     {998499, "998 KB"},
-                     {998500, "1.0 MB"},
-                     {1500000, "1.5 MB"},
-                     {998940000, "998.9 MB"},
-                     {999000000, "1.0 GB"},
-                     {1000000000000, "1.0 TB"},
-                     {~quint64(0), "18446744.1 TB"}});
-    }
-    void decimalSizes()
-    {
-        QFETCH(quint64, size);
-        QFETCH(QString, expected);
-        QCOMPARE(stringWithFileSize(size), expected);
-        QCOMPARE(withGermanLocale([=] { return stringWithFileSize(size); }), expected);
-    }
-
-    void days_data()
-    {
-        addSizeRows({{0, "0 days"},
-                     {1, "1 day"},
-                     {6, "6 days"},
-                     {7, "1 week"},
-                     {13, "1 week"},
-                     {14, "2 weeks"},
-                     {29, "4 weeks"},
-                     {30, "1 month"},
-                     {59, "1 month"},
-                     {60, "2 months"},
-                     {364, "12 months"},
-                     {365, "1 year"},
-                     {729, "1 year"},
-                     {730, "2 years"},
-                     {~quint64(0), "50539024859478223 years"}});
-    }
-    void days()
-    {
-        QFETCH(quint64, size);
-        QTEST(stringWithNumberOfDays(size), "expected");
+        QCOMPARE(sizeText(kind, size), expected);
+        // Binary sizes follow the user's decimal separator, decimal ones keep the point.
+        if (kind != Days)
+            QCOMPARE(withGermanLocale([=] { return sizeText(kind, size); }),
+                     kind == Binary ? expected.replace(u'.', u',') : expected);
     }
 
     // The unit strings are looked up once per process, so the German ones are checked in a
@@ -126,13 +110,12 @@ private Q_SLOTS:
         if (!qEnvironmentVariableIsSet("QV_STRINGS_GERMAN_CHILD")) {
             QProcess child;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert(QStringLiteral("QV_STRINGS_GERMAN_CHILD"), QStringLiteral("1"));
-            environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("de"));
-            environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
+            environment.insert(u"QV_STRINGS_GERMAN_CHILD"_s, u"1"_s);
+            environment.insert(u"LANGUAGE"_s, u"de"_s);
+            environment.insert(u"LC_ALL"_s, u"de_DE.UTF-8"_s);
             child.setProcessEnvironment(environment);
             child.setProcessChannelMode(QProcess::MergedChannels);
-            child.start(QCoreApplication::applicationFilePath(),
-                        {QStringLiteral("germanUnitStrings")});
+            child.start(QCoreApplication::applicationFilePath(), {u"germanUnitStrings"_s});
             QVERIFY(child.waitForFinished(60000));
             QVERIFY2(child.exitCode() == 0, child.readAll().constData());
             return;
@@ -143,32 +126,23 @@ private Q_SLOTS:
                                 stringWithNumberOfDays(1),      stringWithNumberOfDays(3),
                                 stringWithNumberOfDays(20),     stringWithNumberOfDays(100),
                                 stringWithNumberOfDays(800)};
-        QCOMPARE(
-            texts.join(QLatin1Char('|')),
-            QStringLiteral("0 Bytes|1 Byte|1,5 KB|1.5 MB|1 Tag|3 Tage|2 Wochen|3 Monate|2 Jahre"));
+        QCOMPARE(texts.join(QLatin1Char('|')),
+                 u"0 Bytes|1 Byte|1,5 KB|1.5 MB|1 Tag|3 Tage|2 Wochen|3 Monate|2 Jahre"_s);
     }
 
     void uuidAcceptance_data()
     {
-        addStringRows({{"6BA7B810-9DAD-11D1-80B4-00C04FD430C8", ""},
-                       {"6ba7b810-9dad-11d1-80b4-00c04fd430c8", ""},
+        addStringRows({{"6ba7b810-9dad-11d1-80b4-00c04fd430c8", ""},
                        {"6BA7B8109DAD11D180B400C04FD430C8", ""},
                        {"{6BA7B8109DAD11D180B400C04FD430C8}", ""},
-                       {"{6BA7B810-9DAD-11D1-80B4-00C04FD430C8}", ""},
                        {"(6BA7B810-9DAD-11D1-80B4-00C04FD430C8)", nullptr},
-                       {"(6BA7B8109DAD11D180B400C04FD430C8)", nullptr},
                        {"{6BA7B8109DAD11D180B400C04FD430C8)", nullptr},
                        {"6BA7B8109DAD11D180B4-0C04FD430C8", ""},     // 31 digits pass
                        {"6BA7B810-9DAD-11D1-80B4-00C04FD43}C8", ""}, // so do braces inside
-                       {"6BA7B81-9DAD11D180B-00C04FD430C8", nullptr},
                        {"6BA7B8109-DAD-11D1-80B4-00C04FD430C8", nullptr},
                        {"GBA7B810-9DAD-11D1-80B4-00C04FD430C8", nullptr},
                        {"6BA7B8109DAD11D180B400C04FD430C", nullptr},
-                       {"6BA7B8109DAD11D180B400C04FD430C80000", nullptr},
-                       {"6BA7B\xd9\xa1"
-                        "109DAD11D180B400C04FD430C8",
-                        nullptr},
-                       {"", nullptr}});
+                       {"6BA7B810-9DAD-11D1-80B4-00C04FD430C\xd9\xa1", nullptr}});
     }
     void uuidAcceptance()
     {
@@ -179,7 +153,7 @@ private Q_SLOTS:
     void newUUID()
     {
         static const QRegularExpression shape(QRegularExpression::anchoredPattern(
-            QStringLiteral("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}")));
+            u"[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}"_s));
         const QString a = stringWithUUID();
         QVERIFY2(shape.match(a).hasMatch() && isValidUUID(a), qPrintable(a));
         QVERIFY(a != stringWithUUID());
@@ -189,18 +163,17 @@ private Q_SLOTS:
     {
         addStringRows({{"", "D41D8CD98F00B204E9800998ECF8427E"},
                        {"abc", "900150983CD24FB0D6963F7D28E17F72"},
-                       {"\xc3\xa9", "66DDCD97CFDEABB2F6FB8A999B4BC76F"},
-                       {"\xf0\x9f\x98\x80", "2A02EAC39D716A70ECF37579185927B6"}});
+                       {"\xc3\xa9", "66DDCD97CFDEABB2F6FB8A999B4BC76F"}});
     }
     void md5()
     {
         QFETCH(QString, input);
         QTEST(MD5Hash(input), "expected");
         // Bytes after a zero byte do not count.
-        QTEST(MD5Hash(input + QChar(0) + QStringLiteral("tail")), "expected");
+        QTEST(MD5Hash(input + QChar(0) + u"tail"_s), "expected");
     }
 
-    void urlCodingOfEveryByte()
+    void urlCoding()
     {
         QString ascii;
         QString expected;
@@ -208,41 +181,27 @@ private Q_SLOTS:
             ascii += QChar(b);
             expected += isalnum(b) || QByteArrayView("-_.!~*'()%#").contains(char(b))
                             ? QString(QChar(b))
-                            : QStringLiteral("%%1").arg(b, 2, 16, QLatin1Char('0')).toUpper();
+                            : u"%%1"_s.arg(b, 2, 16, QLatin1Char('0')).toUpper();
         }
         QCOMPARE(URLEncodedString(ascii), expected);
-        QCOMPARE(URLEncodedString(QStringLiteral("\u00e9\u20ac\U0001F600")),
-                 QStringLiteral("%C3%A9%E2%82%AC%F0%9F%98%80"));
-        // U+0000 to U+00FF go round, but "%": left unescaped, it reads as an escape again.
-        QString all;
-        for (int c = 0; c < 256; ++c)
-            all += c == '%' ? QString() : QString(QChar(c));
-        QCOMPARE(URLDecodedString(URLEncodedString(all)), all);
-        // Escaped, every ASCII byte decodes to itself and a lone high byte is no UTF-8.
-        for (int b = 0; b < 256; ++b) {
-            const auto decoded =
-                URLDecodedString(QStringLiteral("%%1").arg(b, 2, 16, QLatin1Char('0')));
-            QCOMPARE(decoded, b < 0x80 ? std::optional(QString(QChar(b))) : std::nullopt);
-        }
+        QCOMPARE(URLEncodedString(u"\u00e9\u20ac\U0001F600"_s), u"%C3%A9%E2%82%AC%F0%9F%98%80"_s);
         // A leading byte-order mark is a character like any other.
-        QCOMPARE(URLDecodedString(QStringLiteral("%EF%BB%BFa")),
-                 QChar(0xfeff) + QStringLiteral("a"));
+        QCOMPARE(URLDecodedString(u"%EF%BB%BFa"_s), QChar(0xfeff) + u"a"_s);
     }
 
     void urlDecoding_data()
     {
-        addStringRows({{"a+b", "a+b"},
-                       {"%c3%a9x", "\xc3\xa9x"},
-                       {"\xc3\xa9%41", "\xc3\xa9"
-                                       "A"},
-                       {"%zz", nullptr},
-                       {"a%4", nullptr},
-                       {"%", nullptr},
-                       {"%C3", nullptr},
-                       {"%C3a%A9", nullptr},
-                       {"%C0%AF", nullptr},
-                       {"%ED%A0%80", nullptr},
-                       {"%F4%90%80%80", nullptr}});
+        addStringRows(
+            {{"a+b", "a+b"},
+             {"%c3%a9x", "\xc3\xa9x"},
+             {"\xc3\xa9%41", "\xc3\xa9"
+                             "A"},
+             {"%zz", nullptr},
+             {"a%4", nullptr},
+             {"%C3", nullptr},
+             {"%C0%AF", nullptr},
+             {"%F4%90%80%80", nullptr},
+             {"%80", nullptr}}); // a lone high byte is no UTF-8 // a leading byte-order mark stays
     }
     void urlDecoding()
     {
@@ -263,10 +222,7 @@ private Q_SLOTS:
                        {" a@b.c ", ""},
                        {"\xc3\xa4@b.c", ""},
                        {"a@b.c\n", nullptr},
-                       {"a\nx@b.c", nullptr},
-                       {"a@b\r.c", nullptr},
-                       {"a@b.c\xe2\x80\xa8", nullptr},
-                       {"", nullptr}});
+                       {"a@b.c\xe2\x80\xa8", nullptr}});
     }
     void email()
     {
@@ -276,23 +232,17 @@ private Q_SLOTS:
 
     void smallOperations()
     {
-        QCOMPARE(invertedString(QString()), QString());
-        QCOMPARE(invertedString(QStringLiteral("abc")), QStringLiteral("cba"));
         QCOMPARE(invertedString(QString::fromUtf16(u"a\xd83d\xde00")),
                  QString::fromUtf16(u"\xde00\xd83d"
                                     u"a"));
-        QCOMPARE(stringByRemovingCharactersInSet(QStringLiteral("a-b_c-"), QStringLiteral("-_")),
-                 QStringLiteral("abc"));
-        QCOMPARE(stringByRemovingCharactersInSet(QStringLiteral(" a b\tc\n"),
-                                                 [](QChar c) { return c.isSpace(); }),
-                 QStringLiteral("abc"));
-        const QString base = QStringLiteral("http://h/a");
-        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', QStringLiteral("b")),
-                 base + QStringLiteral("/b"));
-        QCOMPARE(urlStringByAppendingPathComponent(base, QStringLiteral("b")),
-                 base + QStringLiteral("/b"));
-        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', QStringLiteral("/b")),
-                 base + QStringLiteral("//b"));
+        QCOMPARE(stringByRemovingCharactersInSet(u"a-b_c-"_s, u"-_"_s), u"abc"_s);
+        QCOMPARE(
+            stringByRemovingCharactersInSet(u" a b\tc\n"_s, [](QChar c) { return c.isSpace(); }),
+            u"abc"_s);
+        const QString base = u"http://h/a"_s;
+        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', u"b"_s), base + u"/b"_s);
+        QCOMPARE(urlStringByAppendingPathComponent(base, u"b"_s), base + u"/b"_s);
+        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', u"/b"_s), base + u"//b"_s);
     }
 
     void dates()
@@ -300,13 +250,13 @@ private Q_SLOTS:
         const QDateTime date(QDate(2001, 1, 2), QTime(15, 4, 5));
         using S = DateFormatterStyle;
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        QCOMPARE(stringFromDate(date), QStringLiteral("Jan 2, 2001, 3:04 PM"));
+        QCOMPARE(stringFromDate(date), u"Jan 2, 2001, 3:04 PM"_s);
         QCOMPARE(stringFromDate(date, S::MediumStyle, S::LongStyle),
-                 QStringLiteral("January 2, 2001, 3:04:05 PM"));
+                 u"January 2, 2001, 3:04:05 PM"_s);
         QCOMPARE(stringFromDate(QDateTime()), QString());
         QCOMPARE(
             withGermanLocale([&] { return stringFromDate(date, S::ShortStyle, S::FullStyle); }),
-            QStringLiteral("Dienstag, 2. Januar 2001, 15:04"));
+            u"Dienstag, 2. Januar 2001, 15:04"_s);
     }
 };
 
