@@ -6,11 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 #include <QTest>
-
-#include <cstdio>
-#include <unistd.h>
 
 // Files of a fake machine: path → content. A content "->target" makes a symbolic link, a
 // path ending in "/" a folder. Paths starting with "~" are in the home folder.
@@ -86,20 +82,3 @@ private:
     QTemporaryDir m_dir;
     QByteArray m_savedHome = qgetenv("HOME");
 };
-
-// What a call prints on standard output.
-template <typename Call> QByteArray printedBy(Call call)
-{
-    QTemporaryFile file;
-    if (!file.open())
-        qFatal("no temporary file");
-    std::fflush(stdout);
-    const int saved = dup(STDOUT_FILENO);
-    dup2(file.handle(), STDOUT_FILENO);
-    call();
-    std::fflush(stdout);
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
-    file.seek(0);
-    return file.readAll();
-}
