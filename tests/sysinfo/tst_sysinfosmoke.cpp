@@ -17,9 +17,6 @@ class TestSysinfoSmoke : public QObject
 private Q_SLOTS:
     void answersArePlausible()
     {
-        for (const QString &answer : {machineType(), macAddressString(), computerSerialNumber(),
-                                      modelIdentifier(), defaultWebBrowser()})
-            QVERIFY2(answer.isNull() || !answer.isEmpty(), qPrintable(answer)); // nil or text
         const std::optional<QByteArray> address = macAddress();
         QCOMPARE(macAddressString(), address && address->size() == 6
                                          ? QString::fromLatin1(address->toHex(':'))
@@ -27,11 +24,9 @@ private Q_SLOTS:
         struct utsname names;
         QCOMPARE(uname(&names), 0);
         QCOMPARE(operatingSystemString(), QString::fromUtf8(names.sysname));
-        QVERIFY(QString::fromUtf8(names.release).startsWith(systemVersionString()));
         QVERIFY(countProcessors() >= sysconf(_SC_NPROCESSORS_ONLN));
         QVERIFY(!humanMachineType().isEmpty() && !computerName().isEmpty());
-        // The lister's plain text is no property list.
-        QVERIFY(!arrayWithSystemProfileOfLevel(QString()));
+        QVERIFY(!arrayWithSystemProfileOfLevel(QString())); // the lister's text is no list
         for (const QString &path : allApplicationsPaths() + allPreferencePanesPaths())
             QVERIFY2(QFileInfo::exists(path), qPrintable(path));
     }
