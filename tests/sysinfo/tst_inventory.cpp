@@ -6,13 +6,19 @@ using namespace VXSystemInformation;
 #define ENTRY "[Desktop Entry]\nType=Application\nName=Editor\n"
 
 namespace {
-// Empty folders ("/"-terminated) or files ("path=content"); "~" is the home folder.
-Files files(const QByteArrayList &paths)
+// Empty folders ("/"-terminated) or files ("path=content"); "~" is the home folder. A leading
+// "+" marks a path the query must find.
+Files files(const QByteArrayList &paths, QStringList *found = nullptr)
 {
     Files result;
-    for (const QByteArray &path : paths) {
+    for (QByteArray path : paths) {
+        const bool wanted = path.startsWith('+');
+        path.remove(0, wanted ? 1 : 0);
         const qsizetype split = path.contains('=') ? path.indexOf('=') : path.size();
-        result.insert(QString::fromUtf8(path.left(split)), path.mid(split + 1));
+        const QString name = QString::fromUtf8(path.left(split));
+        result.insert(name, path.mid(split + 1));
+        if (wanted)
+            found->append(name.endsWith(u'/') ? name.chopped(1) : name);
     }
     return result;
 }
@@ -27,51 +33,43 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("query"); // 0 applications, 1 desktop entries, 2 panes
         QTest::addColumn<QByteArrayList>("tree");
-        QTest::addColumn<QByteArrayList>("found");
         QTest::newRow("no desktop entries: the folders; Foo.APP neither added nor entered")
-            << 0 << QByteArrayList{"/Applications/Foo.app/Contents/bin/",
-                                   "/Applications/Foo.APP/Inner.app/",
-                                   "/Applications/Utilities/Deep/Bar.app/",
-                                   "/System/Applications/Sys.app/",
-                                   "/Network/Applications/Remote.app/",
-                                   "~/Applications/Mine.app/",
-                                   "/Applications/plain-file.app=no folder"}
-            << QByteArrayList{"/Applications/Foo.app", "/Applications/Utilities/Deep/Bar.app",
-                              "/System/Applications/Sys.app", "~/Applications/Mine.app"};
+            << 0
+            << QByteArrayList{"+/Applications/Foo.app/",
+                              "/Applications/Foo.APP/Inner.app/",
+                              "+/Applications/Utilities/Bar.app/",
+                              "+/System/Applications/S.app/",
+                              "/Network/Applications/Remote.app/",
+                              "+~/Applications/Mine.app/",
+                              "/Applications/plain-file.app=no folder"};
         QTest::newRow("the desktop-entry answer stands alone")
             << 0
             << QByteArrayList{"/Applications/Foo.app/",
-                              "~/.local/share/applications/e.desktop=" ENTRY}
-            << QByteArrayList{"~/.local/share/applications/e.desktop"};
+                              "+~/.local/share/applications/e.desktop=" ENTRY};
         QTest::newRow("desktop entries of applications, shown ones only")
             << 1
-            << QByteArrayList{"/usr/share/applications/e.desktop=" ENTRY,
-                              "/usr/share/applications/vendor/tool.desktop=# c\n[Desktop "
-                              "Entry]\nName=Tool\nType = Application\n",
+            << QByteArrayList{"+/usr/share/applications/e.desktop=" ENTRY,
+                              "+/usr/share/applications/sub/t.desktop=[Desktop Entry]\n"
+                              "Type = Application\n",
                               "/usr/share/applications/link.desktop=[Desktop Entry]\nType=Link\n",
-                              "/usr/share/applications/gone.desktop=" ENTRY "Hidden=true\n"}
-            << QByteArrayList{"/usr/share/applications/e.desktop",
-                              "/usr/share/applications/vendor/tool.desktop"};
+                              "/usr/share/applications/gone.desktop=" ENTRY "Hidden=true\n"};
         QTest::newRow("panes in sub-folders, not inside a pane")
             << 2
-            << QByteArrayList{"/Library/PreferencePanes/Top.prefPane/Contents/Inner.prefPane/",
-                              "/Library/PreferencePanes/Vendor/Sub.prefpane/",
-                              "/Library/PreferencePanes/Loose.prefPane=a file",
-                              "~/Library/PreferencePanes/MINE.PREFPANE/"}
-            << QByteArrayList{"/Library/PreferencePanes/Top.prefPane",
-                              "/Library/PreferencePanes/Vendor/Sub.prefpane",
-                              "/Library/PreferencePanes/Loose.prefPane",
-                              "~/Library/PreferencePanes/MINE.PREFPANE"};
+            << QByteArrayList{"+/Library/PreferencePanes/A.prefPane/",
+                              "/Library/PreferencePanes/A.prefPane/B.prefPane/",
+                              "+/Library/PreferencePanes/Sub/C.prefpane/",
+                              "+/Library/PreferencePanes/Loose.prefPane=a file",
+                              "+~/Library/PreferencePanes/MINE.PREFPANE/"};
     }
     void inventory()
     {
         QFETCH(int, query);
         QFETCH(QByteArrayList, tree);
-        QFETCH(QByteArrayList, found);
-        FakeMachine machine(files(tree));
+        QStringList found;
+        FakeMachine machine(files(tree, &found));
         QSet<QString> expected;
-        for (const QByteArray &path : found)
-            expected.insert(machine.resolve(QString::fromUtf8(path)));
+        for (const QString &path : found)
+            expected.insert(machine.resolve(path));
         QCOMPARE(query == 0   ? allApplicationsPaths()
                  : query == 1 ? allApplicationsPathsWithLaunchServices()
                               : allPreferencePanesPaths(),
