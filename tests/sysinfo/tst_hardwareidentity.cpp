@@ -102,7 +102,6 @@ private Q_SLOTS:
                              {QStringLiteral("/sys/devices/sda/sda2/size"), "400\n"},
                              {QStringLiteral("/sys/devices/sda/sda2/partition"), "2\n"},
                              {QStringLiteral("/sys/dev/block/8:2"), "->../../devices/sda/sda2"},
-                             {QStringLiteral("/sys/class/block/sda2"), "->../../devices/sda/sda2"},
                              {QStringLiteral("/sys/devices/loop0/size"), "2048\n"},
                              {QStringLiteral("/sys/dev/block/7:0"), "->../../devices/loop0"}});
         QTEST(quint64(hddSize()), "size");
