@@ -3,17 +3,25 @@
 
 using namespace VXSystemInformation;
 
-namespace {
-QSet<QString> under(const QString &prefix, const QStringList &paths)
-{
-    QSet<QString> set;
-    for (const QString &path : paths)
-        set.insert(prefix + path);
-    return set;
-}
+#define ENTRY "[Desktop Entry]\nType=Application\nName=Editor\n"
 
-const QByteArray kApplicationEntry =
-    "[Desktop Entry]\nType=Application\nName=Editor\nExec=editor\n";
+namespace {
+// Empty folders ("/"-terminated) or files ("path=content"); "~" is the home folder. A leading
+// "+" marks a path the query must find.
+Files files(const QByteArrayList &paths, QStringList *found = nullptr)
+{
+    Files result;
+    for (QByteArray path : paths) {
+        const bool wanted = path.startsWith('+');
+        path.remove(0, wanted ? 1 : 0);
+        const qsizetype split = path.contains('=') ? path.indexOf('=') : path.size();
+        const QString name = QString::fromUtf8(path.left(split));
+        result.insert(name, path.mid(split + 1));
+        if (wanted)
+            found->append(name.endsWith(u'/') ? name.chopped(1) : name);
+    }
+    return result;
+}
 } // namespace
 
 class TestInventory : public QObject
@@ -21,125 +29,73 @@ class TestInventory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void directoryScan()
+    void inventory_data()
     {
-        FakeMachine machine;
-        for (const char *dir :
-             {"/Applications/Foo.app/Contents/bin/", "/Applications/Foo.APP/Inner.app/",
-              "/Applications/Utilities/Bar.app/", "/Applications/Games/Deep/Game.app/",
-              "/Applications/Games/Case.App/Inner.app/", "/System/Applications/Sys.app/",
-              "/Network/Applications/Remote.app/", "~/Applications/Mine.app/"})
-            machine.write(QString::fromLatin1(dir), {});
-        machine.write(QStringLiteral("/Applications/plain-file.app"), "not a directory");
-        machine.write(QStringLiteral("/Applications/Linked"), "->Utilities");
-
-        const QSet<QString> expected =
-            under(machine.rootPath(), {QStringLiteral("/Applications/Foo.app"),
-                                       QStringLiteral("/Applications/Utilities/Bar.app"),
-                                       QStringLiteral("/Applications/Games/Deep/Game.app"),
-                                       QStringLiteral("/System/Applications/Sys.app")}) +
-            under(machine.homePath(), {QStringLiteral("/Applications/Mine.app")});
-        // No desktop entries at all: the folders are all there is.
-        QVERIFY(allApplicationsPathsWithLaunchServices().isEmpty());
-        QCOMPARE(allApplicationsPaths(), expected);
-
-        // Once the desktop-entry database answers, its answer stands alone.
-        machine.write(QStringLiteral("~/.local/share/applications/editor.desktop"),
-                      kApplicationEntry);
-        QCOMPARE(allApplicationsPaths(),
-                 under(machine.homePath(),
-                       {QStringLiteral("/.local/share/applications/editor.desktop")}));
+        QTest::addColumn<int>("query"); // 0 applications, 1 desktop entries, 2 panes
+        QTest::addColumn<QByteArrayList>("tree");
+        QTest::newRow("no desktop entries: the folders; Foo.APP neither added nor entered")
+            << 0
+            << QByteArrayList{"+/Applications/Foo.app/",
+                              "/Applications/Foo.APP/Inner.app/",
+                              "+/Applications/Utilities/Bar.app/",
+                              "+/System/Applications/S.app/",
+                              "/Network/Applications/Remote.app/",
+                              "+~/Applications/Mine.app/",
+                              "/Applications/plain-file.app=no folder"};
+        QTest::newRow("the desktop-entry answer stands alone")
+            << 0
+            << QByteArrayList{"/Applications/Foo.app/",
+                              "+~/.local/share/applications/e.desktop=" ENTRY};
+        QTest::newRow("desktop entries of applications, shown ones only")
+            << 1
+            << QByteArrayList{"+/usr/share/applications/e.desktop=" ENTRY,
+                              "+/usr/share/applications/sub/t.desktop=[Desktop Entry]\n"
+                              "Type = Application\n",
+                              "/usr/share/applications/link.desktop=[Desktop Entry]\nType=Link\n",
+                              "/usr/share/applications/gone.desktop=" ENTRY "Hidden=true\n"};
+        QTest::newRow("panes in sub-folders, not inside a pane")
+            << 2
+            << QByteArrayList{"+/Library/PreferencePanes/A.prefPane/",
+                              "/Library/PreferencePanes/A.prefPane/B.prefPane/",
+                              "+/Library/PreferencePanes/Sub/C.prefpane/",
+                              "+/Library/PreferencePanes/Loose.prefPane=a file",
+                              "+~/Library/PreferencePanes/MINE.PREFPANE/"};
     }
-
-    void desktopEntries()
+    void inventory()
     {
-        FakeMachine machine;
-        const QString system = QStringLiteral("/usr/share/applications/");
-        machine.write(system + QStringLiteral("editor.desktop"), kApplicationEntry);
-        machine.write(system + QStringLiteral("vendor/tool.desktop"),
-                      "# comment\n[Desktop Entry]\nName=Tool\nType = Application\n");
-        machine.write(system + QStringLiteral("link.desktop"),
-                      "[Desktop Entry]\nType=Link\nURL=x\n");
-        machine.write(system + QStringLiteral("gone.desktop"), kApplicationEntry + "Hidden=true\n");
-        machine.write(system + QStringLiteral("action-only.desktop"),
-                      "[Desktop Action new]\nType=Application\n[Desktop Entry]\nType=Service\n");
-        machine.write(system + QStringLiteral("mimeinfo.cache"), "[MIME Cache]\n");
-        machine.write(QStringLiteral("/usr/local/share/applications/local.desktop"),
-                      kApplicationEntry);
-        qputenv("XDG_DATA_HOME", (machine.scratchPath() + QStringLiteral("/data")).toUtf8());
-        machine.write(QStringLiteral("~/../data/applications/mine.desktop"), kApplicationEntry);
-        machine.write(QStringLiteral("~/.local/share/applications/ignored.desktop"),
-                      kApplicationEntry);
-
-        QSet<QString> expected = under(
-            machine.rootPath(), {system + QStringLiteral("editor.desktop"),
-                                 system + QStringLiteral("vendor/tool.desktop"),
-                                 QStringLiteral("/usr/local/share/applications/local.desktop")});
-        expected.insert(
-            QFileInfo(machine.scratchPath() + QStringLiteral("/data/applications/mine.desktop"))
-                .absoluteFilePath());
-        QCOMPARE(allApplicationsPathsWithLaunchServices(), expected);
-        qunsetenv("XDG_DATA_HOME");
-    }
-
-    void preferencePanes()
-    {
-        FakeMachine machine;
-        for (const char *dir :
-             {"/Library/PreferencePanes/Top.prefPane/Contents/Inner.prefPane/",
-              "/Library/PreferencePanes/Vendor/Sub.prefpane/", "/Library/PreferencePanes/Other/",
-              "/System/Library/PreferencePanes/Sys.prefPane/",
-              "/Network/Library/PreferencePanes/Net.prefPane/",
-              "~/Library/PreferencePanes/MINE.PREFPANE/"})
-            machine.write(QString::fromLatin1(dir), {});
-        machine.write(QStringLiteral("/Library/PreferencePanes/Other/Loose.prefPane"), "a file");
-        const QSet<QString> expected =
-            under(machine.rootPath(),
-                  {QStringLiteral("/Library/PreferencePanes/Top.prefPane"),
-                   QStringLiteral("/Library/PreferencePanes/Vendor/Sub.prefpane"),
-                   QStringLiteral("/Library/PreferencePanes/Other/Loose.prefPane"),
-                   QStringLiteral("/System/Library/PreferencePanes/Sys.prefPane"),
-                   QStringLiteral("/Network/Library/PreferencePanes/Net.prefPane")}) +
-            under(machine.homePath(), {QStringLiteral("/Library/PreferencePanes/MINE.PREFPANE")});
-        QCOMPARE(allPreferencePanesPaths(), expected);
+        QFETCH(int, query);
+        QFETCH(QByteArrayList, tree);
+        QStringList found;
+        FakeMachine machine(files(tree, &found));
+        QSet<QString> expected;
+        for (const QString &path : found)
+            expected.insert(machine.resolve(path));
+        QCOMPARE(query == 0   ? allApplicationsPaths()
+                 : query == 1 ? allApplicationsPathsWithLaunchServices()
+                              : allPreferencePanesPaths(),
+                 expected);
     }
 
     void defaultBrowser_data()
     {
-        QTest::addColumn<QString>("list");
-        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("handlers");
         QTest::addColumn<QString>("browser");
-
-        const QString user = QStringLiteral("~/.config/mimeapps.list");
         QTest::newRow("blank stays encoded")
-            << user
-            << QByteArray("[Default Applications]\nx-scheme-handler/http=My Browser.desktop;\n")
-            << QStringLiteral("My%20Browser");
+            << QByteArray("My Browser.desktop;") << QStringLiteral("My%20Browser");
         QTest::newRow("first installed handler")
-            << user
-            << QByteArray("[Added Associations]\nx-scheme-handler/http=web.desktop\n"
-                          "[Default Applications]\nx-scheme-handler/https=web.desktop\n"
-                          "x-scheme-handler/http=absent.desktop;web.desktop\n")
-            << QStringLiteral("web");
-        QTest::newRow("system-wide list")
-            << QStringLiteral("/etc/xdg/mimeapps.list")
-            << QByteArray("[Default Applications]\nx-scheme-handler/http=web.desktop\n")
-            << QStringLiteral("web");
-        QTest::newRow("no handler") << user
-                                    << QByteArray("[Default Applications]\ntext/html=web.desktop\n"
-                                                  "x-scheme-handler/http=absent.desktop\n")
-                                    << QString();
+            << QByteArray("absent.desktop;web.desktop") << QStringLiteral("web");
+        QTest::newRow("no handler installed") << QByteArray("absent.desktop") << QString();
     }
     void defaultBrowser()
     {
-        QFETCH(QString, list);
-        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, handlers);
         QFETCH(QString, browser);
-        FakeMachine machine;
-        machine.write(QStringLiteral("/usr/share/applications/web.desktop"), kApplicationEntry);
-        machine.write(QStringLiteral("/usr/share/applications/My Browser.desktop"),
-                      kApplicationEntry);
-        machine.write(list, content);
+        FakeMachine machine(files({"/usr/share/applications/web.desktop=" ENTRY,
+                                   "/usr/share/applications/My Browser.desktop=" ENTRY,
+                                   "~/.config/mimeapps.list=[Added Associations]\n"
+                                   "x-scheme-handler/http=web.desktop\n[Default Applications]\n"
+                                   "x-scheme-handler/https=web.desktop\nx-scheme-handler/http=" +
+                                       handlers}));
         LogCapture log;
         const QString answer = defaultWebBrowser();
         QCOMPARE(answer, browser);
