@@ -41,11 +41,10 @@ bool polkitAvailable()
 {
     if (::geteuid() != 0)
         return false;
-    for (const char *tool :
-         {"unshare", "setpriv", "chroot", "dbus-daemon", "dbus-send", "pkcheck", "pkexec"}) {
-        if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty())
+    for (const QString &tool :
+         QStringLiteral("unshare setpriv chroot dbus-daemon dbus-send pkcheck pkexec").split(u' '))
+        if (QStandardPaths::findExecutable(tool).isEmpty())
             return false;
-    }
     return QFileInfo::exists(QStringLiteral("/usr/lib/polkit-1/polkitd")) &&
            QFileInfo(QStringLiteral("/run/dbus")).isDir() &&
            QFileInfo::exists(QCoreApplication::applicationDirPath() +
@@ -113,10 +112,10 @@ done
                            QString(body).replace(QStringLiteral("%1"), dir);
 
     QProcess unshare;
-    unshare.start(QStringLiteral("unshare"),
-                  {QStringLiteral("--pid"), QStringLiteral("--fork"), QStringLiteral("--mount"),
-                   QStringLiteral("--mount-proc"), QStringLiteral("--propagation"),
-                   QStringLiteral("private"), QStringLiteral("sh"), QStringLiteral("-c"), script});
+    unshare.start(
+        QStringLiteral("unshare"),
+        QStringLiteral("--pid --fork --mount --mount-proc --propagation private sh -c").split(u' ')
+            << script);
     if (!unshare.waitForFinished(60000))
         return false;
     *out = unshare.readAllStandardOutput();
