@@ -90,10 +90,6 @@ void TestPayload::payload_data()
         << full << quint64(2) << false << QString()
         << QByteArray(R"({"userName":"ann","comment":"","priceIssues":{},"extra":[1,"two"],
             "other":0,"fairPrice":1,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
-    QTest::newRow("non-string user name passed on")
-        << QByteArray(R"({"userName":{"id":7,"names":["a"]}})") << quint64(3) << false << QString()
-        << QByteArray(R"({"userName":{"id":7,"names":["a"]},"marketingIssues":1,"comment":"",
-            "other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
     QTest::newRow("user name named like a survey key survives")
         << QByteArray(R"({"userName":"x","other":"file"})") << quint64(5) << false << QString()
         << QByteArray(R"({"userName":"x","supportIssues":{},"comment":"",
