@@ -4,49 +4,23 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
-#include <memory>
 #include <sys/stat.h>
 
 namespace {
 
-QString bwrapPath()
+Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
+                    const QString &roBind = {})
 {
-    return QStandardPaths::findExecutable(QStringLiteral("bwrap"));
-}
-
-} // namespace
-
-bool Sandbox::available()
-{
-    static const bool ok = [] {
-        if (bwrapPath().isEmpty())
-            return false;
-        Options options;
-        options.timeoutMs = 20000;
-        return run({QStringLiteral("/bin/true")}, options).exitCode == 0;
-    }();
-    return ok;
-}
-
-Sandbox::Result Sandbox::run(const QStringList &command, const Options &options)
-{
-    Result result;
-    QStringList args = {
-        QStringLiteral("--unshare-all"), QStringLiteral("--die-with-parent"),
-        QStringLiteral("--new-session"), QStringLiteral("--ro-bind"),
-        QStringLiteral("/usr"),          QStringLiteral("/usr"),
-        QStringLiteral("--ro-bind"),     QStringLiteral("/etc"),
-        QStringLiteral("/etc"),          QStringLiteral("--proc"),
-        QStringLiteral("/proc"),         QStringLiteral("--dev"),
-        QStringLiteral("/dev"),          QStringLiteral("--tmpfs"),
-        QStringLiteral("/tmp"),
-    };
+    Sandbox::Result result;
+    QStringList args = QStringLiteral("--unshare-all --die-with-parent --new-session --ro-bind "
+                                      "/usr /usr --ro-bind /etc /etc --proc /proc --dev /dev "
+                                      "--tmpfs /tmp")
+                           .split(u' ');
     // The merged-/usr links of the host, recreated inside.
     for (const char *link : {"bin", "sbin", "lib", "lib32", "lib64", "libx32"}) {
         const QFileInfo info(QStringLiteral("/") + QLatin1String(link));
@@ -55,66 +29,57 @@ Sandbox::Result Sandbox::run(const QStringList &command, const Options &options)
         else if (info.isDir())
             args << QStringLiteral("--ro-bind") << info.filePath() << info.filePath();
     }
-
-    // Files handed to bwrap must live until it has set the sandbox up.
-    std::unique_ptr<QTemporaryFile> hostsFile;
+    QTemporaryFile hostsFile; // must live until bwrap has set the sandbox up
     if (!options.hosts.isEmpty()) {
-        hostsFile = std::make_unique<QTemporaryFile>();
-        if (!hostsFile->open())
+        if (!hostsFile.open())
             return result;
-        QByteArray text = "127.0.0.1 localhost\n::1 localhost\n";
+        hostsFile.write("127.0.0.1 localhost\n");
         for (auto it = options.hosts.cbegin(); it != options.hosts.cend(); ++it)
-            text += it.value().toUtf8() + ' ' + it.key().toUtf8() + '\n';
-        hostsFile->write(text);
-        hostsFile->flush();
-        args << QStringLiteral("--ro-bind") << hostsFile->fileName()
-             << QStringLiteral("/etc/hosts");
+            hostsFile.write(it.value().toUtf8() + ' ' + it.key().toUtf8() + '\n');
+        hostsFile.flush();
+        args << QStringLiteral("--ro-bind") << hostsFile.fileName() << QStringLiteral("/etc/hosts");
     }
-    if (!options.certificatesDir.isEmpty())
-        args << QStringLiteral("--ro-bind") << options.certificatesDir
-             << QStringLiteral("/etc/ssl/certs");
     for (const QString &dir : options.tmpfs)
         args << QStringLiteral("--tmpfs") << dir;
-    for (const auto &[host, inside] : options.roBinds)
-        args << QStringLiteral("--ro-bind") << host << inside;
+    if (!roBind.isEmpty())
+        args << QStringLiteral("--ro-bind") << roBind << roBind;
     for (const auto &[host, inside] : options.binds)
         args << QStringLiteral("--bind") << host << inside;
-
     args << QStringLiteral("--clearenv") << QStringLiteral("--setenv") << QStringLiteral("PATH")
          << QStringLiteral("/usr/sbin:/usr/bin:/sbin:/bin");
     for (auto it = options.environment.cbegin(); it != options.environment.cend(); ++it)
         args << QStringLiteral("--setenv") << it.key() << it.value();
-    args << QStringLiteral("--chdir")
-         << (options.workingDirectory.isEmpty() ? QStringLiteral("/") : options.workingDirectory);
-    args << QStringLiteral("--") << command;
+    args << QStringLiteral("--chdir") << QStringLiteral("/") << QStringLiteral("--") << command;
 
     QProcess bwrap;
-    bwrap.start(bwrapPath(), args);
-    if (!bwrap.waitForStarted(10000))
-        return result;
-    if (!bwrap.waitForFinished(options.timeoutMs)) {
+    bwrap.start(QStandardPaths::findExecutable(QStringLiteral("bwrap")), args);
+    const bool ended = bwrap.waitForFinished(120000);
+    if (!ended) {
         bwrap.kill();
         bwrap.waitForFinished(5000);
-        result.standardOutput = bwrap.readAllStandardOutput();
-        result.standardError = bwrap.readAllStandardError();
-        return result;
     }
-    result.finished = bwrap.exitStatus() == QProcess::NormalExit;
+    result.finished = ended && bwrap.exitStatus() == QProcess::NormalExit;
     result.exitCode = bwrap.exitCode();
     result.standardOutput = bwrap.readAllStandardOutput();
     result.standardError = bwrap.readAllStandardError();
     return result;
 }
 
+} // namespace
+
+bool Sandbox::available()
+{
+    static const bool ok = !QStandardPaths::findExecutable(QStringLiteral("bwrap")).isEmpty() &&
+                           run({QStringLiteral("/bin/true")}, {}).exitCode == 0;
+    return ok;
+}
+
 Sandbox::Result Sandbox::runSelf(const QStringList &arguments, Options options)
 {
     const QString program = QCoreApplication::applicationFilePath();
-    const QString dir = QFileInfo(program).absolutePath();
-    options.roBinds.prepend({dir, dir});
     options.environment.insert(QStringLiteral("QV_SANDBOXED"), QStringLiteral("1"));
-    if (!options.environment.contains(QStringLiteral("QT_QPA_PLATFORM")))
-        options.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    return run(QStringList{program} + arguments, options);
+    options.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return run(QStringList{program} + arguments, options, QFileInfo(program).absolutePath());
 }
 
 bool Sandbox::insideSandbox()
@@ -125,29 +90,26 @@ bool Sandbox::insideSandbox()
 QMap<QString, QString> Sandbox::snapshot(const QString &root)
 {
     QMap<QString, QString> tree;
-    const QDir base(root);
     QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                     QDirIterator::Subdirectories); // does not descend through links
     while (it.hasNext()) {
         const QString path = it.next();
-        const QString relative = base.relativeFilePath(path);
         struct stat st;
         if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
             continue;
         const QString mode = QString::number(st.st_mode & 07777, 8);
+        QString entry = QStringLiteral("dir ") + mode;
         if (S_ISLNK(st.st_mode)) {
-            tree.insert(relative, QStringLiteral("link -> ") + QFile::symLinkTarget(path));
-        } else if (S_ISDIR(st.st_mode)) {
-            tree.insert(relative, QStringLiteral("dir ") + mode);
-        } else {
+            entry = QStringLiteral("link -> ") + QFile::symLinkTarget(path);
+        } else if (!S_ISDIR(st.st_mode)) {
             QFile file(path);
             QCryptographicHash hash(QCryptographicHash::Sha256);
             if (file.open(QIODevice::ReadOnly))
                 hash.addData(&file);
-            tree.insert(
-                relative,
-                QStringLiteral("file %1 %2").arg(mode, QString::fromLatin1(hash.result().toHex())));
+            entry =
+                QStringLiteral("file %1 %2").arg(mode, QString::fromLatin1(hash.result().toHex()));
         }
+        tree.insert(QDir(root).relativeFilePath(path), entry);
     }
     return tree;
 }

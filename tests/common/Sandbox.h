@@ -7,24 +7,18 @@
 #include <QString>
 #include <QStringList>
 
-// Runs a command inside a bubblewrap sandbox whose root is a fresh tmpfs: the system's
-// /usr (and its /bin, /lib links) and /etc are read-only, /proc, /dev and /tmp are
-// private, every namespace (network included: loopback only) is unshared, and only the
-// binds the caller names reach the host. Mount points are created in the sandbox's own
-// root, so nothing is ever created on the host.
+// Re-runs the calling test inside a bubblewrap sandbox whose root is a fresh tmpfs: /usr and
+// /etc read-only, private /proc, /dev and /tmp, every namespace (network: loopback only)
+// unshared, and only the binds the caller names reach the host.
 class Sandbox
 {
 public:
     struct Options
     {
-        QList<QPair<QString, QString>> binds;   // host path -> path inside, writable
-        QList<QPair<QString, QString>> roBinds; // host path -> path inside, read-only
-        QStringList tmpfs;                      // empty writable folders inside
-        QMap<QString, QString> hosts;           // host name -> address, as /etc/hosts
-        QString certificatesDir;                // replaces /etc/ssl/certs when set
-        QMap<QString, QString> environment;     // added to a cleared environment
-        QString workingDirectory;               // inside; "/" when empty
-        int timeoutMs = 120000;
+        QList<QPair<QString, QString>> binds; // host path -> path inside, writable
+        QStringList tmpfs;                    // empty writable folders inside
+        QMap<QString, QString> hosts;         // host name -> address, as /etc/hosts
+        QMap<QString, QString> environment;   // added to a cleared environment
     };
 
     struct Result
@@ -37,16 +31,11 @@ public:
 
     // True when bubblewrap is installed and can build a sandbox here.
     static bool available();
-
-    static Result run(const QStringList &command, const Options &options);
-
-    // Re-runs the calling program inside a sandbox with the given arguments; the
-    // program's own folder is bound read-only at the same place and QV_SANDBOXED=1 is
-    // set, so the program can tell that it runs inside.
+    // The program's own folder is bound read-only and QV_SANDBOXED=1 is set inside.
     static Result runSelf(const QStringList &arguments, Options options);
     static bool insideSandbox();
 
-    // The tree below root as relative path -> description: "dir <mode>",
-    // "file <mode> <sha256>", "link -> <target>". Links are described, never followed.
+    // The tree below root as relative path -> "dir <mode>", "file <mode> <sha256>" or
+    // "link -> <target>"; links are never followed.
     static QMap<QString, QString> snapshot(const QString &root);
 };

@@ -1,25 +1,25 @@
 #include "TestCA.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSslConfiguration>
 
 namespace {
 
-bool runOpenssl(const QString &dir, const QStringList &arguments)
+bool openssl(const QString &dir, const QString &arguments, const QString &subject = {})
 {
-    QProcess openssl;
-    openssl.setWorkingDirectory(dir);
-    openssl.setProcessChannelMode(QProcess::MergedChannels);
-    openssl.start(QStringLiteral("openssl"), arguments);
-    if (!openssl.waitForFinished(60000) || openssl.exitStatus() != QProcess::NormalExit ||
-        openssl.exitCode() != 0) {
-        qWarning("openssl %s failed: %s", qPrintable(arguments.join(u' ')),
-                 openssl.readAll().constData());
-        return false;
-    }
-    return true;
+    QProcess process;
+    process.setWorkingDirectory(dir);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    QStringList args = arguments.split(u' ');
+    if (!subject.isEmpty())
+        args << QStringLiteral("-subj") << subject;
+    process.start(QStringLiteral("openssl"), args);
+    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit &&
+        process.exitCode() == 0)
+        return true;
+    qWarning("openssl %s failed: %s", qPrintable(arguments), process.readAll().constData());
+    return false;
 }
 
 QByteArray readFile(const QString &path)
@@ -30,59 +30,35 @@ QByteArray readFile(const QString &path)
 
 } // namespace
 
-std::optional<TestCA> TestCA::create(const QString &dir, const QStringList &dnsNames,
-                                     const QStringList &ipAddresses)
+std::optional<TestCA> TestCA::create(const QString &dir, const QString &hostName)
 {
-    QStringList names;
-    for (const QString &name : dnsNames)
-        names << QStringLiteral("DNS:") + name;
-    for (const QString &ip : ipAddresses)
-        names << QStringLiteral("IP:") + ip;
     QFile ext(dir + QStringLiteral("/server.ext"));
     if (!ext.open(QIODevice::WriteOnly))
         return std::nullopt;
-    ext.write("basicConstraints=critical,CA:FALSE\n"
-              "keyUsage=critical,digitalSignature\n"
-              "extendedKeyUsage=serverAuth\n"
-              "subjectAltName=" +
-              names.join(u',').toUtf8() + "\n");
+    ext.write("basicConstraints=critical,CA:FALSE\nkeyUsage=critical,digitalSignature\n"
+              "extendedKeyUsage=serverAuth\nsubjectAltName=DNS:" +
+              hostName.toUtf8() + ",IP:127.0.0.1\n");
     ext.close();
-
-    const QStringList ecKey = {
-        QStringLiteral("-newkey"), QStringLiteral("ec"), QStringLiteral("-pkeyopt"),
-        QStringLiteral("ec_paramgen_curve:prime256v1"), QStringLiteral("-nodes")};
-    if (!runOpenssl(dir, QStringList{QStringLiteral("req"), QStringLiteral("-x509")} + ecKey +
-                             QStringList{QStringLiteral("-keyout"), QStringLiteral("ca.key"),
-                                         QStringLiteral("-out"), QStringLiteral("ca.pem"),
-                                         QStringLiteral("-days"), QStringLiteral("2"),
-                                         QStringLiteral("-subj"),
-                                         QStringLiteral("/CN=Throwaway test CA"),
-                                         QStringLiteral("-addext"),
-                                         QStringLiteral("basicConstraints=critical,CA:TRUE"),
-                                         QStringLiteral("-addext"),
-                                         QStringLiteral("keyUsage=critical,keyCertSign,cRLSign")}))
-        return std::nullopt;
-    const QString commonName = dnsNames.isEmpty() ? ipAddresses.value(0) : dnsNames.first();
-    if (!runOpenssl(dir,
-                    QStringList{QStringLiteral("req")} + ecKey +
-                        QStringList{QStringLiteral("-keyout"), QStringLiteral("server.key"),
-                                    QStringLiteral("-out"), QStringLiteral("server.csr"),
-                                    QStringLiteral("-subj"), QStringLiteral("/CN=") + commonName}))
-        return std::nullopt;
-    if (!runOpenssl(dir,
-                    {QStringLiteral("x509"), QStringLiteral("-req"), QStringLiteral("-in"),
-                     QStringLiteral("server.csr"), QStringLiteral("-CA"), QStringLiteral("ca.pem"),
-                     QStringLiteral("-CAkey"), QStringLiteral("ca.key"),
-                     QStringLiteral("-CAcreateserial"), QStringLiteral("-out"),
-                     QStringLiteral("server.pem"), QStringLiteral("-days"), QStringLiteral("2"),
-                     QStringLiteral("-extfile"), QStringLiteral("server.ext")}))
+    const QString ecKey =
+        QStringLiteral("-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -keyout ");
+    if (!openssl(dir,
+                 QStringLiteral("req -x509 ") + ecKey +
+                     QStringLiteral("ca.key -out ca.pem -days 2 -addext "
+                                    "basicConstraints=critical,CA:TRUE -addext "
+                                    "keyUsage=critical,keyCertSign,cRLSign"),
+                 QStringLiteral("/CN=Throwaway test CA")) ||
+        !openssl(dir, QStringLiteral("req ") + ecKey + QStringLiteral("server.key -out server.csr"),
+                 QStringLiteral("/CN=") + hostName) ||
+        !openssl(dir,
+                 QStringLiteral("x509 -req -in server.csr -CA ca.pem -CAkey ca.key "
+                                "-CAcreateserial -out server.pem -days 2 -extfile server.ext")))
         return std::nullopt;
 
     TestCA ca;
-    ca._dir = dir;
-    ca._ca = QSslCertificate(readFile(ca.caCertificatePath()), QSsl::Pem);
-    ca._serverCertificate = QSslCertificate(readFile(ca.serverCertificatePath()), QSsl::Pem);
-    ca._serverKey = QSslKey(readFile(ca.serverKeyPath()), QSsl::Ec, QSsl::Pem);
+    ca._ca = QSslCertificate(readFile(dir + QStringLiteral("/ca.pem")), QSsl::Pem);
+    ca._serverCertificate =
+        QSslCertificate(readFile(dir + QStringLiteral("/server.pem")), QSsl::Pem);
+    ca._serverKey = QSslKey(readFile(dir + QStringLiteral("/server.key")), QSsl::Ec, QSsl::Pem);
     if (ca._ca.isNull() || ca._serverCertificate.isNull() || ca._serverKey.isNull())
         return std::nullopt;
     return ca;
@@ -93,16 +69,4 @@ void TestCA::trustInThisProcess() const
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     configuration.addCaCertificate(_ca);
     QSslConfiguration::setDefaultConfiguration(configuration);
-}
-
-QString TestCA::makeCertificatesDir() const
-{
-    const QString certs = _dir + QStringLiteral("/certs");
-    QProcess cp;
-    cp.start(QStringLiteral("cp"), {QStringLiteral("-a"), QStringLiteral("/etc/ssl/certs"), certs});
-    if (!cp.waitForFinished(60000) || cp.exitCode() != 0)
-        return QString();
-    if (!QFile::copy(caCertificatePath(), certs + QStringLiteral("/quorvelle-test-ca.pem")))
-        return QString();
-    return runOpenssl(certs, {QStringLiteral("rehash"), QStringLiteral(".")}) ? certs : QString();
 }

@@ -17,61 +17,64 @@ namespace {
 const QString kUserHome = QStringLiteral("/home/alex");
 const QString kTitle = QStringLiteral("Uninstall Quorvelle");
 
+QStringList words(const char *text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char(' '));
+}
+
 // What the suite's removal takes away: exact items (with their contents) and file-name
-// prefixes. Everything else on the fake machine must stay.
-const QStringList kRemovedItems = {
-    QStringLiteral("/Library/Application Support/Quorvelle"),
-    QStringLiteral("/Library/Caches/com.varnix.Quorvelle"),
-    QStringLiteral("/Library/LaunchDaemons/com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist"),
-    QStringLiteral("/Library/LaunchDaemons/com.varnix.Quorvelle.AntiVirus.plist"),
-    QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus"),
-    QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist"),
-    QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon"),
-    QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist"),
-    QStringLiteral("/Library/Caches/net.brelltan.Quorvelle"),
-    kUserHome + QStringLiteral("/Library/Application Support/Quorvelle"),
-    kUserHome + QStringLiteral("/Library/Application Support/Quorvelle Helper"),
-    kUserHome + QStringLiteral("/Library/Saved Application State/com.varnix.Quorvelle.savedState"),
-    kUserHome + QStringLiteral("/Library/LaunchAgents/com.varnix.Quorvelle.Helper"),
-    kUserHome + QStringLiteral("/Library/LaunchAgents/com.varnix.Quorvelle.Helper.plist"),
-    kUserHome + QStringLiteral("/Library/LaunchAgents/net.brelltan.Quorvelle.Helper"),
-    kUserHome + QStringLiteral("/Library/LaunchAgents/net.brelltan.Quorvelle.Helper.plist"),
-    kUserHome +
-        QStringLiteral("/Library/Saved Application State/net.brelltan.Quorvelle.savedState"),
-};
-const QStringList kRemovedPrefixes = {
-    kUserHome + QStringLiteral("/Library/Preferences/com.varnix.Quorvelle"),
-    kUserHome + QStringLiteral("/Library/Caches/com.varnix.Quorvelle"),
-    kUserHome + QStringLiteral("/Library/Preferences/net.brelltan.Quorvelle"),
-    kUserHome + QStringLiteral("/Library/Caches/net.brelltan.Quorvelle"),
-};
+// prefixes ("*"). Everything else on the fake machine must stay.
+QStringList removedItems()
+{
+    QStringList items = {QStringLiteral("/Library/Application Support/Quorvelle"),
+                         QStringLiteral("/Library/Caches/com.varnix.Quorvelle"),
+                         QStringLiteral("/Library/Caches/net.brelltan.Quorvelle")};
+    for (const QString &name :
+         words("com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist "
+               "com.varnix.Quorvelle.AntiVirus.plist net.brelltan.Quorvelle.AntiVirus "
+               "net.brelltan.Quorvelle.AntiVirus.plist "
+               "net.brelltan.Quorvelle.plugin.AntiTheft.daemon "
+               "net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist"))
+        items << QStringLiteral("/Library/LaunchDaemons/") + name;
+    for (const QString &name :
+         words("LaunchAgents/com.varnix.Quorvelle.Helper "
+               "LaunchAgents/com.varnix.Quorvelle.Helper.plist "
+               "LaunchAgents/net.brelltan.Quorvelle.Helper "
+               "LaunchAgents/net.brelltan.Quorvelle.Helper.plist "
+               "Preferences/com.varnix.Quorvelle* Caches/com.varnix.Quorvelle* "
+               "Preferences/net.brelltan.Quorvelle* Caches/net.brelltan.Quorvelle*"))
+        items << kUserHome + QStringLiteral("/Library/") + name;
+    for (const char *name :
+         {"Application Support/Quorvelle", "Application Support/Quorvelle Helper",
+          "Saved Application State/com.varnix.Quorvelle.savedState",
+          "Saved Application State/net.brelltan.Quorvelle.savedState"})
+        items << kUserHome + QStringLiteral("/Library/") + QLatin1String(name);
+    return items;
+}
 
 QStringList afterRemoval(const QStringList &before)
 {
     QStringList after;
     for (const QString &path : before) {
         bool gone = false;
-        for (const QString &item : kRemovedItems)
-            gone = gone || path == item || path.startsWith(item + QLatin1Char('/'));
-        for (const QString &prefix : kRemovedPrefixes)
-            gone = gone || path.startsWith(prefix);
+        for (const QString &item : removedItems()) {
+            gone = gone || path == item || path.startsWith(item + QLatin1Char('/')) ||
+                   (item.endsWith(QLatin1Char('*')) && path.startsWith(item.chopped(1)));
+        }
         if (!gone)
             after.append(path);
     }
     return after;
 }
 
-std::optional<QString> run(const QString &program, const QStringList &arguments,
-                           int timeoutMs = 30000)
+std::optional<QString> run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
-    if (!process.waitForFinished(timeoutMs)) {
+    if (!process.waitForFinished(30000))
         process.kill();
-        process.waitForFinished();
-        return std::nullopt;
-    }
+    process.waitForFinished();
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         return std::nullopt;
     return QString::fromUtf8(process.readAllStandardOutput());
@@ -83,10 +86,8 @@ class tst_Roads : public QObject
 {
     Q_OBJECT
 
-    QString _sandbox;
-    QString _bin;
+    QString _sandbox, _bin, _display;
     QProcess _xvfb;
-    QString _display;
 
     QProcessEnvironment displayEnvironment() const
     {
@@ -98,15 +99,15 @@ class tst_Roads : public QObject
         return env;
     }
 
-    QString x(const QString &tool, const QStringList &arguments, int timeoutMs = 30000)
+    // An X tool on the test display; its standard output.
+    QString x(const QStringList &command)
     {
         QProcess process;
         process.setProcessEnvironment(displayEnvironment());
-        process.start(tool, arguments);
-        if (!process.waitForFinished(timeoutMs)) {
+        process.start(command.first(), command.mid(1));
+        if (!process.waitForFinished(30000))
             process.kill();
-            process.waitForFinished();
-        }
+        process.waitForFinished();
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
 
@@ -115,10 +116,8 @@ class tst_Roads : public QObject
     {
         QTemporaryDir stage;
         QStringList before;
-        QProcess program;
-        QProcess mapSpy;
+        QProcess program, mapSpy;
         QByteArray mapEvents;
-        QString window;
 
         bool windowMapped()
         {
@@ -126,13 +125,25 @@ class tst_Roads : public QObject
                 mapEvents += mapSpy.readAllStandardOutput();
             return mapEvents.contains("MapNotify");
         }
+        QByteArray out(const char *name) const
+        {
+            QFile file(stage.filePath(QStringLiteral("out/")) + QLatin1String(name));
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        }
+        // The body of the survey's request as the stand-in service logged it; empty if none.
+        QByteArray surveyBody() const
+        {
+            const QByteArray log = out("service.log");
+            const QByteArray head =
+                "POST https://account." QV_EXPECTED_DOMAIN "/mac/uninstall-survey\n";
+            const qsizetype at = log.indexOf(head);
+            return at < 0 ? QByteArray() : log.mid(at + head.size()).chopped(1);
+        }
         ~Launch()
         {
             for (QProcess *p : {&program, &mapSpy}) {
-                if (p->state() != QProcess::NotRunning) {
-                    p->kill();
-                    p->waitForFinished();
-                }
+                p->kill();
+                p->waitForFinished();
             }
         }
     };
@@ -145,9 +156,7 @@ class tst_Roads : public QObject
         l->before = list(l->stage.path());
         // Every window mapped on the display shows up here.
         l->mapSpy.setProcessEnvironment(displayEnvironment());
-        l->mapSpy.start(QStringLiteral("stdbuf"),
-                        {QStringLiteral("-oL"), QStringLiteral("xev"), QStringLiteral("-root"),
-                         QStringLiteral("-event"), QStringLiteral("substructure")});
+        l->mapSpy.start(QStringLiteral("stdbuf"), words("-oL xev -root -event substructure"));
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
@@ -159,24 +168,21 @@ class tst_Roads : public QObject
         return l;
     }
 
-    bool waitForWindow(Launch &l)
+    bool waitForWindow()
     {
-        l.window = x(QStringLiteral("timeout"),
-                     {QStringLiteral("20"), QStringLiteral("xdotool"), QStringLiteral("search"),
-                      QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
-                      QStringLiteral("--name"), kTitle})
-                       .section(QLatin1Char('\n'), 0, 0);
-        if (l.window.isEmpty())
+        const QString window =
+            x(words("timeout 20 xdotool search --sync --onlyvisible --name") << kTitle)
+                .section(QLatin1Char('\n'), 0, 0);
+        if (window.isEmpty())
             return false;
-        x(QStringLiteral("xdotool"),
-          {QStringLiteral("windowfocus"), QStringLiteral("--sync"), l.window});
+        x(words("xdotool windowfocus --sync") << window);
         return true;
     }
 
-    void keys(const QStringList &keys)
+    void keys(const char *keys)
     {
-        for (const QString &key : keys) {
-            x(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
+        for (const QString &key : words(keys)) {
+            x({QStringLiteral("xdotool"), QStringLiteral("key"), key});
             QTest::qWait(150);
         }
     }
@@ -198,47 +204,23 @@ class tst_Roads : public QObject
             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
-    static QByteArray out(Launch &l, const char *name)
-    {
-        QFile file(l.stage.filePath(QStringLiteral("out/")) + QLatin1String(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    // The survey's request: the request line the stand-in service logged and the body.
-    static QList<QByteArray> surveyRequest(Launch &l)
-    {
-        const QByteArray log = out(l, "service.log");
-        const QByteArray head =
-            "POST https://account." QV_EXPECTED_DOMAIN "/mac/uninstall-survey\n";
-        const qsizetype at = log.indexOf(head);
-        if (at < 0)
-            return {};
-        QByteArray body = log.mid(at + head.size());
-        body.chop(1); // the log's own line end
-        return {head, body};
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
-        for (const char *tool : {"bwrap", "Xvfb", "xdotool", "xev", "python3", "openssl"}) {
-            if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty())
-                QSKIP(qPrintable(QStringLiteral("%1 is missing (scripts/setup installs it)")
-                                     .arg(QString::fromLatin1(tool))));
+        for (const QString &tool : words("bwrap Xvfb xdotool xev python3 openssl")) {
+            if (QStandardPaths::findExecutable(tool).isEmpty())
+                QSKIP(qPrintable(tool + QStringLiteral(" is missing (scripts/setup installs it)")));
         }
         _sandbox = qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox");
         _bin = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
         QVERIFY(QFile::exists(_bin + QStringLiteral("/QuorvelleUninstaller")));
         for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
-            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)) ||
-                QFile::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(n)))
+            const QString socket = QStringLiteral("/tmp/.X11-unix/X%1").arg(n);
+            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)) || QFile::exists(socket))
                 continue;
-            _xvfb.start(QStringLiteral("Xvfb"),
-                        {QStringLiteral(":%1").arg(n), QStringLiteral("-screen"),
-                         QStringLiteral("0"), QStringLiteral("1024x768x24"),
-                         QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(n)) ||
-                                         _xvfb.state() == QProcess::NotRunning,
+            _xvfb.start(QStringLiteral("Xvfb"), QStringList{QStringLiteral(":%1").arg(n)} +
+                                                    words("-screen 0 1024x768x24 -nolisten tcp"));
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket) || _xvfb.state() == QProcess::NotRunning,
                                      10000);
             if (_xvfb.state() == QProcess::Running)
                 _display = QStringLiteral(":%1").arg(n);
@@ -246,7 +228,7 @@ private Q_SLOTS:
         QVERIFY(!_display.isEmpty());
         // A keyboard that has the comment's letters: xdotool would otherwise remap spare keys
         // on the fly, which races with the program reading the new key map.
-        x(QStringLiteral("setxkbmap"), {QStringLiteral("de")});
+        x(words("setxkbmap de"));
     }
 
     void cleanupTestCase()
@@ -263,50 +245,41 @@ private Q_SLOTS:
         QVERIFY(finished(*l));
         QVERIFY(!l->windowMapped());
         QCOMPARE(list(l->stage.path()), afterRemoval(l->before));
-        QVERIFY(out(*l, "service.log").isEmpty());
+        QVERIFY(l->out("service.log").isEmpty());
     }
 
-    // The service answers (whatever it answers): the survey as the user filled it reaches it,
-    // then the product goes.
+    // The service answers (whatever it answers) or not: the survey as the user filled it
+    // reaches it, then the product goes.
     void online_data()
     {
         QTest::addColumn<QStringList>("options");
         QTest::newRow("service answers 200") << QStringList();
-        QTest::newRow("service answers 500")
-            << QStringList{QStringLiteral("--status"), QStringLiteral("500")};
-        // A service that never answers: the test build gives up after a few seconds instead
-        // of a minute, and the removal follows all the same.
+        QTest::newRow("service answers 500") << words("--status 500");
+        // The test build gives up after a few seconds instead of a minute.
         QTest::newRow("service never answers")
-            << QStringList{QStringLiteral("--silent"), QStringLiteral("--program"),
-                           QStringLiteral("QuorvelleUninstallerShortTimeout")};
+            << words("--silent --program QuorvelleUninstallerShortTimeout");
     }
     void online()
     {
         QFETCH(QStringList, options);
         auto l = launch(options);
         QVERIFY(l);
-        QVERIFY(waitForWindow(*l));
+        QVERIFY(waitForWindow());
         QVERIFY(l->windowMapped());
         // Features reason, two of its boxes, then a comment with non-ASCII text.
-        keys({QStringLiteral("alt+f"), QStringLiteral("alt+c"), QStringLiteral("alt+s"),
-              QStringLiteral("alt+t")});
+        keys("alt+f alt+c alt+s alt+t");
         const QString comment = QStringLiteral("Zu langsam, äöü ß € & a=b + c");
-        x(QStringLiteral("xdotool"),
-          {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("80"), comment});
+        x(words("xdotool type --delay 80") << comment);
         QTest::qWait(300);
-        keys({QStringLiteral("alt+u")});
+        keys("alt+u");
         QVERIFY(finished(*l, 60000));
 
-        const QList<QByteArray> request = surveyRequest(*l);
-        QCOMPARE(request.size(), 2);
-        const QByteArray body = request.at(1);
-        QVERIFY2(body.startsWith("uninstallData={"), body.constData());
-        QVERIFY2(body.endsWith('}'), body.constData()); // nothing after the JSON text
-        // Sent as raw UTF-8, not percent-encoded.
+        // Raw UTF-8 after the field name, not percent-encoded, and nothing after the JSON.
+        const QByteArray body = l->surveyBody();
+        QVERIFY2(body.startsWith("uninstallData={") && body.endsWith('}'), body.constData());
         QVERIFY2(body.contains(comment.toUtf8()), body.constData());
         QJsonParseError error;
-        const QJsonObject payload =
-            QJsonDocument::fromJson(body.mid(int(qstrlen("uninstallData="))), &error).object();
+        const QJsonObject payload = QJsonDocument::fromJson(body.mid(14), &error).object();
         QCOMPARE(error.error, QJsonParseError::NoError);
         const QJsonObject expected{
             {QStringLiteral("userName"), QStringLiteral("Alex Example")},
@@ -333,11 +306,11 @@ private Q_SLOTS:
     {
         auto l = launch({});
         QVERIFY(l);
-        QVERIFY(waitForWindow(*l));
-        keys({QStringLiteral("alt+o"), QStringLiteral("alt+g")});
+        QVERIFY(waitForWindow());
+        keys("alt+o alt+g");
         QVERIFY(finished(*l));
-        QCOMPARE(out(*l, "browser.log"), QByteArray(QV_EXPECTED_OFFER "\n"));
-        QVERIFY(surveyRequest(*l).isEmpty());
+        QCOMPARE(l->out("browser.log"), QByteArray(QV_EXPECTED_OFFER "\n"));
+        QVERIFY(l->surveyBody().isEmpty());
         QCOMPARE(list(l->stage.path()), l->before);
     }
 };
