@@ -22,7 +22,7 @@ using B = TestHttpsServer::Behaviour;
 // Runs the event loop until the queued quit of proceedUninstall arrives; 0 when it did.
 int awaitQuitRequest()
 {
-    QTimer::singleShot(15000, qApp, [] { QCoreApplication::exit(99); });
+    QTimer::singleShot(15000, QCoreApplication::instance(), [] { QCoreApplication::exit(99); });
     return QCoreApplication::exec();
 }
 
