@@ -51,16 +51,24 @@ bool isField(QStringView name)
     return fields.contains(name.toString());
 }
 
+// Deeper than any machine's tree, as deep as the property-list reader goes; deeper input is
+// not the lister's and must not exhaust the stack.
+constexpr int kMaximumDepth = 256;
+
 // Reads the <node> the reader stands on and its descendants, flattened in document order.
-void readNode(QXmlStreamReader &xml, QList<Node> &nodes)
+// False when the tree is nested too deeply.
+bool readNode(QXmlStreamReader &xml, QList<Node> &nodes, int depth)
 {
+    if (depth > kMaximumDepth)
+        return false;
     const qsizetype at = nodes.size();
     nodes.append(Node{xml.attributes().value(QLatin1String("class")).toString(), {}});
     nodes[at].fields.insert(QStringLiteral("_name"),
                             xml.attributes().value(QLatin1String("id")).toString());
     while (xml.readNextStartElement()) {
         if (xml.name() == QLatin1String("node")) {
-            readNode(xml, nodes);
+            if (!readNode(xml, nodes, depth + 1))
+                return false;
         } else if (isField(xml.name())) {
             const QString name = xml.name().toString();
             const QString units = xml.attributes().value(QLatin1String("units")).toString();
@@ -72,6 +80,7 @@ void readNode(QXmlStreamReader &xml, QList<Node> &nodes)
             xml.skipCurrentElement();
         }
     }
+    return true;
 }
 
 } // namespace
@@ -131,13 +140,14 @@ QByteArray toPropertyList(const QByteArray &toolXml, const QStringList &dataType
         return toolXml;
     QList<Node> nodes;
     if (xml.name() == QLatin1String("node")) {
-        readNode(xml, nodes);
+        if (!readNode(xml, nodes, 1))
+            return toolXml;
     } else if (xml.name() == QLatin1String("list")) {
         while (xml.readNextStartElement()) {
-            if (xml.name() == QLatin1String("node"))
-                readNode(xml, nodes);
-            else
+            if (xml.name() != QLatin1String("node"))
                 xml.skipCurrentElement();
+            else if (!readNode(xml, nodes, 2))
+                return toolXml;
         }
     } else {
         return toolXml;

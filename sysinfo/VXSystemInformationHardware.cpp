@@ -76,25 +76,54 @@ struct HostBasicInfo
 
 constexpr int kCpuTypePowerPC = 18;
 
+constexpr int kSubtypePowerPC750 = 9;
+constexpr int kSubtypePowerPC7400 = 10;
+constexpr int kSubtypePowerPC7450 = 11;
+constexpr int kSubtypePowerPC970 = 100;
+
+// The processor names the kernel prints on the "cpu" line of /proc/cpuinfo, by family. The
+// names are matched whole: "7400" is a G4 while "740/750" is a G3, and "745/755" is a G3
+// while "7455" is a G4. Any other PowerPC (601, 603e, POWER, e500...) has no family here.
+int powerPCSubtypeOfName(const QByteArray &name)
+{
+    static const struct
+    {
+        const char *name;
+        int subtype;
+    } names[] = {
+        {"740/750", kSubtypePowerPC750},  {"750", kSubtypePowerPC750},
+        {"750CX", kSubtypePowerPC750},    {"750CXe", kSubtypePowerPC750},
+        {"750CL", kSubtypePowerPC750},    {"750FX", kSubtypePowerPC750},
+        {"750GX", kSubtypePowerPC750},    {"745/755", kSubtypePowerPC750},
+        {"7400", kSubtypePowerPC7400},    {"7400 (1.1)", kSubtypePowerPC7400},
+        {"7410", kSubtypePowerPC7400},    {"7441", kSubtypePowerPC7450},
+        {"7445", kSubtypePowerPC7450},    {"7447", kSubtypePowerPC7450},
+        {"7447A", kSubtypePowerPC7450},   {"7447/7457", kSubtypePowerPC7450},
+        {"7448", kSubtypePowerPC7450},    {"7450", kSubtypePowerPC7450},
+        {"7451", kSubtypePowerPC7450},    {"7455", kSubtypePowerPC7450},
+        {"7457", kSubtypePowerPC7450},    {"PPC970", kSubtypePowerPC970},
+        {"PPC970FX", kSubtypePowerPC970}, {"PPC970MP", kSubtypePowerPC970},
+        {"PPC970GX", kSubtypePowerPC970},
+    };
+    for (const auto &entry : names) {
+        if (name == entry.name)
+            return entry.subtype;
+    }
+    return 0;
+}
+
 int powerPCSubtype(const QByteArray &cpuinfo)
 {
     for (const QByteArray &line : cpuinfo.split('\n')) {
         const qsizetype colon = line.indexOf(':');
         if (colon < 0 || line.left(colon).trimmed() != "cpu")
             continue;
-        QByteArray model = line.mid(colon + 1).trimmed();
-        // The kernel writes the 970 family as "PPC970FX" and the others bare ("7447A").
-        if (model.startsWith("PPC"))
-            model = model.mid(3);
-        if (model.startsWith("740") || model.startsWith("750"))
-            return 9;
-        if (model.startsWith("7400") || model.startsWith("7410"))
-            return 10;
-        if (model.startsWith("744") || model.startsWith("745"))
-            return 11;
-        if (model.startsWith("970"))
-            return 100;
-        return 0;
+        // The name may be followed by features: "7447A, altivec supported".
+        QByteArray name = line.mid(colon + 1);
+        const qsizetype comma = name.indexOf(',');
+        if (comma >= 0)
+            name.truncate(comma);
+        return powerPCSubtypeOfName(name.trimmed());
     }
     return 0;
 }
@@ -154,36 +183,127 @@ QString rootBlockDeviceDirectory()
         if (QFileInfo::exists(byNumber))
             return QFileInfo(byNumber).canonicalFilePath();
     }
-    if (source.startsWith("/dev/")) {
-        const QString name = QString::fromUtf8(source.mid(source.lastIndexOf('/') + 1));
-        const QString byName = Host::path(QStringLiteral("/sys/class/block/") + name);
-        if (!name.isEmpty() && QFileInfo::exists(byName))
-            return QFileInfo(byName).canonicalFilePath();
+    if (!source.startsWith("/dev/"))
+        return QString();
+    // The source names the device node, often through a link (/dev/mapper/root,
+    // /dev/disk/by-uuid/...); the device's own name is what sysfs lists.
+    QString name = QFileInfo(Host::path(QString::fromUtf8(source))).canonicalFilePath();
+    name = name.isEmpty() ? QString::fromUtf8(source.mid(source.lastIndexOf('/') + 1))
+                          : QFileInfo(name).fileName();
+    const QString byName = Host::path(QStringLiteral("/sys/class/block/") + name);
+    if (!name.isEmpty() && QFileInfo::exists(byName))
+        return QFileInfo(byName).canonicalFilePath();
+    // A mapped device known only by its mapper name: sysfs keeps that name in dm/name.
+    if (source.startsWith("/dev/mapper/")) {
+        const QString mapped = QString::fromUtf8(source.mid(12));
+        const QString classDir = Host::path(QStringLiteral("/sys/class/block"));
+        for (const QString &device : QDir(classDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            if (Host::readLine(QStringLiteral("/sys/class/block/") + device +
+                               QStringLiteral("/dm/name")) == mapped)
+                return QFileInfo(classDir + QLatin1Char('/') + device).canonicalFilePath();
+        }
     }
     return QString();
 }
 
+// The physical disk under a block device: a partition lies in its disk; a mapped or
+// assembled device (LVM, encryption, software RAID) lies on the devices in its slaves/
+// folder, of which the first by name is followed. Gives a null string for a disk image
+// (loop device) anywhere on the way, and for chains that do not end.
+QString physicalDisk(QString device)
+{
+    for (int step = 0; step < 32; ++step) {
+        if (QFileInfo::exists(device + QStringLiteral("/partition")))
+            device = QFileInfo(device).absolutePath();
+        if (QFileInfo(device).fileName().startsWith(QLatin1String("loop")) ||
+            QFileInfo::exists(device + QStringLiteral("/loop")))
+            return QString();
+        const QStringList slaves =
+            QDir(device + QStringLiteral("/slaves"))
+                .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name);
+        if (slaves.isEmpty())
+            return device;
+        device =
+            QFileInfo(device + QStringLiteral("/slaves/") + slaves.first()).canonicalFilePath();
+        if (device.isEmpty())
+            return QString();
+    }
+    return QString();
+}
+
+// A positive whole number in the first line of a sysfs file, or 0.
+qint64 sysfsNumber(const QString &path)
+{
+    bool ok = false;
+    const qint64 value = Host::readLine(path).trimmed().toLongLong(&ok);
+    return ok && value > 0 ? value : 0;
+}
+
+// The clock in Hz from a /proc/cpuinfo value with its unit: "2.60GHz", "1250.000000MHz", or
+// a bare number of MHz.
+qint64 clockFromText(QByteArray text)
+{
+    text = text.trimmed();
+    double scale = 1e6;
+    if (text.endsWith("GHz")) {
+        scale = 1e9;
+        text.chop(3);
+    } else if (text.endsWith("MHz")) {
+        text.chop(3);
+    }
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    if (!ok || !(value > 0) || value * scale > 1e15)
+        return 0;
+    return std::llround(value * scale);
+}
+
+// The processor's nominal clock, the one it is sold with, not the turbo maximum it reaches
+// for short bursts on some cores. Sources from the most to the least exact.
 qint64 clockFromFirmware()
 {
-    const QString maxKHz =
-        Host::readLine(QStringLiteral("/sys/devices/system/cpu/cpu0/cpufreq/cpuinfo_max_freq"));
-    bool ok = false;
-    const qint64 kHz = maxKHz.trimmed().toLongLong(&ok);
-    if (ok && kHz > 0)
+    const QString cpu0 = QStringLiteral("/sys/devices/system/cpu/cpu0");
+    // Intel's P-state driver states the nominal clock; its cpuinfo_max_freq is the turbo.
+    if (const qint64 kHz = sysfsNumber(cpu0 + QStringLiteral("/cpufreq/base_frequency")))
         return kHz * 1000;
+    // Firmware with collaborative performance control (AMD, ARM servers) states it in MHz.
+    if (const qint64 mHz = sysfsNumber(cpu0 + QStringLiteral("/acpi_cppc/nominal_freq")))
+        return mHz * 1000000;
+    // The ACPI driver's highest state is the nominal clock, except that it lists turbo as a
+    // state 1 MHz above nominal.
+    const QList<QByteArray> states =
+        Host::readLine(cpu0 + QStringLiteral("/cpufreq/scaling_available_frequencies"))
+            .toLatin1()
+            .simplified()
+            .split(' ');
+    if (states.size() >= 2 && states.at(0).toLongLong() - states.at(1).toLongLong() == 1000 &&
+        states.at(1).toLongLong() > 0)
+        return states.at(1).toLongLong() * 1000;
+    if (const qint64 kHz = sysfsNumber(cpu0 + QStringLiteral("/cpufreq/cpuinfo_max_freq")))
+        return kHz * 1000;
+    // Without a frequency driver (virtual machines, PowerPC): the nominal clock in the
+    // processor's brand name ("... CPU @ 2.60GHz"), else the reported clock of the first one.
     const std::optional<QByteArray> cpuinfo = Host::readFile(QStringLiteral("/proc/cpuinfo"));
     if (!cpuinfo)
         return 0;
+    qint64 reported = 0;
     for (const QByteArray &line : cpuinfo->split('\n')) {
         const qsizetype colon = line.indexOf(':');
-        if (colon < 0 || line.left(colon).trimmed() != "cpu MHz")
+        if (colon < 0)
             continue;
-        const double mhz = line.mid(colon + 1).trimmed().toDouble(&ok);
-        if (ok && mhz > 0 && mhz < 1e9)
-            return std::llround(mhz * 1e6);
-        break;
+        const QByteArray key = line.left(colon).trimmed();
+        const QByteArray value = line.mid(colon + 1);
+        if (key == "model name") {
+            const qsizetype at = value.lastIndexOf('@');
+            if (at >= 0 && value.trimmed().endsWith("GHz"))
+                return clockFromText(value.mid(at + 1));
+        } else if ((key == "cpu MHz" || key == "clock") && reported == 0) {
+            reported = clockFromText(value);
+        } else if (key == "processor" && reported != 0) {
+            break; // the first processor has been described in full
+        }
     }
-    return 0;
+    return reported;
 }
 
 } // namespace
@@ -303,13 +423,8 @@ std::uint64_t hddSize()
     const QString device = rootBlockDeviceDirectory();
     if (device.isEmpty())
         return 0;
-    // A partition's directory sits inside its disk's; the disk is the whole medium.
-    const QString whole = QFileInfo::exists(device + QStringLiteral("/partition"))
-                              ? QFileInfo(device).absolutePath()
-                              : device;
-    // A root on a loop device lives in a disk image, whose size says nothing about the disk.
-    if (QFileInfo(whole).fileName().startsWith(QLatin1String("loop")) ||
-        QFileInfo::exists(whole + QStringLiteral("/loop")))
+    const QString whole = physicalDisk(device);
+    if (whole.isEmpty())
         return 0;
     QFile sizeFile(whole + QStringLiteral("/size"));
     if (!sizeFile.open(QIODevice::ReadOnly))
@@ -324,11 +439,8 @@ std::uint64_t hddSize()
 
 std::int64_t processorClockSpeed()
 {
-    const qint64 hz = clockFromFirmware();
-    if (hz <= 0)
-        return 0;
-    // The answer is a signed 32-bit quantity, widened with its sign.
-    return std::int64_t(std::int32_t(std::uint32_t(std::uint64_t(hz))));
+    // Hz in 64 bits: today's clocks are well past what 32 bits hold.
+    return clockFromFirmware();
 }
 
 std::int64_t processorClockSpeedInMHz()
@@ -386,15 +498,15 @@ bool isPowerPC()
 }
 bool isG3()
 {
-    return isPowerPCOfSubtypes({9});
+    return isPowerPCOfSubtypes({kSubtypePowerPC750});
 }
 bool isG4()
 {
-    return isPowerPCOfSubtypes({10, 11});
+    return isPowerPCOfSubtypes({kSubtypePowerPC7400, kSubtypePowerPC7450});
 }
 bool isG5()
 {
-    return isPowerPCOfSubtypes({100});
+    return isPowerPCOfSubtypes({kSubtypePowerPC970});
 }
 
 QString powerPCTypeString()

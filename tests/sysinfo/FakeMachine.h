@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -76,6 +77,41 @@ public:
     {
         QFile file(resolve(QStringLiteral("%/tool.args")));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : "<not run>";
+    }
+
+    // The desktop's application database is read once per process, from the XDG variables
+    // of its start. Runs this test program afresh with "--answers" and those variables
+    // pointing into this machine (the working folder is the scratch folder; `environment`
+    // adds or overrides "NAME=value" entries, an empty value removing the variable), and
+    // gives the lines it prints.
+    QStringList answersOfFreshProcess(const QStringList &environment = {}) const
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const char *variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CURRENT_DESKTOP"})
+            env.remove(QString::fromLatin1(variable));
+        env.insert(QStringLiteral("HOME"), homePath());
+        env.insert(QStringLiteral("QV_FAKE_ROOT"), rootPath());
+        env.insert(QStringLiteral("XDG_DATA_DIRS"), rootPath() +
+                                                        QStringLiteral("/usr/local/share:") +
+                                                        rootPath() + QStringLiteral("/usr/share"));
+        env.insert(QStringLiteral("XDG_CONFIG_DIRS"), rootPath() + QStringLiteral("/etc/xdg"));
+        for (const QString &entry : environment) {
+            const QString name = entry.section(u'=', 0, 0);
+            const QString value = entry.section(u'=', 1).replace(u'%', m_dir.path());
+            if (value.isEmpty())
+                env.remove(name);
+            else
+                env.insert(name, value);
+        }
+        QProcess child;
+        child.setProcessEnvironment(env);
+        child.setWorkingDirectory(m_dir.path());
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--answers")});
+        if (!child.waitForFinished(60000) || child.exitStatus() != QProcess::NormalExit ||
+            child.exitCode() != 0)
+            return {QStringLiteral("<child failed>")};
+        return QString::fromUtf8(child.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
     }
 
 private:

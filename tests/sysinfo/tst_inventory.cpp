@@ -1,13 +1,18 @@
 #include "FakeMachine.h"
 #include "LogCapture.h"
 
+#include <QCoreApplication>
+
+#include <cstdio>
+
 using namespace VXSystemInformation;
 
-#define ENTRY "[Desktop Entry]\nType=Application\nName=Editor\n"
+#define ENTRY "[Desktop Entry]\nType=Application\nName=Editor\nExec=true %u\n"
+#define APPS "/usr/share/applications/"
 
 namespace {
-// Empty folders ("/"-terminated) or files ("path=content"); "~" is the home folder. A leading
-// "+" marks a path the query must find.
+// Empty folders ("/"-terminated) or files ("path=content"); "~" is the home folder, "%" the
+// scratch folder. A leading "+" marks a path the query must find.
 Files files(const QByteArrayList &paths, QStringList *found = nullptr)
 {
     Files result;
@@ -22,6 +27,28 @@ Files files(const QByteArrayList &paths, QStringList *found = nullptr)
     }
     return result;
 }
+
+// In the fresh process: every answer that comes from the desktop's database, one a line,
+// after the name of its query.
+int printAnswers()
+{
+    Seam::setRoot(qEnvironmentVariable("QV_FAKE_ROOT"));
+    LogCapture log;
+    const QString browser = defaultWebBrowser();
+    QStringList lines{QStringLiteral("browser\t") +
+                      (browser.isNull() ? QStringLiteral("(nil)") : browser)};
+    for (const QString &line : log.lines())
+        lines << QStringLiteral("log\t") + line;
+    const QSet<QString> queries[] = {allApplicationsPaths(),
+                                     allApplicationsPathsWithLaunchServices(),
+                                     allPreferencePanesPaths()};
+    for (int query = 0; query < 3; ++query) {
+        for (const QString &path : queries[query])
+            lines << QString::number(query) + u'\t' + path;
+    }
+    std::fputs(lines.join(u'\n').toUtf8().constData(), stdout);
+    return 0;
+}
 } // namespace
 
 class TestInventory : public QObject
@@ -33,6 +60,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("query"); // 0 applications, 1 desktop entries, 2 panes
         QTest::addColumn<QByteArrayList>("tree");
+        QTest::addColumn<QStringList>("environment");
         QTest::newRow("no desktop entries: the folders; Foo.APP neither added nor entered")
             << 0
             << QByteArrayList{"+/Applications/Foo.app/",
@@ -41,71 +69,131 @@ private Q_SLOTS:
                               "+/System/Applications/S.app/",
                               "/Network/Applications/Remote.app/",
                               "+~/Applications/Mine.app/",
-                              "/Applications/plain-file.app=no folder"};
+                              "/Applications/plain-file.app=no folder"}
+            << QStringList();
         QTest::newRow("the desktop-entry answer stands alone")
             << 0
             << QByteArrayList{"/Applications/Foo.app/",
-                              "+~/.local/share/applications/e.desktop=" ENTRY};
-        QTest::newRow("desktop entries of applications, shown ones only")
+                              "+~/.local/share/applications/e.desktop=" ENTRY}
+            << QStringList();
+        QTest::newRow("application entries, sub-folders too, hidden and broken ones not")
             << 1
-            << QByteArrayList{"+/usr/share/applications/e.desktop=" ENTRY,
-                              "+/usr/share/applications/sub/t.desktop=[Desktop Entry]\n"
-                              "Type = Application\n",
-                              "/usr/share/applications/link.desktop=[Desktop Entry]\nType=Link\n",
-                              "/usr/share/applications/gone.desktop=" ENTRY "Hidden=true\n"};
+            << QByteArrayList{"+" APPS "e.desktop=" ENTRY,
+                              "+" APPS "kde4/t.desktop=[Desktop Entry]\nType = Application\n"
+                              "Exec=true\nNoDisplay=true\n",
+                              APPS "link.desktop=[Desktop Entry]\nType=Link\nURL=http://a/\n",
+                              APPS "gone.desktop=" ENTRY "Hidden=true\n",
+                              APPS "uninstalled.desktop=" ENTRY "TryExec=/nonexistent/tool\n",
+                              "+/usr/local/share/applications/local.desktop=" ENTRY}
+            << QStringList();
+        QTest::newRow("the user's entry hides the system's of the same ID")
+            << 1
+            << QByteArrayList{APPS "same.desktop=" ENTRY,
+                              "+~/.local/share/applications/same.desktop=" ENTRY,
+                              APPS "removed.desktop=" ENTRY,
+                              "~/.local/share/applications/removed.desktop=" ENTRY "Hidden=true\n",
+                              "+" APPS "other.desktop=" ENTRY}
+            << QStringList();
+        QTest::newRow("relative data folders are ignored")
+            << 1
+            << QByteArrayList{"%/rel/applications/relative.desktop=" ENTRY,
+                              "%/relhome/applications/relative-home.desktop=" ENTRY,
+                              "+~/.local/share/applications/home.desktop=" ENTRY,
+                              "+" APPS "e.desktop=" ENTRY}
+            << QStringList{QStringLiteral("XDG_DATA_DIRS=rel:%/root/usr/share"),
+                           QStringLiteral("XDG_DATA_HOME=relhome")};
         QTest::newRow("panes in sub-folders, not inside a pane")
-            << 2
-            << QByteArrayList{"+/Library/PreferencePanes/A.prefPane/",
-                              "/Library/PreferencePanes/A.prefPane/B.prefPane/",
-                              "+/Library/PreferencePanes/Sub/C.prefpane/",
-                              "+/Library/PreferencePanes/Loose.prefPane=a file",
-                              "+~/Library/PreferencePanes/MINE.PREFPANE/"};
+            << 2 << QByteArrayList{"+/Library/PreferencePanes/A.prefPane/",
+                                   "/Library/PreferencePanes/A.prefPane/B.prefPane/",
+                                   "+/Library/PreferencePanes/Sub/C.prefpane/",
+                                   "+/Library/PreferencePanes/Loose.prefPane=a file",
+                                   "+/Network/Library/PreferencePanes/N.prefPane/",
+                                   "+~/Library/PreferencePanes/MINE.PREFPANE/"}
+            << QStringList();
     }
     void inventory()
     {
         QFETCH(int, query);
         QFETCH(QByteArrayList, tree);
+        QFETCH(QStringList, environment);
         QStringList found;
         FakeMachine machine(files(tree, &found));
-        QSet<QString> expected;
+        QStringList expected;
         for (const QString &path : found)
-            expected.insert(machine.resolve(path));
-        QCOMPARE(query == 0   ? allApplicationsPaths()
-                 : query == 1 ? allApplicationsPathsWithLaunchServices()
-                              : allPreferencePanesPaths(),
-                 expected);
+            expected << QString::number(query) + u'\t' + machine.resolve(path);
+        QStringList answers = machine.answersOfFreshProcess(environment)
+                                  .filter(QRegularExpression(QStringLiteral("^%1\t").arg(query)));
+        answers.sort();
+        expected.sort();
+        QCOMPARE(answers, expected);
     }
 
+    // "web", "other" and "My Browser" are installed; "(nil)" stands for no browser.
     void defaultBrowser_data()
     {
-        QTest::addColumn<QByteArray>("handlers");
+        QTest::addColumn<QByteArrayList>("tree");
+        QTest::addColumn<QStringList>("environment");
         QTest::addColumn<QString>("browser");
+        const QByteArray user = "~/.config/mimeapps.list=";
+        const QByteArray defaults = "[Default Applications]\nx-scheme-handler/http=";
+        QTest::newRow("fresh desktop: the handler cache")
+            << QByteArrayList{APPS
+                              "mimeinfo.cache=[MIME Cache]\nx-scheme-handler/http=web.desktop;\n"}
+            << QStringList() << QStringLiteral("web");
+        QTest::newRow("added association only")
+            << QByteArrayList{user + "[Added Associations]\nx-scheme-handler/http=other.desktop;\n"}
+            << QStringList() << QStringLiteral("other");
+        QTest::newRow("the desktop's own list first")
+            << QByteArrayList{user + defaults + "web.desktop\n",
+                              "~/.config/kde-mimeapps.list=" + defaults + "other.desktop\n"}
+            << QStringList{QStringLiteral("XDG_CURRENT_DESKTOP=KDE")} << QStringLiteral("other");
+        QTest::newRow("another desktop's list is not read")
+            << QByteArrayList{user + defaults + "web.desktop\n",
+                              "~/.config/kde-mimeapps.list=" + defaults + "other.desktop\n"}
+            << QStringList{QStringLiteral("XDG_CURRENT_DESKTOP=GNOME")} << QStringLiteral("web");
+        QTest::newRow("the user's choice over the system's")
+            << QByteArrayList{"/etc/xdg/mimeapps.list=" + defaults + "web.desktop\n",
+                              user + defaults + "other.desktop\n"}
+            << QStringList() << QStringLiteral("other");
+        QTest::newRow("sub-folder ID: the file's name")
+            << QByteArrayList{APPS "kde4/konq.desktop=" ENTRY,
+                              user + defaults + "kde4-konq.desktop\n"}
+            << QStringList() << QStringLiteral("konq");
         QTest::newRow("blank stays encoded")
-            << QByteArray("My Browser.desktop;") << QStringLiteral("My%20Browser");
+            << QByteArrayList{user + defaults + "My Browser.desktop;"} << QStringList()
+            << QStringLiteral("My%20Browser");
         QTest::newRow("first installed handler")
-            << QByteArray("absent.desktop;web.desktop") << QStringLiteral("web");
-        QTest::newRow("no handler installed") << QByteArray("absent.desktop") << QString();
+            << QByteArrayList{user + defaults + "absent.desktop;web.desktop"} << QStringList()
+            << QStringLiteral("web");
+        QTest::newRow("no handler installed") << QByteArrayList{user + defaults + "absent.desktop"}
+                                              << QStringList() << QStringLiteral("(nil)");
     }
     void defaultBrowser()
     {
-        QFETCH(QByteArray, handlers);
+        QFETCH(QByteArrayList, tree);
+        QFETCH(QStringList, environment);
         QFETCH(QString, browser);
-        FakeMachine machine(files({"/usr/share/applications/web.desktop=" ENTRY,
-                                   "/usr/share/applications/My Browser.desktop=" ENTRY,
-                                   "~/.config/mimeapps.list=[Added Associations]\n"
-                                   "x-scheme-handler/http=web.desktop\n[Default Applications]\n"
-                                   "x-scheme-handler/https=web.desktop\nx-scheme-handler/http=" +
-                                       handlers}));
-        LogCapture log;
-        const QString answer = defaultWebBrowser();
-        QCOMPARE(answer, browser);
-        QCOMPARE(answer.isNull(), browser.isNull());
-        QCOMPARE(log.lines(), browser.isNull()
-                                  ? QStringList{QStringLiteral(
-                                        "Error while trying to get default Web browser: 2")}
-                                  : QStringList{});
+        tree << APPS "web.desktop=" ENTRY << APPS "other.desktop=" ENTRY
+             << APPS "My Browser.desktop=" ENTRY;
+        FakeMachine machine(files(tree));
+        const QStringList answers = machine.answersOfFreshProcess(environment);
+        QCOMPARE(answers.filter(QRegularExpression(QStringLiteral("^(browser|log)\t"))),
+                 QStringList{QStringLiteral("browser\t") + browser} +
+                     (browser == QLatin1String("(nil)")
+                          ? QStringList{QStringLiteral(
+                                "log\tError while trying to get default Web browser: 2")}
+                          : QStringList()));
     }
 };
 
-QTEST_GUILESS_MAIN(TestInventory)
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc == 2 && qstrcmp(argv[1], "--answers") == 0)
+        return printAnswers();
+    TestInventory test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_inventory.moc"

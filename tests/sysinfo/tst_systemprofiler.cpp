@@ -102,6 +102,30 @@ private Q_SLOTS:
                  std::optional(PropertyValue::Array{u"a"}));
     }
 
+    // A lister tree nested as deep as a machine could never be is no report, and must not
+    // exhaust the stack.
+    void deepListerTree_data()
+    {
+        QTest::addColumn<int>("depth");
+        QTest::addColumn<int>("items"); // -1: no report
+        QTest::newRow("deep but plausible") << 200 << 200;
+        QTest::newRow("too deep") << 300 << -1;
+        QTest::newRow("stack-exhausting") << 200000 << -1;
+    }
+    void deepListerTree()
+    {
+        QFETCH(int, depth);
+        QFETCH(int, items);
+        FakeMachine machine;
+        machine.reportTool("<list>" + QByteArray("<node class=\"system\">").repeated(depth) +
+                           QByteArray("</node>").repeated(depth) + "</list>");
+        const auto report =
+            arrayWithSystemProfileOfDataTypes({QStringLiteral("SPHardwareDataType")});
+        QCOMPARE(report.has_value(), items >= 0);
+        if (report)
+            QCOMPARE(report->at(0).value(QStringLiteral("_items"))->toArray().size(), items);
+    }
+
     void applicationsReport_data()
     {
         QTest::addColumn<QByteArray>("report");

@@ -12,6 +12,7 @@ enum VXSearchPathDirectory
     NSLibraryDirectory = 5,
     NSCachesDirectory = 13,
     NSApplicationSupportDirectory = 14,
+    NSPreferencePanesDirectory = 22,
 };
 
 enum VXSearchPathDomainMask

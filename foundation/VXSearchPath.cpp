@@ -9,9 +9,7 @@ QString relativePath(int directory, int domain)
 {
     switch (directory) {
     case NSApplicationDirectory:
-        return domain == NSUserDomainMask || domain == NSLocalDomainMask
-                   ? QStringLiteral("Applications")
-                   : QString();
+        return QStringLiteral("Applications");
     case NSLibraryDirectory:
         return QStringLiteral("Library");
     case NSCachesDirectory:
@@ -20,6 +18,8 @@ QString relativePath(int directory, int domain)
     case NSApplicationSupportDirectory:
         return domain == NSSystemDomainMask ? QString()
                                             : QStringLiteral("Library/Application Support");
+    case NSPreferencePanesDirectory:
+        return QStringLiteral("Library/PreferencePanes");
     default:
         return QString();
     }
