@@ -201,7 +201,8 @@ class tst_Roads : public QObject
         l->program.setProcessEnvironment(displayEnvironment());
         l->program.setProcessChannelMode(QProcess::MergedChannels);
         l->clock.start();
-        l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin} +
+        l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
+                                               QStringLiteral("--tools"), _tools} +
                                        options + QStringList{QStringLiteral("--"), info});
         return l;
     }
