@@ -88,6 +88,8 @@ QMap<QString, QString> Sandbox::snapshot(const QString &root)
         QString entry = QStringLiteral("dir ") + mode;
         if (S_ISLNK(st.st_mode)) {
             entry = QStringLiteral("link -> ") + QFile::symLinkTarget(path);
+        } else if (!S_ISDIR(st.st_mode) && !S_ISREG(st.st_mode)) {
+            entry = QStringLiteral("special ") + mode; // a FIFO would block a reader
         } else if (!S_ISDIR(st.st_mode)) {
             QFile file(path);
             QCryptographicHash hash(QCryptographicHash::Sha256);

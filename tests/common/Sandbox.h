@@ -38,6 +38,7 @@ public:
     static QString scriptsDir();
 
     // The tree below root as relative path -> "dir <mode>", "file <mode> <sha256>" or
-    // "link -> <target>"; links are never followed.
+    // "link -> <target>" or "special <mode>" (FIFOs, devices: never opened); links are never
+    // followed.
     static QMap<QString, QString> snapshot(const QString &root);
 };

@@ -2,6 +2,7 @@
 // the account service is out of reach; survey, submission and removal when it answers;
 // the offer, which removes nothing; and every fault a user's machine can throw at it. Each
 // road checks the fake machine before and after.
+#include "Sandbox.h"
 #include "VXSuiteItems.h"
 
 #include <QDir>
@@ -72,6 +73,19 @@ QStringList afterRemoval(const QStringList &before, bool systemGone = true,
             after.append(path);
     }
     return after;
+}
+
+// Every item of the fake machine with its kind, mode and content hash, by its path inside.
+QMap<QString, QString> machine(const QString &stage)
+{
+    QMap<QString, QString> items;
+    const QMap<QString, QString> system = Sandbox::snapshot(stage + QStringLiteral("/root"));
+    for (auto it = system.cbegin(); it != system.cend(); ++it)
+        items.insert(u'/' + it.key(), it.value());
+    const QMap<QString, QString> home = Sandbox::snapshot(stage + QStringLiteral("/home"));
+    for (auto it = home.cbegin(); it != home.cend(); ++it)
+        items.insert(kUserHome + u'/' + it.key(), it.value());
+    return items;
 }
 
 std::optional<QString> run(const QString &program, const QStringList &arguments)
@@ -150,6 +164,7 @@ class tst_Roads : public QObject
     {
         QTemporaryDir stage;
         QStringList before;
+        QMap<QString, QString> snapshot; // machine() before the run
         QProcess program, mapSpy;
         QByteArray mapEvents;
         QElapsedTimer clock;
@@ -193,6 +208,7 @@ class tst_Roads : public QObject
         if (twist)
             twist(l->stage.path());
         l->before = list(l->stage.path());
+        l->snapshot = machine(l->stage.path());
         // Every window mapped on the display shows up here.
         l->mapSpy.setProcessEnvironment(displayEnvironment());
         l->mapSpy.start(QStringLiteral("stdbuf"), words("-oL xev -root -event substructure"));
@@ -529,7 +545,14 @@ private Q_SLOTS:
             for (const QString &path : l->before)
                 if (path.startsWith(QStringLiteral("/Library/Caches/net.brelltan.Quorvelle")))
                     stays << path;
-        QCOMPARE(list(l->stage.path()), afterRemoval(l->before, systemGone, stays));
+        const QStringList expected = afterRemoval(l->before, systemGone, stays);
+        QCOMPARE(list(l->stage.path()), expected);
+        // What stays is unchanged too: kind, mode and content.
+        QMap<QString, QString> unchanged;
+        for (auto it = l->snapshot.cbegin(); it != l->snapshot.cend(); ++it)
+            if (expected.contains(it.key()))
+                unchanged.insert(it.key(), it.value());
+        QCOMPARE(machine(l->stage.path()), unchanged);
     }
 };
 
