@@ -78,8 +78,13 @@ public:
     // The suite's open-file request: stores the path, unchecked, and accepts it.
     bool applicationOpenFile(const QString &path);
     // The whole information file as UTF-8 text; "{}" when there is no path or the file
-    // cannot be read or is not valid UTF-8.
+    // cannot be read, is not a regular file, is larger than kUninstallInfoMaxSize or is not
+    // valid UTF-8.
     QString uninstallInfo() const;
+    // The suite writes a few hundred bytes; a megabyte leaves ample room for whatever it
+    // may add, while a wrong path (a huge log, a disk image) cannot swell the survey or
+    // the program's memory.
+    static constexpr qint64 kUninstallInfoMaxSize = 1024 * 1024;
     // The application's short version string.
     QString version() const;
     // The survey payload: the information file's keys with the answers laid over them.
@@ -139,6 +144,10 @@ private:
     QPointer<QWidget> _surveyWindow; // connected by the window loader
     mutable QMutex _uninstallInfoPathLock;
     QString _uninstallInfoPath; // null until the open-file request arrives
+    // Set once uninstall or the offer has begun: later actions of the window are dropped,
+    // also the clicks Qt held back while the survey was being sent.
+    bool _actionStarted = false;
+    bool _removalStarted = false; // proceedUninstall runs once per process
 
     // --- Window ----------------------------------------------------------------------
     friend class VXSurveyWindowLoader; // connects the outlet

@@ -6,7 +6,13 @@
 #include "VXThreadSafeBundleProxy.h"
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QStringDecoder>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 QString VXUninstallSurveyController::uninstallInfo() const
 {
@@ -14,12 +20,32 @@ QString VXUninstallSurveyController::uninstallInfo() const
     const QString path = uninstallInfoPath();
     if (path.isEmpty())
         return empty;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    // Non-blocking, so a FIFO without a writer cannot freeze the window; only a regular
+    // file counts, so a device such as /dev/zero cannot grow memory without end.
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
         return empty;
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    const auto closeFd = qScopeGuard([fd] { ::close(fd); });
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_size > kUninstallInfoMaxSize)
         return empty;
+    // The size may change while we read: one byte more than the limit tells a file that
+    // grew past it.
+    QByteArray bytes(kUninstallInfoMaxSize + 1, Qt::Uninitialized);
+    qsizetype total = 0;
+    while (total < bytes.size()) {
+        const ssize_t n = ::read(fd, bytes.data() + total, size_t(bytes.size() - total));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return empty;
+        if (n == 0)
+            break;
+        total += n;
+    }
+    if (total > kUninstallInfoMaxSize)
+        return empty;
+    bytes.truncate(total);
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder.decode(bytes);
     // Text that is not UTF-8 is treated like an unreadable file, not patched up.

@@ -4,6 +4,7 @@
 
 #include "VXLog.h"
 #include "VXSearchPath.h"
+#include "VXSuiteItems.h"
 #include "platform/VXPrivilegedRun.h"
 
 #include <QCoreApplication>
@@ -17,24 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-const char16_t *const kSystemWidePaths[] = {
-    u"/Library/Application Support/Quorvelle",
-    u"/Library/Caches/com.varnix.Quorvelle",
-    u"/Library/LaunchDaemons/com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist",
-    u"/Library/LaunchDaemons/com.varnix.Quorvelle.AntiVirus.plist",
-    u"/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus",
-    u"/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist",
-    u"/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon",
-    u"/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist",
-};
-
-// Only three jobs are unloaded: the AntiVirus job of the second family keeps running
-// until the next restart, only its files go.
-const char16_t kLaunchctlTail[] =
-    u"launchctl remove com.varnix.Quorvelle.AntiVirus; "
-    u"launchctl remove com.varnix.Quorvelle.plugin.AntiTheft.daemon; "
-    u"launchctl remove net.brelltan.Quorvelle.plugin.AntiTheft.daemon";
 
 // Anything at the path as the user sees it; a dangling link counts as nothing.
 bool fileExistsAtPath(const QString &path)
@@ -109,6 +92,12 @@ bool VXUninstallSurveyController::applicationOpenFile(const QString &path)
 
 void VXUninstallSurveyController::proceedUninstall()
 {
+    // Termination is final: one consent request and one removal per run, whatever input
+    // or second call arrives while the first one is under way.
+    if (_removalStarted)
+        return;
+    _removalStarted = true;
+    _actionStarted = true;
     if (_surveyWindow)
         _surveyWindow->hide();
     uninstallPriviledgedParts();
@@ -121,16 +110,12 @@ void VXUninstallSurveyController::proceedUninstall()
 
 void VXUninstallSurveyController::uninstallPriviledgedParts()
 {
-    QString command;
-    for (const char16_t *path : kSystemWidePaths) {
-        const QString p = QString::fromUtf16(path);
-        // Quoted but not escaped: none of the fixed paths holds a quote.
-        if (fileExistsAtPath(p))
-            command += QStringLiteral("rm -rf '%1'; ").arg(p);
-    }
+    const QString command =
+        QString::fromStdString(VXSuiteItems::composeCommand([](std::string_view path) {
+            return fileExistsAtPath(QString::fromUtf8(path.data(), qsizetype(path.size())));
+        }));
     if (command.isEmpty())
         return;
-    command += QString::fromUtf16(kLaunchctlTail);
 
     const bool consented = VXPrivilegedRun::obtainConsent();
     // The log line is the one trace of the attempt, so it is written whatever the answer.
@@ -149,26 +134,19 @@ void VXUninstallSurveyController::removeFilesWithPathPrefix(const QString &prefi
 void VXUninstallSurveyController::uninstallUserParts()
 {
     const QString library = lastEntry(NSLibraryDirectory, NSUserDomainMask);
+    // The computer-wide caches folder: its item is removed with the user's rights only and
+    // may simply stay.
     const QString caches = lastEntry(NSCachesDirectory, NSLocalDomainMask);
-    const auto inLibrary = [&library](const char16_t *relative) {
-        return library + u'/' + QString::fromUtf16(relative);
-    };
-
-    removeItemAtPath(inLibrary(u"Application Support/Quorvelle"));
-    removeItemAtPath(inLibrary(u"Application Support/Quorvelle Helper"));
-    removeFilesWithPathPrefix(inLibrary(u"Preferences/com.varnix.Quorvelle"));
-    removeFilesWithPathPrefix(inLibrary(u"Caches/com.varnix.Quorvelle"));
-    removeItemAtPath(inLibrary(u"Saved Application State/com.varnix.Quorvelle.savedState"));
-    removeItemAtPath(inLibrary(u"LaunchAgents/com.varnix.Quorvelle.Helper"));
-    removeItemAtPath(inLibrary(u"LaunchAgents/com.varnix.Quorvelle.Helper.plist"));
-    removeItemAtPath(inLibrary(u"LaunchAgents/net.brelltan.Quorvelle.Helper"));
-    removeItemAtPath(inLibrary(u"LaunchAgents/net.brelltan.Quorvelle.Helper.plist"));
-    removeItemAtPath(inLibrary(u"Saved Application State/net.brelltan.Quorvelle.savedState"));
-    // A computer-wide folder removed with the user's rights only: it may simply stay.
-    removeItemAtPath(caches + QStringLiteral("/net.brelltan.Quorvelle"));
-    removeFilesWithPathPrefix(inLibrary(u"Preferences/net.brelltan.Quorvelle"));
-    removeFilesWithPathPrefix(inLibrary(u"Caches/net.brelltan.Quorvelle"));
+    for (const VXSuiteItems::UserItem &item : VXSuiteItems::kUserItems) {
+        const QString path =
+            (item.base == VXSuiteItems::Base::UserLibrary ? library : caches) + u'/' +
+            QString::fromUtf8(item.relative.data(), qsizetype(item.relative.size()));
+        if (item.how == VXSuiteItems::How::ByPrefix)
+            removeFilesWithPathPrefix(path);
+        else
+            removeItemAtPath(path);
+    }
     // Where there is no launchctl the shell just fails; the result is not looked at.
-    const int ignored = std::system("/bin/launchctl remove net.brelltan.Quorvelle.Helper");
+    const int ignored = std::system(std::string(VXSuiteItems::kUserLaunchctlCommand).c_str());
     Q_UNUSED(ignored);
 }

@@ -52,6 +52,9 @@ void VXUninstallSurveyController::awakeFromNib()
 
 void VXUninstallSurveyController::getQuorvelleForFree()
 {
+    if (_actionStarted)
+        return;
+    _actionStarted = true;
     // A page that fails to open changes nothing: the product stays and the program ends.
     QDesktopServices::openUrl(VXProductInformation::partnerOfferURL());
     // exit(), not quit(): quit() first asks the windows to close, and the survey window

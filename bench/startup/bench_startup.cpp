@@ -118,7 +118,8 @@ int main(int argc, char *argv[])
 
     QTemporaryDir stage;
     QProcess prepare;
-    prepare.start(sandbox(), {QStringLiteral("prepare"), stage.path()});
+    prepare.start(sandbox(), {QStringLiteral("prepare"), stage.path(),
+                              QCoreApplication::applicationDirPath()});
     if (!prepare.waitForFinished(60000) || prepare.exitCode() != 0) {
         std::fprintf(stderr, "bench_startup: could not prepare the sandbox\n");
         return 1;

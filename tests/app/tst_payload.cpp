@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 // Markers for information files that are not plain content.
@@ -41,6 +43,8 @@ private Q_SLOTS:
     void payload_data();
     void payload();
     void numberKindsStayApart();
+    void informationFileBounds_data();
+    void informationFileBounds();
 
 private:
     QTemporaryDir _dir;
@@ -169,6 +173,43 @@ void TestPayload::numberKindsStayApart()
     QCOMPARE(
         PropertyValue(controller.uninstallData()).value(QStringLiteral("marketingIssues"))->type(),
         PropertyValue::Type::Bool);
+}
+
+void TestPayload::informationFileBounds_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("expected"); // what uninstallInfo() gives, as UTF-8
+
+    const qint64 limit = VXUninstallSurveyController::kUninstallInfoMaxSize;
+    const auto file = [this](const char *name, const QByteArray &content) {
+        const QString path = _dir.filePath(QLatin1String(name));
+        QFile f(path);
+        if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            f.write(content);
+        return path;
+    };
+    const QByteArray atLimit = "{\"a\":\"" + QByteArray(limit - 8, 'x') + "\"}";
+    QTest::newRow("exactly the limit") << file("limit.json", atLimit) << atLimit;
+    QTest::newRow("one byte more") << file("over.json", atLimit + ' ') << QByteArray("{}");
+    const QString link = _dir.filePath(QStringLiteral("link.json"));
+    QFile::link(file("small.json", "{\"b\":1}"), link);
+    QTest::newRow("link to a file") << link << QByteArray("{\"b\":1}");
+    QTest::newRow("folder") << _dir.path() << QByteArray("{}");
+    QTest::newRow("endless device") << QStringLiteral("/dev/zero") << QByteArray("{}");
+    QTest::newRow("empty device") << QStringLiteral("/dev/null") << QByteArray("{}");
+    const QString fifo = _dir.filePath(QStringLiteral("info.fifo"));
+    ::mkfifo(QFile::encodeName(fifo).constData(), 0600);
+    // No writer ever comes: a blocking open would hang here until the test's time-out.
+    QTest::newRow("FIFO without a writer") << fifo << QByteArray("{}");
+}
+
+void TestPayload::informationFileBounds()
+{
+    QFETCH(QString, path);
+    QFETCH(QByteArray, expected);
+    VXUninstallSurveyController controller;
+    controller.applicationOpenFile(path);
+    QCOMPARE(controller.uninstallInfo().toUtf8(), expected);
 }
 
 QTEST_GUILESS_MAIN(TestPayload)

@@ -1,8 +1,8 @@
+#include "TestHttpsServer.h"
 #include "VXNetworkReachability.h"
 #include "platform/VXNetlinkReachability.h"
 
 #include <QSignalSpy>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 
@@ -27,30 +27,26 @@ public:
     }
 };
 
-// The account service's ping page on loopback: answers every request with a fixed status,
-// or never answers at all (status 0).
-class PingServer : public QTcpServer
+// The account service's ping page on loopback, served by the shared stand-in over plain
+// HTTP: answers every request with a fixed status, or never answers at all (status 0).
+class PingServer : public TestHttpsServer
 {
 public:
-    int status = 404;
-    QList<QByteArray> requestLines;
-
     PingServer()
     {
+        setStatus(404);
         listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection()) {
-                connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
-                    const QByteArray request = socket->readAll();
-                    requestLines.append(request.left(request.indexOf("\r\n")));
-                    if (status == 0)
-                        return;
-                    socket->write("HTTP/1.1 " + QByteArray::number(status) +
-                                  " X\r\nContent-Length: 2\r\nConnection: close\r\n\r\nno");
-                    socket->disconnectFromHost();
-                });
-            }
-        });
+    }
+    void setStatus(int status)
+    {
+        setBehaviour(status ? Behaviour::Answer : Behaviour::NeverAnswer, status);
+    }
+    QList<QByteArray> requestLines() const
+    {
+        QList<QByteArray> lines;
+        for (const Request &request : requests)
+            lines.append(request.head.left(request.head.indexOf("\r\n")));
+        return lines;
     }
     QUrl url() const
     {
@@ -108,7 +104,7 @@ private Q_SLOTS:
         // The starting state is not a change, and starting unreachable probes nothing.
         QTest::qWait(100);
         QCOMPARE(changes.count(), 0);
-        QVERIFY(server.requestLines.isEmpty());
+        QVERIFY(server.requestLines().isEmpty());
     }
 
     // Notices drive the state; a lost host is probed until an answer (any status) or a
@@ -135,7 +131,7 @@ private Q_SLOTS:
         QFETCH(int, changes);
         QFETCH(int, probes);
         PingServer server;
-        server.status = serverStatus;
+        server.setStatus(serverStatus);
         auto *backend = new FakeBackend;
         backend->flags = R;
         VXNetworkReachability reachability(backend, server.url());
@@ -149,8 +145,8 @@ private Q_SLOTS:
         QTest::qWait(200);
         QCOMPARE(reachability.isReachable(), reachable);
         QCOMPARE(spy.count(), changes);
-        QCOMPARE(server.requestLines.size(), probes);
-        for (const QByteArray &line : std::as_const(server.requestLines))
+        QCOMPARE(server.requestLines().size(), probes);
+        for (const QByteArray &line : server.requestLines())
             QCOMPARE(line, QByteArray("GET /ping.html HTTP/1.1"));
     }
 
@@ -173,7 +169,7 @@ private Q_SLOTS:
         PingServer server;
         server.close();
         QVERIFY(server.listen(QHostAddress::LocalHost, quint16(refused.port())));
-        QTRY_COMPARE_WITH_TIMEOUT(server.requestLines.size(), 1, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(server.requestLines().size(), 1, 5000);
         QTRY_VERIFY(reachability.isReachable());
         QCOMPARE(spy.count(), 2);
 
@@ -184,7 +180,7 @@ private Q_SLOTS:
         backend->notice(R);
         QVERIFY(server.listen(QHostAddress::LocalHost, quint16(refused.port())));
         QTest::qWait(600);
-        QVERIFY(server.requestLines.size() == 1); // the cancelled retry never asked
+        QVERIFY(server.requestLines().size() == 1); // the cancelled retry never asked
         QCOMPARE(spy.count(), 4);
     }
 

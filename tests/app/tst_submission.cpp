@@ -89,6 +89,10 @@ private Q_SLOTS:
         QTest::newRow("nobody listening") << B::Answer << 0 << true << 0;
         // Certificate verification stays on: a server the system does not trust gets nothing.
         QTest::newRow("untrusted certificate") << B::Answer << 200 << false << 0;
+        // The survey carries the user's name: a redirect may not take it elsewhere. Followed,
+        // the first would reach this server a second time, the second the plain one.
+        QTest::newRow("redirect to another host") << B::Redirect << 200 << true << 1;
+        QTest::newRow("redirect down to HTTP") << B::Redirect << 200 << true << 1;
     }
     void failuresLeadToRemoval()
     {
@@ -101,6 +105,12 @@ private Q_SLOTS:
         if (status != 0)
             QVERIFY(server.listen(QHostAddress::LocalHost, 443));
         server.setBehaviour(behaviour, status);
+        TestHttpsServer plain;
+        QVERIFY(plain.listen(QHostAddress::LocalHost, 8080));
+        server.setRedirectLocation(QTest::currentDataTag() == QByteArray("redirect down to HTTP")
+                                       ? "http://" + kAccountHost.toUtf8() +
+                                             ":8080/mac/uninstall-survey"
+                                       : "https://127.0.0.1/mac/uninstall-survey");
 
         const QString installed =
             QDir::homePath() + QStringLiteral("/Library/Application Support/Quorvelle");
@@ -114,6 +124,7 @@ private Q_SLOTS:
 
         QVERIFY(server.requests.size() >= qMin(maxRequests, 1));
         QVERIFY(server.requests.size() <= maxRequests);
+        QCOMPARE(plain.requests.size(), 0);
         QCOMPARE(server.failedHandshakes > 0, !trusted);
         QVERIFY(!QFileInfo::exists(installed));
     }

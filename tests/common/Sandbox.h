@@ -7,9 +7,9 @@
 #include <QString>
 #include <QStringList>
 
-// Re-runs the calling test inside a bubblewrap sandbox whose root is a fresh tmpfs: /usr and
-// /etc read-only, private /proc, /dev and /tmp, every namespace (network: loopback only)
-// unshared, and only the binds the caller names reach the host.
+// Re-runs the calling test inside the bare sandbox of scripts/qv-sandbox (bubblewrap, a
+// fresh tmpfs root: /usr and /etc read-only, private /proc, /dev and /tmp, every namespace,
+// network: loopback only, unshared), where only the binds the caller names reach the host.
 class Sandbox
 {
 public:
@@ -34,8 +34,11 @@ public:
     // The program's own folder is bound read-only and QV_SANDBOXED=1 is set inside.
     static Result runSelf(const QStringList &arguments, Options options);
     static bool insideSandbox();
+    // The harness's scripts folder (qv-sandbox, qv-ca, account-service).
+    static QString scriptsDir();
 
     // The tree below root as relative path -> "dir <mode>", "file <mode> <sha256>" or
-    // "link -> <target>"; links are never followed.
+    // "link -> <target>" or "special <mode>" (FIFOs, devices: never opened); links are never
+    // followed.
     static QMap<QString, QString> snapshot(const QString &root);
 };

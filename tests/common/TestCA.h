@@ -7,7 +7,7 @@
 #include <optional>
 
 // A throwaway certificate authority and one server certificate for hostName signed by it,
-// made with the openssl command in a folder the caller owns. Nothing is trusted until the
+// made by scripts/qv-ca (the one recipe, also used by the sandbox) in a folder the caller owns. Nothing is trusted until the
 // caller calls trustInThisProcess().
 class TestCA
 {

@@ -1,7 +1,12 @@
 // The uninstaller as the suite starts it, in a throwaway machine: no window and removal when
 // the account service is out of reach; survey, submission and removal when it answers;
-// the offer, which removes nothing. Each road checks the fake machine before and after.
+// the offer, which removes nothing; and every fault a user's machine can throw at it. Each
+// road checks the fake machine before and after.
+#include "Sandbox.h"
+#include "VXSuiteItems.h"
+
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,7 +15,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
 #include <optional>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -22,49 +31,61 @@ QStringList words(const char *text)
     return QString::fromUtf8(text).split(QLatin1Char(' '));
 }
 
-// What the suite's removal takes away: exact items (with their contents) and file-name
-// prefixes ("*"). Everything else on the fake machine must stay.
-QStringList removedItems()
+QString fromView(std::string_view text)
 {
-    QStringList items = {QStringLiteral("/Library/Application Support/Quorvelle"),
-                         QStringLiteral("/Library/Caches/com.varnix.Quorvelle"),
-                         QStringLiteral("/Library/Caches/net.brelltan.Quorvelle")};
-    for (const QString &name :
-         words("com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist "
-               "com.varnix.Quorvelle.AntiVirus.plist net.brelltan.Quorvelle.AntiVirus "
-               "net.brelltan.Quorvelle.AntiVirus.plist "
-               "net.brelltan.Quorvelle.plugin.AntiTheft.daemon "
-               "net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist"))
-        items << QStringLiteral("/Library/LaunchDaemons/") + name;
-    for (const QString &name :
-         words("LaunchAgents/com.varnix.Quorvelle.Helper "
-               "LaunchAgents/com.varnix.Quorvelle.Helper.plist "
-               "LaunchAgents/net.brelltan.Quorvelle.Helper "
-               "LaunchAgents/net.brelltan.Quorvelle.Helper.plist "
-               "Preferences/com.varnix.Quorvelle* Caches/com.varnix.Quorvelle* "
-               "Preferences/net.brelltan.Quorvelle* Caches/net.brelltan.Quorvelle*"))
-        items << kUserHome + QStringLiteral("/Library/") + name;
-    for (const char *name :
-         {"Application Support/Quorvelle", "Application Support/Quorvelle Helper",
-          "Saved Application State/com.varnix.Quorvelle.savedState",
-          "Saved Application State/net.brelltan.Quorvelle.savedState"})
-        items << kUserHome + QStringLiteral("/Library/") + QLatin1String(name);
-    return items;
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
 }
 
-QStringList afterRemoval(const QStringList &before)
+// Whether the removal takes path away, by the uninstaller's own item table: the item itself
+// with everything below it, or every name that begins with a prefix item.
+bool isSuiteItem(const QString &path, bool systemWide)
+{
+    // A prefix covers every name of its folder that begins with it, and what lies below.
+    const auto covers = [&path](const QString &item, bool prefix) {
+        return prefix ? path.startsWith(item)
+                      : path == item || path.startsWith(item + QLatin1Char('/'));
+    };
+    if (systemWide) {
+        for (std::string_view item : VXSuiteItems::kSystemWidePaths)
+            if (covers(fromView(item), false))
+                return true;
+        return false;
+    }
+    for (const VXSuiteItems::UserItem &item : VXSuiteItems::kUserItems) {
+        const QString base = item.base == VXSuiteItems::Base::UserLibrary
+                                 ? kUserHome + QStringLiteral("/Library/")
+                                 : QStringLiteral("/Library/Caches/");
+        if (covers(base + fromView(item.relative), item.how == VXSuiteItems::How::ByPrefix))
+            return true;
+    }
+    return false;
+}
+
+// The machine after the removal: the per-user items always go, the system-wide ones only
+// with consent; what the user may not delete stays.
+QStringList afterRemoval(const QStringList &before, bool systemGone = true,
+                         const QStringList &stays = {})
 {
     QStringList after;
     for (const QString &path : before) {
-        bool gone = false;
-        for (const QString &item : removedItems()) {
-            gone = gone || path == item || path.startsWith(item + QLatin1Char('/')) ||
-                   (item.endsWith(QLatin1Char('*')) && path.startsWith(item.chopped(1)));
-        }
-        if (!gone)
+        const bool gone = (systemGone && isSuiteItem(path, true)) || isSuiteItem(path, false);
+        if (!gone || stays.contains(path))
             after.append(path);
     }
     return after;
+}
+
+// Every item of the fake machine with its kind, mode and content hash, by its path inside.
+QMap<QString, QString> machine(const QString &stage)
+{
+    QMap<QString, QString> items;
+    const QMap<QString, QString> system = Sandbox::snapshot(stage + QStringLiteral("/root"));
+    for (auto it = system.cbegin(); it != system.cend(); ++it)
+        items.insert(u'/' + it.key(), it.value());
+    const QMap<QString, QString> home = Sandbox::snapshot(stage + QStringLiteral("/home"));
+    for (auto it = home.cbegin(); it != home.cend(); ++it)
+        items.insert(kUserHome + u'/' + it.key(), it.value());
+    return items;
 }
 
 std::optional<QString> run(const QString &program, const QStringList &arguments)
@@ -82,11 +103,38 @@ std::optional<QString> run(const QString &program, const QStringList &arguments)
 
 } // namespace
 
+// What a fault row does at the window (none: the window must never appear).
+enum class Action
+{
+    None,
+    Survey,          // answer and press Uninstall
+    DoubleUninstall, // press Uninstall again twice while the survey is being sent
+    OfferDuringSend, // press the offer while the survey is being sent
+    CloseThenSurvey, // the window's close button first, then answer and press Uninstall
+};
+// What the service must have seen of the survey.
+enum class Survey
+{
+    None,       // nothing (no window, or the connection was refused)
+    Full,       // once, with the information file's keys
+    InfoIgnored // once, without any key of the information file
+};
+
+// How the information file of a row is spoiled, in the stage before the run.
+enum class Info
+{
+    Normal,
+    Unreadable,
+    Oversized,
+    Fifo,
+    Device
+};
+
 class tst_Roads : public QObject
 {
     Q_OBJECT
 
-    QString _sandbox, _bin, _display;
+    QString _sandbox, _bin, _tools, _display;
     QProcess _xvfb;
 
     QProcessEnvironment displayEnvironment() const
@@ -116,8 +164,10 @@ class tst_Roads : public QObject
     {
         QTemporaryDir stage;
         QStringList before;
+        QMap<QString, QString> snapshot; // machine() before the run
         QProcess program, mapSpy;
         QByteArray mapEvents;
+        QElapsedTimer clock;
 
         bool windowMapped()
         {
@@ -148,35 +198,39 @@ class tst_Roads : public QObject
         }
     };
 
-    std::unique_ptr<Launch> launch(const QStringList &options)
+    std::unique_ptr<Launch>
+    launch(const QStringList &options, const std::function<void(const QString &)> &twist = {},
+           const QString &info = kUserHome + QStringLiteral("/uninstall-info.json"))
     {
         auto l = std::make_unique<Launch>();
-        if (!run(_sandbox, {QStringLiteral("prepare"), l->stage.path()}))
+        if (!run(_sandbox, {QStringLiteral("prepare"), l->stage.path(), _tools}))
             return nullptr;
+        if (twist)
+            twist(l->stage.path());
         l->before = list(l->stage.path());
+        l->snapshot = machine(l->stage.path());
         // Every window mapped on the display shows up here.
         l->mapSpy.setProcessEnvironment(displayEnvironment());
         l->mapSpy.start(QStringLiteral("stdbuf"), words("-oL xev -root -event substructure"));
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
-        l->program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        l->program.start(_sandbox,
-                         QStringList{QStringLiteral("run"), l->stage.path(), _bin} + options +
-                             QStringList{QStringLiteral("--"),
-                                         kUserHome + QStringLiteral("/uninstall-info.json")});
+        l->program.setProcessChannelMode(QProcess::MergedChannels);
+        l->clock.start();
+        l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
+                                               QStringLiteral("--tools"), _tools} +
+                                       options + QStringList{QStringLiteral("--"), info});
         return l;
     }
 
-    bool waitForWindow()
+    QString waitForWindow()
     {
         const QString window =
             x(words("timeout 20 xdotool search --sync --onlyvisible --name") << kTitle)
                 .section(QLatin1Char('\n'), 0, 0);
-        if (window.isEmpty())
-            return false;
-        x(words("xdotool windowfocus --sync") << window);
-        return true;
+        if (!window.isEmpty())
+            x(words("xdotool windowfocus --sync") << window);
+        return window;
     }
 
     void keys(const char *keys)
@@ -213,6 +267,10 @@ private Q_SLOTS:
         }
         _sandbox = qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox");
         _bin = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
+        _tools = _bin;
+        // Another build's programs (e.g. an older one, to see which faults it had).
+        if (qEnvironmentVariableIsSet("QV_PROGRAM_DIR"))
+            _bin = qEnvironmentVariable("QV_PROGRAM_DIR");
         QVERIFY(QFile::exists(_bin + QStringLiteral("/QuorvelleUninstaller")));
         for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
             const QString socket = QStringLiteral("/tmp/.X11-unix/X%1").arg(n);
@@ -237,34 +295,13 @@ private Q_SLOTS:
         _xvfb.waitForFinished();
     }
 
-    // Out of reach: the product goes at once and no window is ever mapped.
-    void offline()
-    {
-        auto l = launch({QStringLiteral("--offline")});
-        QVERIFY(l);
-        QVERIFY(finished(*l));
-        QVERIFY(!l->windowMapped());
-        QCOMPARE(list(l->stage.path()), afterRemoval(l->before));
-        QVERIFY(l->out("service.log").isEmpty());
-    }
-
-    // The service answers (whatever it answers) or not: the survey as the user filled it
-    // reaches it, then the product goes.
-    void online_data()
-    {
-        QTest::addColumn<QStringList>("options");
-        QTest::newRow("service answers 200") << QStringList();
-        QTest::newRow("service answers 500") << words("--status 500");
-        // The test build gives up after a few seconds instead of a minute.
-        QTest::newRow("service never answers")
-            << words("--silent --program QuorvelleUninstallerShortTimeout");
-    }
+    // The service answers: the survey as the user filled it reaches it, then the product
+    // goes.
     void online()
     {
-        QFETCH(QStringList, options);
-        auto l = launch(options);
+        auto l = launch({});
         QVERIFY(l);
-        QVERIFY(waitForWindow());
+        QVERIFY(!waitForWindow().isEmpty());
         QVERIFY(l->windowMapped());
         // Features reason, two of its boxes, then a comment with non-ASCII text.
         keys("alt+f alt+c alt+s alt+t");
@@ -299,6 +336,8 @@ private Q_SLOTS:
         };
         QCOMPARE(payload, expected);
         QCOMPARE(list(l->stage.path()), afterRemoval(l->before));
+        // Qt's note about the form's default content type is not the user's business.
+        QVERIFY2(!l->program.readAll().contains("content-type"), "Qt's warning reached stderr");
     }
 
     // The offer opens the partner's page and leaves everything in place.
@@ -306,12 +345,214 @@ private Q_SLOTS:
     {
         auto l = launch({});
         QVERIFY(l);
-        QVERIFY(waitForWindow());
+        QVERIFY(!waitForWindow().isEmpty());
         keys("alt+o alt+g");
         QVERIFY(finished(*l));
         QCOMPARE(l->out("browser.log"), QByteArray(QV_EXPECTED_OFFER "\n"));
         QVERIFY(l->surveyBody().isEmpty());
         QCOMPARE(list(l->stage.path()), l->before);
+    }
+
+    // Every fault ends the same way: the process ends by itself, in time, with exactly the
+    // suite's items gone (the system-wide ones only with consent), at most one privileged
+    // request, and the survey sent at most once and only to the account service.
+    void faults_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<int>("info");
+        QTest::addColumn<int>("action");
+        QTest::addColumn<int>("survey");
+        QTest::addColumn<bool>("systemGone");
+        QTest::addColumn<QString>("twist");     // a change to the stage before the run
+        QTest::addColumn<QStringList>("stays"); // suite items that must survive
+        QTest::addColumn<int>("bound");         // seconds from launch to the end
+
+        const int none = int(Action::None), survey = int(Action::Survey);
+        const int normal = int(Info::Normal);
+        const QString locked = kUserHome + QStringLiteral("/Library/Application Support/Quorvelle");
+        // The short-timeout build: the silent service costs 3 s, not a minute.
+        const QStringList silent = words("--silent --program QuorvelleUninstallerShortTimeout");
+
+        QTest::newRow("offline") << words("--offline") << normal << none << int(Survey::None)
+                                 << true << QString() << QStringList() << 20;
+        QTest::newRow("consent given")
+            << words("--as-user yes --offline") << normal << none << int(Survey::None) << true
+            << QString() << QStringList() << 20;
+        QTest::newRow("consent refused")
+            << words("--as-user no --offline") << normal << none << int(Survey::None) << false
+            << QString() << QStringList() << 20;
+        QTest::newRow("user item the user may not delete")
+            << words("--as-user yes --offline") << normal << none << int(Survey::None) << true
+            << QStringLiteral("locked")
+            << QStringList{locked, locked + QStringLiteral("/Plugins"),
+                           locked + QStringLiteral("/Plugins/locked.dat")}
+            << 20;
+        QTest::newRow("link inside a listed folder")
+            << words("--offline") << normal << none << int(Survey::None) << true
+            << QStringLiteral("link") << QStringList() << 20;
+        QTest::newRow("service 500")
+            << words("--status 500") << normal << survey << int(Survey::Full) << true << QString()
+            << QStringList() << 40;
+        QTest::newRow("service silent") << silent << normal << survey << int(Survey::Full) << true
+                                        << QString() << QStringList() << 45;
+        QTest::newRow("untrusted certificate")
+            << words("--untrusted") << normal << survey << int(Survey::None) << true << QString()
+            << QStringList() << 40;
+        QTest::newRow("redirect to another host")
+            << words("--redirect https://collector.example.org/mac/uninstall-survey") << normal
+            << survey << int(Survey::Full) << true << QString() << QStringList() << 40;
+        QTest::newRow("resolver black-holed")
+            << words("--offline --resolver-blackhole") << normal << none << int(Survey::None)
+            << true << QString() << QStringList() << 25;
+        QTest::newRow("information file unreadable")
+            << words("--as-user yes") << int(Info::Unreadable) << survey << int(Survey::InfoIgnored)
+            << true << QString() << QStringList() << 40;
+        QTest::newRow("information file oversized")
+            << words("--memory-limit 4096") << int(Info::Oversized) << survey
+            << int(Survey::InfoIgnored) << true << QString() << QStringList() << 40;
+        QTest::newRow("information file is a FIFO")
+            << QStringList() << int(Info::Fifo) << survey << int(Survey::InfoIgnored) << true
+            << QString() << QStringList() << 40;
+        QTest::newRow("information file is a device")
+            << words("--memory-limit 4096") << int(Info::Device) << survey
+            << int(Survey::InfoIgnored) << true << QString() << QStringList() << 40;
+        // Consent refused keeps the system-wide items, so a second removal would show as a
+        // second consent request and "Command:" line.
+        QTest::newRow("Uninstall again during the send")
+            << words("--as-user no") + silent << normal << int(Action::DoubleUninstall)
+            << int(Survey::Full) << false << QString() << QStringList() << 45;
+        QTest::newRow("offer during the send")
+            << silent << normal << int(Action::OfferDuringSend) << int(Survey::Full) << true
+            << QString() << QStringList() << 45;
+        QTest::newRow("close button")
+            << QStringList() << normal << int(Action::CloseThenSurvey) << int(Survey::Full) << true
+            << QString() << QStringList() << 45;
+    }
+
+    void faults()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(int, info);
+        QFETCH(int, action);
+        QFETCH(int, survey);
+        QFETCH(bool, systemGone);
+        QFETCH(QString, twist);
+        QFETCH(QStringList, stays);
+        QFETCH(int, bound);
+        if (options.contains(QStringLiteral("--as-user")) && ::geteuid() != 0)
+            QSKIP("the ordinary-user road needs root to build its polkit sandbox");
+
+        QString infoPath = kUserHome + QStringLiteral("/uninstall-info.json");
+        if (Info(info) == Info::Device)
+            infoPath = QStringLiteral("/dev/zero");
+        if (Info(info) == Info::Fifo)
+            infoPath = kUserHome + QStringLiteral("/uninstall-info.fifo");
+        const auto change = [&](const QString &stage) {
+            const QString home = stage + QStringLiteral("/home");
+            const QString json = home + QStringLiteral("/uninstall-info.json");
+            if (Info(info) == Info::Unreadable)
+                QFile::setPermissions(json, {});
+            if (Info(info) == Info::Fifo)
+                ::mkfifo(QFile::encodeName(home + QStringLiteral("/uninstall-info.fifo")), 0644);
+            if (Info(info) == Info::Oversized) {
+                // Valid JSON with the user's name, one byte past the limit of 1 MiB.
+                QFile file(json);
+                if (file.open(QIODevice::WriteOnly)) {
+                    const QByteArray head = "{\"userName\":\"Alex Example\",\"pad\":\"";
+                    file.write(head + QByteArray(1024 * 1024 - head.size() - 1, 'x') + "\"}");
+                }
+            }
+            if (twist == QStringLiteral("locked")) {
+                // A folder the user may not change, inside one of the suite's folders.
+                const QString plugins =
+                    home + QStringLiteral("/Library/Application Support/Quorvelle/Plugins");
+                QDir().mkpath(plugins);
+                QFile(plugins + QStringLiteral("/locked.dat")).open(QIODevice::WriteOnly);
+                QFile::setPermissions(plugins, QFileDevice::ReadOwner | QFileDevice::ExeOwner |
+                                                   QFileDevice::ReadOther | QFileDevice::ExeOther);
+            }
+            if (twist == QStringLiteral("link"))
+                QFile::link(kUserHome + QStringLiteral("/Documents"),
+                            home + QStringLiteral("/Library/Application Support/Quorvelle/Notes"));
+        };
+        auto l = launch(options, change, infoPath);
+        QVERIFY(l);
+
+        if (Action(action) != Action::None) {
+            const QString window = waitForWindow();
+            QVERIFY(!window.isEmpty());
+            if (Action(action) == Action::CloseThenSurvey) {
+                x({QStringLiteral("python3"),
+                   qEnvironmentVariable("QV_SOURCE_DIR") +
+                       QStringLiteral("/tests/e2e/close-window"),
+                   window});
+                QTest::qWait(1000);
+                QCOMPARE(l->program.state(), QProcess::Running);
+                QVERIFY(!waitForWindow().isEmpty()); // still shown, still usable
+            }
+            keys("alt+o");
+            if (Action(action) == Action::DoubleUninstall ||
+                Action(action) == Action::OfferDuringSend) {
+                // With the mouse, as a person would: Qt holds back input during the send and
+                // delivers it afterwards. The buttons sit in the window's bottom corners.
+                const QString size = x(words("xdotool getwindowgeometry --shell") << window);
+                const auto value = [&size](const char *key) {
+                    const QString k = QLatin1String(key) + u'=';
+                    return size.mid(size.indexOf(k) + k.size()).section(u'\n', 0, 0).toInt();
+                };
+                const int width = value("WIDTH"), height = value("HEIGHT");
+                const auto click = [&](int px, int py, const char *count) {
+                    x(words("xdotool mousemove --window")
+                      << window << QString::number(px) << QString::number(py)
+                      << words("click --delay 80 --repeat") << QLatin1String(count)
+                      << QStringLiteral("1"));
+                };
+                click(width - 60, height - 28, "1"); // Uninstall
+                QTest::qWait(500);
+                if (Action(action) == Action::DoubleUninstall)
+                    click(width - 60, height - 28, "2");
+                else
+                    click(88, height - 28, "1"); // the offer
+            } else {
+                keys("alt+u");
+            }
+        }
+        const bool ended = finished(*l, bound * 1000);
+        const qint64 took = l->clock.elapsed();
+        const QByteArray output = l->program.readAll();
+        QVERIFY2(ended, output.constData());
+        QVERIFY2(took <= bound * 1000, qPrintable(QString::number(took)));
+        qInfo("ended by itself after %.1f s", double(took) / 1000);
+
+        if (Action(action) == Action::None)
+            QVERIFY(!l->windowMapped());
+        QVERIFY2(output.count("Command: ") <= 1, output.constData());
+        QCOMPARE(l->out("browser.log"), QByteArray());
+        const QByteArray log = l->out("service.log");
+        // Only the account service ever sees the survey, and at most once.
+        QVERIFY2(!log.contains("collector.example.org"), log.constData());
+        QCOMPARE(log.count("POST "), survey == int(Survey::None) ? 0 : 1);
+        if (survey == int(Survey::InfoIgnored)) {
+            const QByteArray body = l->surveyBody();
+            QVERIFY2(body.startsWith("uninstallData={") && !body.contains("userName"),
+                     body.constData());
+        }
+        if (survey == int(Survey::Full))
+            QVERIFY2(l->surveyBody().contains("\"userName\":\"Alex Example\""), log.constData());
+        // The computer-wide caches item is removed with the user's rights only: an ordinary
+        // user may not, so it stays.
+        if (options.contains(QStringLiteral("--as-user")))
+            for (const QString &path : l->before)
+                if (path.startsWith(QStringLiteral("/Library/Caches/net.brelltan.Quorvelle")))
+                    stays << path;
+        const QStringList expected = afterRemoval(l->before, systemGone, stays);
+        QCOMPARE(list(l->stage.path()), expected);
+        // What stays is unchanged too: kind, mode and content.
+        QMap<QString, QString> unchanged;
+        for (auto it = l->snapshot.cbegin(); it != l->snapshot.cend(); ++it)
+            if (expected.contains(it.key()))
+                unchanged.insert(it.key(), it.value());
+        QCOMPARE(machine(l->stage.path()), unchanged);
     }
 };
 
