@@ -17,6 +17,8 @@ VXCommandLine VXCommandLine::parse(const QStringList &arguments)
     parser.setApplicationDescription(QCoreApplication::translate(
         "VXCommandLine", "Asks why Quorvelle is being uninstalled, then removes the suite. "
                          "The suite starts it with its uninstall-information file."));
+    // "-platform" reads as one (refused) option, not as the letters p, l, a, ...
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOption(help);
     parser.addOption(version);
     parser.addPositionalArgument(

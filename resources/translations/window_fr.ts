@@ -12,7 +12,7 @@
     <name>SurveyWindow</name>
     <message>
         <source>We are sorry to see you go. Why are you uninstalling Quorvelle?</source>
-        <translation>Nous regrettons votre départ. Pourquoi désinstallez-vous Quorvelle ?</translation>
+        <translation>Nous regrettons votre départ. Pourquoi désinstallez-vous Quorvelle&#xa0;?</translation>
     </message>
     <message>
         <source>The &amp;price is not fair</source>
@@ -112,7 +112,7 @@
     </message>
     <message>
         <source>&amp;Tell us more (optional):</source>
-        <translation>Di&amp;tes-nous en plus (facultatif) :</translation>
+        <translation>Di&amp;tes-nous en plus (facultatif)&#xa0;:</translation>
     </message>
     <message>
         <source>Tell us more</source>
@@ -132,7 +132,7 @@
     </message>
     <message>
         <source>Opens the offer in your web browser and keeps Quorvelle installed</source>
-        <translation>Ouvre l’offre dans votre navigateur web ; Quorvelle reste installé</translation>
+        <translation>Ouvre l’offre dans votre navigateur web&#xa0;; Quorvelle reste installé</translation>
     </message>
     <message>
         <source>&amp;Uninstall</source>
@@ -171,7 +171,7 @@
     </message>
     <message>
         <source>Try &apos;%1 --help&apos; for more information.</source>
-        <translation>Essayez « %1 --help » pour plus d’informations.</translation>
+        <translation>Essayez «&#xa0;%1 --help&#xa0;» pour plus d’informations.</translation>
     </message>
 </context>
 </TS>
