@@ -86,7 +86,8 @@ class tst_Roads : public QObject
 {
     Q_OBJECT
 
-    QString _sandbox, _bin, _display;
+    QString _sandbox, _bin, _program, _display;
+    bool _captureErrors = false; // standard error read by the test instead of shown
     QProcess _xvfb;
 
     QProcessEnvironment displayEnvironment() const
@@ -148,7 +149,9 @@ class tst_Roads : public QObject
         }
     };
 
-    std::unique_ptr<Launch> launch(const QStringList &options)
+    std::unique_ptr<Launch> launch(const QStringList &options,
+                                   const QStringList &arguments = {kUserHome +
+                                                                   QStringLiteral("/uninstall-info.json")})
     {
         auto l = std::make_unique<Launch>();
         if (!run(_sandbox, {QStringLiteral("prepare"), l->stage.path()}))
@@ -160,11 +163,11 @@ class tst_Roads : public QObject
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
-        l->program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        l->program.start(_sandbox,
-                         QStringList{QStringLiteral("run"), l->stage.path(), _bin} + options +
-                             QStringList{QStringLiteral("--"),
-                                         kUserHome + QStringLiteral("/uninstall-info.json")});
+        l->program.setProcessChannelMode(_captureErrors ? QProcess::SeparateChannels
+                                                        : QProcess::ForwardedErrorChannel);
+        l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
+                                               QStringLiteral("--program"), _program} +
+                                       options + QStringList{QStringLiteral("--")} + arguments);
         return l;
     }
 
@@ -212,8 +215,15 @@ private Q_SLOTS:
                 QSKIP(qPrintable(tool + QStringLiteral(" is missing (scripts/setup installs it)")));
         }
         _sandbox = qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox");
-        _bin = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
-        QVERIFY(QFile::exists(_bin + QStringLiteral("/QuorvelleUninstaller")));
+        // The build's program, or the installed one of the unpacked package (its root is
+        // the sandbox's program folder, so the program finds its data folder as installed).
+        _bin = qEnvironmentVariable("QV_PACKAGE_ROOT");
+        _program = QStringLiteral("usr/bin/quorvelle-uninstaller");
+        if (_bin.isEmpty()) {
+            _bin = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
+            _program = QStringLiteral("QuorvelleUninstaller");
+        }
+        QVERIFY(QFile::exists(_bin + u'/' + _program));
         for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
             const QString socket = QStringLiteral("/tmp/.X11-unix/X%1").arg(n);
             if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)) || QFile::exists(socket))
@@ -299,6 +309,40 @@ private Q_SLOTS:
         };
         QCOMPARE(payload, expected);
         QCOMPARE(list(l->stage.path()), afterRemoval(l->before));
+    }
+
+    // Options answer or are refused before anything else happens: no window, nothing
+    // sent, nothing removed, even with the service out of reach.
+    void commandLine_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("output"); // on standard output, or standard error for 2
+        QTest::newRow("help") << words("--help") << 0 << QStringLiteral("[file]");
+        QTest::newRow("version") << words("--version") << 0
+                                 << QStringLiteral("quorvelle-uninstaller " QV_EXPECTED_VERSION "\n");
+        QTest::newRow("unknown option before the file")
+            << QStringList{QStringLiteral("--remove-now"), kUserHome + QStringLiteral("/uninstall-info.json")}
+            << 2 << QStringLiteral("Unknown option 'remove-now'");
+        QTest::newRow("Qt option") << words("-platform offscreen") << 2
+                                   << QStringLiteral("Unknown option 'platform'");
+    }
+    void commandLine()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, output);
+        _captureErrors = true;
+        auto l = launch({QStringLiteral("--offline")}, arguments);
+        _captureErrors = false;
+        QVERIFY(l);
+        QVERIFY(l->program.waitForFinished(30000));
+        QCOMPARE(l->program.exitCode(), exitCode);
+        const QString printed = QString::fromUtf8(exitCode == 0 ? l->program.readAllStandardOutput()
+                                                                : l->program.readAllStandardError());
+        QVERIFY2(printed.contains(output), qPrintable(printed));
+        QVERIFY(!l->windowMapped());
+        QCOMPARE(list(l->stage.path()), l->before);
     }
 
     // The offer opens the partner's page and leaves everything in place.
