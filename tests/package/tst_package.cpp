@@ -85,6 +85,7 @@ private Q_SLOTS:
                 QStringLiteral(".svg"),
             QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy"),
             data + QStringLiteral("SurveyWindow.ui"),
+            QStringLiteral("/usr/share/man/man1/quorvelle-uninstaller.1.gz"),
         };
         const QDir sources(qEnvironmentVariable("QV_SOURCE_DIR") +
                            QStringLiteral("/resources/translations"));
