@@ -31,11 +31,11 @@ VXCommandLine VXCommandLine::parse(const QStringList &arguments)
     if (!parser.parse(arguments)) {
         line.proceed = false;
         line.exitCode = 2;
-        line.error = name + QStringLiteral(": ") + parser.errorText() + u'\n' +
-                     QCoreApplication::translate("VXCommandLine",
-                                                 "Try '%1 --help' for more information.")
-                         .arg(name) +
-                     u'\n';
+        line.error =
+            name + QStringLiteral(": ") + parser.errorText() + u'\n' +
+            QCoreApplication::translate("VXCommandLine", "Try '%1 --help' for more information.")
+                .arg(name) +
+            u'\n';
         return line;
     }
     if (parser.isSet(help)) {

@@ -37,8 +37,9 @@ QString helperPath()
     // Installed, the helper sits at a fixed place relative to the program (libexec beside
     // bin), whatever the prefix; from the build tree it sits beside the program.
     const QString program = QCoreApplication::applicationDirPath();
-    const QString installed = QDir::cleanPath(program + u'/' + QStringView(QV_CONFIG_HELPER_FROM_PROGRAM).toString() +
-                                              QStringLiteral("/quorvelle-privileged-helper"));
+    const QString installed =
+        QDir::cleanPath(program + u'/' + QStringView(QV_CONFIG_HELPER_FROM_PROGRAM).toString() +
+                        QStringLiteral("/quorvelle-privileged-helper"));
     if (QFileInfo(installed).isExecutable())
         return installed;
     const QString beside = program + QStringLiteral("/quorvelle-privileged-helper");

@@ -74,8 +74,8 @@ QString mnemonic(const QString &text)
 // printf conversions and Qt's %1..%99 markers, in order.
 QStringList placeholders(const QString &text)
 {
-    static const QRegularExpression marker(
-        QStringLiteral("%(?:[0-9]{1,2}(?![0-9.]*[a-z])|[-+ #0]*[0-9]*(?:\\.[0-9]+)?(?:ll|l|h)?[diouxXfeEgGs])"));
+    static const QRegularExpression marker(QStringLiteral(
+        "%(?:[0-9]{1,2}(?![0-9.]*[a-z])|[-+ #0]*[0-9]*(?:\\.[0-9]+)?(?:ll|l|h)?[diouxXfeEgGs])"));
     QStringList found;
     for (auto it = marker.globalMatch(text); it.hasNext();)
         found.append(it.next().captured(0));
@@ -153,8 +153,8 @@ private Q_SLOTS:
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
 
         QMap<QString, QString> expected;
-        const QStringList files = QDir(translationsFolder())
-                                      .entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
+        const QStringList files =
+            QDir(translationsFolder()).entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
         for (const QString &file : files) {
             const QString lang = QFileInfo(file).completeBaseName().section(u'_', 1);
             const TsFile ts = readTs(QDir(translationsFolder()).filePath(file));
@@ -169,8 +169,8 @@ private Q_SLOTS:
     // translations, which must exist for every language the program speaks.
     void qtTranslationsPresent()
     {
-        const QStringList files = QDir(translationsFolder())
-                                      .entryList({QStringLiteral("window_*.ts")}, QDir::Files);
+        const QStringList files =
+            QDir(translationsFolder()).entryList({QStringLiteral("window_*.ts")}, QDir::Files);
         for (const QString &file : files) {
             const QString lang = QFileInfo(file).completeBaseName().section(u'_', 1);
             if (lang == QLatin1String("en"))

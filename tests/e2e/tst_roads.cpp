@@ -150,8 +150,8 @@ class tst_Roads : public QObject
     };
 
     std::unique_ptr<Launch> launch(const QStringList &options,
-                                   const QStringList &arguments = {kUserHome +
-                                                                   QStringLiteral("/uninstall-info.json")})
+                                   const QStringList &arguments = {
+                                       kUserHome + QStringLiteral("/uninstall-info.json")})
     {
         auto l = std::make_unique<Launch>();
         if (!run(_sandbox, {QStringLiteral("prepare"), l->stage.path()}))
@@ -320,12 +320,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("output"); // on standard output, or standard error for 2
         QTest::newRow("help") << words("--help") << 0 << QStringLiteral("[file]");
         QTest::newRow("version") << words("--version") << 0
-                                 << QStringLiteral("quorvelle-uninstaller " QV_EXPECTED_VERSION "\n");
+                                 << QStringLiteral("quorvelle-uninstaller " QV_EXPECTED_VERSION
+                                                   "\n");
         QTest::newRow("unknown option before the file")
-            << QStringList{QStringLiteral("--remove-now"), kUserHome + QStringLiteral("/uninstall-info.json")}
+            << QStringList{QStringLiteral("--remove-now"),
+                           kUserHome + QStringLiteral("/uninstall-info.json")}
             << 2 << QStringLiteral("Unknown option 'remove-now'");
-        QTest::newRow("Qt option") << words("-platform offscreen") << 2
-                                   << QStringLiteral("Unknown option 'platform'");
+        QTest::newRow("Qt option")
+            << words("-platform offscreen") << 2 << QStringLiteral("Unknown option 'platform'");
     }
     void commandLine()
     {
@@ -338,8 +340,8 @@ private Q_SLOTS:
         QVERIFY(l);
         QVERIFY(l->program.waitForFinished(30000));
         QCOMPARE(l->program.exitCode(), exitCode);
-        const QString printed = QString::fromUtf8(exitCode == 0 ? l->program.readAllStandardOutput()
-                                                                : l->program.readAllStandardError());
+        const QString printed = QString::fromUtf8(
+            exitCode == 0 ? l->program.readAllStandardOutput() : l->program.readAllStandardError());
         QVERIFY2(printed.contains(output), qPrintable(printed));
         QVERIFY(!l->windowMapped());
         QCOMPARE(list(l->stage.path()), l->before);

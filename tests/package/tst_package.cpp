@@ -95,7 +95,8 @@ private Q_SLOTS:
         expected.sort();
         QStringList files = packagedFiles();
         // The bundle's images, whatever the window needs, belong too.
-        files.removeIf([&](const QString &f) { return f.startsWith(data + QStringLiteral("images/")); });
+        files.removeIf(
+            [&](const QString &f) { return f.startsWith(data + QStringLiteral("images/")); });
         QCOMPARE(files, expected);
         for (const QString &program : {QStringLiteral("/usr/bin/quorvelle-uninstaller"), kHelper})
             QVERIFY2(QFileInfo(root() + program).isExecutable(), qPrintable(program));
@@ -104,7 +105,8 @@ private Q_SLOTS:
     // pkexec picks the action by the program's absolute path.
     void policyNamesInstalledHelper()
     {
-        QFile policy(root() + QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy"));
+        QFile policy(root() +
+                     QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy"));
         QVERIFY(policy.open(QIODevice::ReadOnly));
         QXmlStreamReader xml(&policy);
         QStringList paths;
@@ -123,7 +125,8 @@ private Q_SLOTS:
     {
         QList<QByteArray> forbidden;
         for (const char *variable : {"QV_SOURCE_DIR", "QV_BINARY_DIR", "QV_PACKAGE_DIR"})
-            forbidden.append(QFile::encodeName(QDir(qEnvironmentVariable(variable)).canonicalPath()));
+            forbidden.append(
+                QFile::encodeName(QDir(qEnvironmentVariable(variable)).canonicalPath()));
         for (const QString &file : packagedFiles()) {
             QFile f(root() + file);
             QVERIFY(f.open(QIODevice::ReadOnly));
@@ -136,11 +139,11 @@ private Q_SLOTS:
 
     void desktopEntry()
     {
-        const QString entry =
-            root() + QStringLiteral("/usr/share/applications/") + kDesktopId + QStringLiteral(".desktop");
+        const QString entry = root() + QStringLiteral("/usr/share/applications/") + kDesktopId +
+                              QStringLiteral(".desktop");
         if (!QStandardPaths::findExecutable(QStringLiteral("desktop-file-validate")).isEmpty())
-            QCOMPARE(run(QStringLiteral("desktop-file-validate"), {entry}).value_or(
-                         QStringLiteral("(invalid)")),
+            QCOMPARE(run(QStringLiteral("desktop-file-validate"), {entry})
+                         .value_or(QStringLiteral("(invalid)")),
                      QString());
         QFile file(entry);
         QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
@@ -159,15 +162,15 @@ private Q_SLOTS:
 
     void control()
     {
-        const QString depends = run(QStringLiteral("dpkg-deb"), {QStringLiteral("-f"), deb(),
-                                                                 QStringLiteral("Depends")})
+        const QString depends = run(QStringLiteral("dpkg-deb"),
+                                    {QStringLiteral("-f"), deb(), QStringLiteral("Depends")})
                                     .value_or(QString());
         // Computed from the binaries, plus what the program starts or loads by name.
-        for (const char *package : {"libqt6widgets6", "libqt6network6", "libc6", "pkexec",
-                                    "qt6-translations-l10n"})
+        for (const char *package :
+             {"libqt6widgets6", "libqt6network6", "libc6", "pkexec", "qt6-translations-l10n"})
             QVERIFY2(depends.contains(QLatin1String(package)), qPrintable(depends));
-        QCOMPARE(run(QStringLiteral("dpkg-deb"), {QStringLiteral("-f"), deb(),
-                                                  QStringLiteral("Architecture")})
+        QCOMPARE(run(QStringLiteral("dpkg-deb"),
+                     {QStringLiteral("-f"), deb(), QStringLiteral("Architecture")})
                      .value_or(QStringLiteral("(none)")),
                  run(QStringLiteral("dpkg"), {QStringLiteral("--print-architecture")})
                      .value_or(QString()));
