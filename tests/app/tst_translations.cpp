@@ -3,7 +3,6 @@
 // printf/Qt placeholders kept, and the polkit prompt equal to the removal strings.
 #include <QDir>
 #include <QFile>
-#include <QLibraryInfo>
 #include <QMap>
 #include <QRegularExpression>
 #include <QSet>
@@ -163,23 +162,6 @@ private Q_SLOTS:
                             ts.messages.first().translation);
         }
         QCOMPARE(messages, expected);
-    }
-
-    // Qt's standard texts (context menus, command-line messages) come from Qt's own
-    // translations, which must exist for every language the program speaks.
-    void qtTranslationsPresent()
-    {
-        const QStringList files =
-            QDir(translationsFolder()).entryList({QStringLiteral("window_*.ts")}, QDir::Files);
-        for (const QString &file : files) {
-            const QString lang = QFileInfo(file).completeBaseName().section(u'_', 1);
-            if (lang == QLatin1String("en"))
-                continue;
-            const QString qm = QLibraryInfo::path(QLibraryInfo::TranslationsPath) +
-                               QStringLiteral("/qtbase_") + lang + QStringLiteral(".qm");
-            QVERIFY2(QFile::exists(qm), qPrintable(qm + QStringLiteral(" is missing "
-                                                                       "(qt6-translations-l10n)")));
-        }
     }
 };
 
