@@ -1,27 +1,81 @@
 #include "VXApplicationMain.h"
 
+#include "Bundle.h"
+#include "VXCommandLine.h"
+#include "VXConfiguration.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 #include <QWidget>
 
+#include <cstdio>
+
+namespace {
+
+// The user's language for the window's own texts and for Qt's standard ones (the comment
+// field's context menu, the command line's messages). Installed on whichever application
+// object exists; a language without files simply stays English.
+struct Translations
+{
+    QTranslator qt, window;
+
+    Translations()
+    {
+        if (qt.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+            QCoreApplication::installTranslator(&qt);
+        const QString folder =
+            QDir(Bundle::mainBundle()->bundlePath()).filePath(QStringLiteral("translations"));
+        if (window.load(QLocale(), QStringLiteral("window"), QStringLiteral("_"), folder))
+            QCoreApplication::installTranslator(&window);
+    }
+};
+
+void print(FILE *stream, const QString &text)
+{
+    if (!text.isEmpty()) {
+        std::fputs(text.toLocal8Bit().constData(), stream);
+        std::fflush(stream);
+    }
+}
+
+} // namespace
+
 int VXApplicationMain(int argc, char *argv[])
 {
+    QCoreApplication::setApplicationName(QStringView(QV_CONFIG_PROGRAM_NAME).toString());
+    QCoreApplication::setApplicationVersion(QStringView(QV_CONFIG_PROGRAM_VERSION).toString());
+    // Lets Wayland compositors and window lists find the desktop entry (name and icon).
+    QGuiApplication::setDesktopFileName(QStringView(QV_CONFIG_DESKTOP_FILE_NAME).toString());
+
+    // Options are settled before any window system is reached, so --help and --version
+    // work without a display and a refused option never gets near the reachability test
+    // or the removal. The suite's own start (one file name) takes none of this road.
+    for (int i = 1; i < argc; ++i) {
+        if (argv[i][0] != '-' || argv[i][1] == '\0')
+            continue;
+        QCoreApplication core(argc, argv);
+        const Translations translations;
+        const VXCommandLine line = VXCommandLine::parse(QCoreApplication::arguments());
+        print(stdout, line.output);
+        print(stderr, line.error);
+        if (!line.proceed)
+            return line.exitCode;
+        break;
+    }
+
     QApplication application(argc, argv);
     // Closing the survey window is not a way out: the program ends through its buttons.
     QApplication::setQuitOnLastWindowClosed(false);
+    const Translations translations;
 
-    const QString bundle = QCoreApplication::applicationDirPath();
-    QTranslator windowStrings;
-    if (windowStrings.load(QLocale(), QStringLiteral("window"), QStringLiteral("_"),
-                           QDir(bundle).filePath(QStringLiteral("translations"))))
-        QCoreApplication::installTranslator(&windowStrings);
-
-    VXSurveyWindowLoader::Loaded loaded = VXSurveyWindowLoader::loadMainWindowDescription(bundle);
+    VXSurveyWindowLoader::Loaded loaded =
+        VXSurveyWindowLoader::loadMainWindowDescription(Bundle::mainBundle()->bundlePath());
     if (!loaded)
         return 1;
 
@@ -32,9 +86,9 @@ int VXApplicationMain(int argc, char *argv[])
 #endif
 
     // The suite launches the uninstaller with one document, the uninstall-information file.
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() > 1)
-        loaded.controller->applicationOpenFile(arguments.at(1));
+    const VXCommandLine line = VXCommandLine::parse(QCoreApplication::arguments());
+    if (!line.informationFile.isNull())
+        loaded.controller->applicationOpenFile(line.informationFile);
 
     return QApplication::exec();
 }

@@ -35,11 +35,21 @@ QString executablePath()
     return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
 }
 
-QString mainBundlePath()
+QString programFolder()
 {
     if (QCoreApplication::instance())
         return QFileInfo(QCoreApplication::applicationDirPath()).canonicalFilePath();
     return QFileInfo(executablePath()).absolutePath();
+}
+
+// Installed, the resources live in the data folder at a fixed place relative to the
+// program (share/quorvelle-uninstaller beside bin/), so any prefix works; run from the
+// build tree, they sit beside the program.
+QString mainBundlePath()
+{
+    const QString program = programFolder();
+    const QFileInfo installed(program + QStringLiteral("/" QV_BUNDLE_DATA_FROM_PROGRAM));
+    return installed.isDir() ? installed.canonicalFilePath() : program;
 }
 
 PropertyValue::Dictionary mainInfoDictionary()
@@ -139,8 +149,10 @@ Bundle *Bundle::bundleWithPath(const QString &path)
     if (!info.isDir())
         return nullptr;
     const QString canonical = info.canonicalFilePath();
-    Bundle *main = mainBundle(); // so the program's own folder always maps to it
-    if (canonical == main->bundlePath())
+    // The program's own folder maps to the main bundle too, also when the bundle's
+    // resources live in the installed data folder.
+    Bundle *main = mainBundle();
+    if (canonical == main->bundlePath() || canonical == programFolder())
         return main;
     Registry &r = registry();
     std::lock_guard guard(r.mutex);

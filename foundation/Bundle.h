@@ -28,7 +28,9 @@ public:
     Bundle &operator=(const Bundle &) = delete;
     ~Bundle();
 
-    // The folder of the running program; its info dictionary is compiled in.
+    // The installed data folder of the running program (share/quorvelle-uninstaller
+    // beside its bin/ folder) when there is one, else the program's own folder; its info
+    // dictionary is compiled in.
     static Bundle *mainBundle();
     // The bundle of an existing folder (the main bundle for the program's own folder);
     // nullptr when the path is not a folder.

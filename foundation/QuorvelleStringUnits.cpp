@@ -32,11 +32,25 @@ enum Unit
     UnitCount
 };
 
-// In the order they are looked up.
+// In the order they are looked up; marked so that lupdate finds the keys.
 constexpr std::array<const char *, UnitCount> kKeys = {
-    "0 bytes",  "1 byte",      "%llu bytes", "%1.1f KB",  "%llu KB", "%1.1f MB",
-    "%1.1f GB", "%1.1f TB",    "1 day",      "%llu days", "1 week",  "%llu weeks",
-    "1 month",  "%llu months", "1 year",     "%llu years"};
+    QT_TRANSLATE_NOOP("Localizable", "0 bytes"),
+    QT_TRANSLATE_NOOP("Localizable", "1 byte"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu bytes"),
+    QT_TRANSLATE_NOOP("Localizable", "%1.1f KB"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu KB"),
+    QT_TRANSLATE_NOOP("Localizable", "%1.1f MB"),
+    QT_TRANSLATE_NOOP("Localizable", "%1.1f GB"),
+    QT_TRANSLATE_NOOP("Localizable", "%1.1f TB"),
+    QT_TRANSLATE_NOOP("Localizable", "1 day"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu days"),
+    QT_TRANSLATE_NOOP("Localizable", "1 week"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu weeks"),
+    QT_TRANSLATE_NOOP("Localizable", "1 month"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu months"),
+    QT_TRANSLATE_NOOP("Localizable", "1 year"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu years"),
+};
 
 // Looked up once, on first use, and kept for the life of the process. A function-local
 // static makes the first use safe from any thread.

@@ -1,6 +1,9 @@
 #include "VXPrivilegedRun.h"
 
+#include "VXConfiguration.h"
+
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -31,11 +34,15 @@ bool obtainConsent()
 
 QString helperPath()
 {
-    const QString installed = QStringLiteral(QV_PRIVILEGED_HELPER_INSTALL_PATH);
+    // Installed, the helper sits at a fixed place relative to the program (libexec beside
+    // bin), whatever the prefix; from the build tree it sits beside the program.
+    const QString program = QCoreApplication::applicationDirPath();
+    const QString installed =
+        QDir::cleanPath(program + u'/' + QStringView(QV_CONFIG_HELPER_FROM_PROGRAM).toString() +
+                        QStringLiteral("/quorvelle-privileged-helper"));
     if (QFileInfo(installed).isExecutable())
         return installed;
-    const QString beside =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/quorvelle-privileged-helper");
+    const QString beside = program + QStringLiteral("/quorvelle-privileged-helper");
     return QFileInfo(beside).isExecutable() ? beside : installed;
 }
 

@@ -151,4 +151,27 @@
         <translation>Gründe für die Deinstallation</translation>
     </message>
 </context>
+<context>
+    <name>VXCommandLine</name>
+    <message>
+        <source>Displays this help and exits.</source>
+        <translation>Zeigt diese Hilfe an und beendet das Programm.</translation>
+    </message>
+    <message>
+        <source>Displays the version and exits.</source>
+        <translation>Zeigt die Version an und beendet das Programm.</translation>
+    </message>
+    <message>
+        <source>Asks why Quorvelle is being uninstalled, then removes the suite. The suite starts it with its uninstall-information file.</source>
+        <translation>Fragt, warum Quorvelle deinstalliert wird, und entfernt dann die Suite. Die Suite startet das Programm mit ihrer Deinstallationsinformationsdatei.</translation>
+    </message>
+    <message>
+        <source>The uninstall-information file.</source>
+        <translation>Die Deinstallationsinformationsdatei.</translation>
+    </message>
+    <message>
+        <source>Try &apos;%1 --help&apos; for more information.</source>
+        <translation>Weitere Informationen mit »%1 --help«.</translation>
+    </message>
+</context>
 </TS>

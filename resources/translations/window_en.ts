@@ -151,4 +151,27 @@
         <translation>Reasons for uninstalling</translation>
     </message>
 </context>
+<context>
+    <name>VXCommandLine</name>
+    <message>
+        <source>Displays this help and exits.</source>
+        <translation>Displays this help and exits.</translation>
+    </message>
+    <message>
+        <source>Displays the version and exits.</source>
+        <translation>Displays the version and exits.</translation>
+    </message>
+    <message>
+        <source>Asks why Quorvelle is being uninstalled, then removes the suite. The suite starts it with its uninstall-information file.</source>
+        <translation>Asks why Quorvelle is being uninstalled, then removes the suite. The suite starts it with its uninstall-information file.</translation>
+    </message>
+    <message>
+        <source>The uninstall-information file.</source>
+        <translation>The uninstall-information file.</translation>
+    </message>
+    <message>
+        <source>Try &apos;%1 --help&apos; for more information.</source>
+        <translation>Try &apos;%1 --help&apos; for more information.</translation>
+    </message>
+</context>
 </TS>

@@ -134,7 +134,8 @@ class tst_Roads : public QObject
 {
     Q_OBJECT
 
-    QString _sandbox, _bin, _tools, _display;
+    QString _sandbox, _bin, _program, _tools, _display;
+    bool _captureErrors = false; // standard error read by the test instead of shown
     QProcess _xvfb;
 
     QProcessEnvironment displayEnvironment() const
@@ -200,7 +201,7 @@ class tst_Roads : public QObject
 
     std::unique_ptr<Launch>
     launch(const QStringList &options, const std::function<void(const QString &)> &twist = {},
-           const QString &info = kUserHome + QStringLiteral("/uninstall-info.json"))
+           const QStringList &arguments = {kUserHome + QStringLiteral("/uninstall-info.json")})
     {
         auto l = std::make_unique<Launch>();
         if (!run(_sandbox, {QStringLiteral("prepare"), l->stage.path(), _tools}))
@@ -215,11 +216,13 @@ class tst_Roads : public QObject
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
-        l->program.setProcessChannelMode(QProcess::MergedChannels);
+        l->program.setProcessChannelMode(_captureErrors ? QProcess::SeparateChannels
+                                                        : QProcess::MergedChannels);
         l->clock.start();
         l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
+                                               QStringLiteral("--program"), _program,
                                                QStringLiteral("--tools"), _tools} +
-                                       options + QStringList{QStringLiteral("--"), info});
+                                       options + QStringList{QStringLiteral("--")} + arguments);
         return l;
     }
 
@@ -266,12 +269,17 @@ private Q_SLOTS:
                 QSKIP(qPrintable(tool + QStringLiteral(" is missing (scripts/setup installs it)")));
         }
         _sandbox = qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox");
-        _bin = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
-        _tools = _bin;
-        // Another build's programs (e.g. an older one, to see which faults it had).
-        if (qEnvironmentVariableIsSet("QV_PROGRAM_DIR"))
-            _bin = qEnvironmentVariable("QV_PROGRAM_DIR");
-        QVERIFY(QFile::exists(_bin + QStringLiteral("/QuorvelleUninstaller")));
+        _tools = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
+        // The build's program, another build's (e.g. an older one, to see which faults it
+        // had), or the installed one of the unpacked package (its root is the sandbox's
+        // program folder, so the program finds its data folder as installed).
+        _bin = qEnvironmentVariable("QV_PACKAGE_ROOT");
+        _program = QStringLiteral("usr/bin/quorvelle-uninstaller");
+        if (_bin.isEmpty()) {
+            _bin = qEnvironmentVariable("QV_PROGRAM_DIR", _tools);
+            _program = QStringLiteral("QuorvelleUninstaller");
+        }
+        QVERIFY(QFile::exists(_bin + u'/' + _program));
         for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
             const QString socket = QStringLiteral("/tmp/.X11-unix/X%1").arg(n);
             if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)) || QFile::exists(socket))
@@ -338,6 +346,42 @@ private Q_SLOTS:
         QCOMPARE(list(l->stage.path()), afterRemoval(l->before));
         // Qt's note about the form's default content type is not the user's business.
         QVERIFY2(!l->program.readAll().contains("content-type"), "Qt's warning reached stderr");
+    }
+
+    // Options answer or are refused before anything else happens: no window, nothing
+    // sent, nothing removed, even with the service out of reach.
+    void commandLine_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("output"); // on standard output, or standard error for 2
+        QTest::newRow("help") << words("--help") << 0 << QStringLiteral("[file]");
+        QTest::newRow("version") << words("--version") << 0
+                                 << QStringLiteral("quorvelle-uninstaller " QV_EXPECTED_VERSION
+                                                   "\n");
+        QTest::newRow("unknown option before the file")
+            << QStringList{QStringLiteral("--remove-now"),
+                           kUserHome + QStringLiteral("/uninstall-info.json")}
+            << 2 << QStringLiteral("Unknown option 'remove-now'");
+        QTest::newRow("Qt option")
+            << words("-platform offscreen") << 2 << QStringLiteral("Unknown option 'platform'");
+    }
+    void commandLine()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, output);
+        _captureErrors = true;
+        auto l = launch({QStringLiteral("--offline")}, {}, arguments);
+        _captureErrors = false;
+        QVERIFY(l);
+        QVERIFY(l->program.waitForFinished(30000));
+        QCOMPARE(l->program.exitCode(), exitCode);
+        const QString printed = QString::fromUtf8(
+            exitCode == 0 ? l->program.readAllStandardOutput() : l->program.readAllStandardError());
+        QVERIFY2(printed.contains(output), qPrintable(printed));
+        QVERIFY(!l->windowMapped());
+        QCOMPARE(list(l->stage.path()), l->before);
     }
 
     // The offer opens the partner's page and leaves everything in place.
@@ -475,7 +519,7 @@ private Q_SLOTS:
                 QFile::link(kUserHome + QStringLiteral("/Documents"),
                             home + QStringLiteral("/Library/Application Support/Quorvelle/Notes"));
         };
-        auto l = launch(options, change, infoPath);
+        auto l = launch(options, change, {infoPath});
         QVERIFY(l);
 
         if (Action(action) != Action::None) {

@@ -268,8 +268,8 @@ private Q_SLOTS:
 
     void languageFromMainBundle()
     {
-        // French is not among the program's translations: the development language wins.
-        Bundle::setPreferredLanguagesForTesting(QStringList{u"fr-FR"_s});
+        // Italian is not among the program's translations: the development language wins.
+        Bundle::setPreferredLanguagesForTesting(QStringList{u"it-IT"_s});
         QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
         QVERIFY(VXPrefferedLanguage::isEnglishLanguagePreferred());
     }
