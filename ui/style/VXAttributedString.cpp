@@ -460,14 +460,16 @@ void VXAttributedStringLayout::layOut(Paragraph &paragraph, const VXParagraphSty
         line.setLineWidth(lineWidth);
         // Lines that would reach below a limited height are dropped, but the very first
         // line always stays, so a title in a tight frame still shows (clipped).
+        // QTextLine::height() rounds up to whole pixels; measurements here are not rounded.
+        const double lineHeight = line.ascent() + line.descent() + std::max(0.0, line.leading());
         if (heightLimit > 0.0 && !(firstLine && layout.lineCount() == 1)
-            && y + line.height() > heightLimit + 1e-9) {
+            && y + lineHeight > heightLimit + 1e-9) {
             line.setNumColumns(0);
             line.setPosition({0.0, 1.0e9}); // laid out, never drawn
             break;
         }
         line.setPosition({0.0, y - paragraph.top});
-        y += line.height();
+        y += lineHeight;
         usedWidth = std::max(usedWidth, line.naturalTextWidth());
         if (singleLine)
             break;
