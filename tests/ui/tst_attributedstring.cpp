@@ -301,6 +301,19 @@ private Q_SLOTS:
                                                    .attributeAtIndex(VXForegroundColorAttributeName, 0).value<VXColor>()).rgba(),
                  disabledText.rgba());
 
+        // Drawn on grey: the text darker than the face, its white shadow lighter.
+        const VXAttributedString title = QuorvelleString::standartAttributedButtonTitle(u"Uninstall"_s);
+        const QImage drawn = PixelProbe::render(120, 30, 1.0, [&](QPainter &p) { title.drawInRect(p, {0, 0, 120, 30}); }, QColor(128, 128, 128));
+        int darker = 0, lighter = 0;
+        for (int y = 0; y < drawn.height(); ++y)
+            for (int x = 0; x < drawn.width(); ++x) {
+                const int grey = qGray(drawn.pixel(x, y));
+                darker += grey < 100;
+                lighter += grey > 156;
+            }
+        QVERIFY(darker > 20);
+        QVERIFY(lighter > 20);
+
         for (bool bold : {false, true}) {
             const VXAttributedString t = bold ? QuorvelleString::standartBoldAttributedButtonTitle(u"Go"_s)
                                               : QuorvelleString::standartAttributedButtonTitle(u"Go"_s);

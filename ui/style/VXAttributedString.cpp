@@ -221,6 +221,7 @@ public:
         double top = 0.0;
         double height = 0.0;
         QList<QTextLayout::FormatRange> shadowFormats; // the shadowed runs, in shadow colour
+        std::unique_ptr<QTextLayout> shadowLayout;     // the same lines, in shadowFormats
         VXShadow shadow;
         bool hasShadow = false;
     };
@@ -481,6 +482,26 @@ void VXAttributedStringLayout::layOut(Paragraph &paragraph, const VXParagraphSty
             layout.lineAt(i).setPosition({0.0, 1.0e9});
     }
     paragraph.height = y - paragraph.top;
+
+    if (paragraph.hasShadow) {
+        // The shadow pass needs other colours on the very same lines; a layout's formats
+        // cannot change once it is laid out, so a twin layout takes the same line breaks.
+        auto twin = std::make_unique<QTextLayout>(layout.text(), layout.font());
+        twin->setFormats(paragraph.shadowFormats);
+        twin->setTextOption(layout.textOption());
+        twin->beginLayout();
+        for (int i = 0; i < layout.lineCount(); ++i) {
+            const QTextLine source = layout.lineAt(i);
+            QTextLine line = twin->createLine();
+            if (!line.isValid())
+                break;
+            line.setLeadingIncluded(true);
+            line.setNumColumns(source.textLength(), source.width());
+            line.setPosition(source.position());
+        }
+        twin->endLayout();
+        paragraph.shadowLayout = std::move(twin);
+    }
 }
 
 namespace {
@@ -531,7 +552,7 @@ void VXAttributedString::drawInRect(QPainter &painter, const QRectF &rect) const
     painter.setClipRect(rect, Qt::IntersectClip);
     for (const auto &paragraph : layout.paragraphs) {
         const QPointF origin(rect.left(), rect.top() + paragraph.top);
-        if (paragraph.hasShadow) {
+        if (paragraph.shadowLayout) {
             // The shadow pass: the shadowed runs in the shadow colour, blurred, offset
             // downwards for a negative (y-up) height.
             const double margin = std::ceil(paragraph.shadow.shadowBlurRadius) + 2.0;
@@ -543,11 +564,7 @@ void VXAttributedString::drawInRect(QPainter &painter, const QRectF &rect) const
             {
                 QPainter p(&shadow);
                 p.setRenderHints(painter.renderHints());
-                QTextLayout &l = *paragraph.layout;
-                const QList<QTextLayout::FormatRange> own = l.formats();
-                l.setFormats(paragraph.shadowFormats);
-                l.draw(&p, QPointF(margin, margin));
-                l.setFormats(own);
+                paragraph.shadowLayout->draw(&p, QPointF(margin, margin));
             }
             blur(shadow, paragraph.shadow.shadowBlurRadius * ratio);
             const QPointF offset(paragraph.shadow.shadowOffset.width(),
