@@ -98,16 +98,26 @@ void VXJSONScanner::setScanLocation(qsizetype location)
 
 qsizetype VXJSONScanner::skippedLocation() const
 {
+    if (m_skip == &whitespaceAndNewlineCharacterSet)
+        return skipWhitespace(m_location);
     qsizetype i = m_location;
-    if (m_skip == &whitespaceAndNewlineCharacterSet) {
-        // The default set, tested inline: this runs before every token.
-        while (i < m_length && isWhitespaceOrNewline(m_units[i]))
-            ++i;
-    } else if (m_skip) {
+    if (m_skip) {
         while (i < m_length && m_skip(m_units[i]))
             ++i;
     }
     return i;
+}
+
+bool VXJSONScanner::scanCharacter(char16_t c)
+{
+    // No character folds to a JSON punctuation mark, so without regard to case is the
+    // same as equal here.
+    const qsizetype i = skippedLocation();
+    if (i < m_length && m_units[i] == c) {
+        m_location = i + 1;
+        return true;
+    }
+    return false;
 }
 
 bool VXJSONScanner::scanString(QStringView literal)
@@ -220,17 +230,30 @@ void VXJSONScanner::logParseError(const char *selector) const
 
 bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    // Anything before the first "{" is passed over, so text may carry a preamble.
-    scanUpToString(u"{");
+    // Anything before the first "{" is passed over, so text may carry a preamble. (A
+    // case-insensitive search for "{" is a plain one: no other character folds to it.)
+    qsizetype start = skippedLocation();
+    if (start < m_length && m_units[start] != u'{') {
+        start = QStringView(m_units, m_length).indexOf(u'{', start);
+        if (start < 0)
+            start = m_length;
+    }
+    m_location = start;
     if (m_depth >= maximumDepth)
         return false;
     if (!scanJSONObjectStartString())
         return false;
     DepthGuard depth(m_depth);
 
-    // Built as a std::map, which the dictionary then adopts without copying: no
-    // implicit-sharing checks per member, and keys are moved in.
-    std::map<QString, PropertyValue> members;
+    // Members gather on a stack shared by all objects of this parse; the map is built once
+    // the object is complete (see makeDictionary).
+    const size_t base = m_members.size();
+    struct Truncate
+    {
+        std::vector<Member> &stack;
+        size_t base;
+        ~Truncate() { stack.resize(base); }
+    } truncate{m_members, base};
     for (;;) {
         // Each member's temporaries live in this scope only and are gone before the next.
         std::optional<QString> key;
@@ -246,10 +269,8 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
             logParseError("scanJSONObject:ignoreNull:");
             break;
         }
-        // A later duplicate key replaces the earlier value. Keys often arrive in order,
-        // which the end hint makes cheap.
         if (!(ignoreNull && member->isNull()))
-            members.insert_or_assign(members.end(), std::move(*key), std::move(*member));
+            m_members.emplace_back(std::move(*key), std::move(*member));
         // The comma between members is optional.
         scanJSONValueSeparator();
     }
@@ -258,8 +279,35 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
     if (!scanJSONObjectEndString())
         return false;
     if (value)
-        *value = PropertyValue(PropertyValue::Dictionary(std::move(members)));
+        *value = PropertyValue(makeDictionary(base));
     return true;
+}
+
+PropertyValue::Dictionary VXJSONScanner::makeDictionary(size_t base)
+{
+    // The members from `base` on, in text order. A later duplicate key replaces the
+    // earlier value. Keys mostly arrive in order, or the object is small: then insertion
+    // at the end hint, or plain insertion, is cheapest. A large object in random order
+    // is sorted first (stably, so the last of equal keys is known) and then inserted in
+    // order, which costs far fewer cache misses than descending the tree for every key.
+    const auto first = m_members.begin() + std::ptrdiff_t(base);
+    const auto last = m_members.end();
+    std::map<QString, PropertyValue> members;
+    const auto byKey = [](const Member &a, const Member &b) { return a.first < b.first; };
+    if (last - first > 64 && !std::is_sorted(first, last, byKey)) {
+        std::stable_sort(first, last, byKey);
+        for (auto it = first; it != last; ++it) {
+            const auto next = it + 1;
+            if (next != last && !(it->first < next->first))
+                continue; // a later equal key wins
+            members.emplace_hint(members.end(), std::move(it->first), std::move(it->second));
+        }
+    } else {
+        for (auto it = first; it != last; ++it)
+            members.insert_or_assign(members.end(), std::move(it->first), std::move(it->second));
+    }
+    // Adopted by the dictionary without copying.
+    return PropertyValue::Dictionary(std::move(members));
 }
 
 bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)
@@ -425,13 +473,30 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
     scanJSONStringDelimiterString();
     if (value) {
         if (buffer == frame) {
-            *value = QString(reinterpret_cast<const QChar *>(frame), count);
+            *value = makeString(frame, count);
         } else {
             heap.resize(count);
             *value = std::move(heap);
         }
     }
     return true;
+}
+
+QString VXJSONScanner::makeString(const char16_t *units, qsizetype count)
+{
+    if (count > internedLength || count == 0)
+        return QString(reinterpret_cast<const QChar *>(units), count);
+    // FNV-1a over the units; a slot holds the last string that hashed to it.
+    quint32 hash = 2166136261u;
+    for (qsizetype k = 0; k < count; ++k)
+        hash = (hash ^ units[k]) * 16777619u;
+    if (!m_interned)
+        m_interned = std::make_unique<QString[]>(internedSlots);
+    QString &slot = m_interned[(hash ^ (hash >> 16)) % internedSlots];
+    if (slot.size() == count && std::memcmp(slot.utf16(), units, size_t(count) * 2) == 0)
+        return slot;
+    slot = QString(reinterpret_cast<const QChar *>(units), count);
+    return slot;
 }
 
 bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)
@@ -453,10 +518,8 @@ bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)
 
 bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    const CharacterSet saved = charactersToBeSkipped();
-    setCharactersToBeSkipped(nullptr);
-    scanCharactersFromSet(&whitespaceAndNewlineCharacterSet);
-    setCharactersToBeSkipped(saved);
+    // Whitespace and newlines are passed over whatever the characters to be skipped are.
+    m_location = skipWhitespace(m_location);
 
     if (isAtEnd()) {
         logParseError("scanJSONValue:ignoreNull:");
@@ -515,35 +578,35 @@ bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
 
 bool VXJSONScanner::scanJSONKeyValueSeparator()
 {
-    return scanString(u":");
+    return scanCharacter(u':');
 }
 
 bool VXJSONScanner::scanJSONValueSeparator()
 {
-    return scanString(u",");
+    return scanCharacter(u',');
 }
 
 bool VXJSONScanner::scanJSONObjectStartString()
 {
-    return scanString(u"{");
+    return scanCharacter(u'{');
 }
 
 bool VXJSONScanner::scanJSONObjectEndString()
 {
-    return scanString(u"}");
+    return scanCharacter(u'}');
 }
 
 bool VXJSONScanner::scanJSONArrayStartString()
 {
-    return scanString(u"[");
+    return scanCharacter(u'[');
 }
 
 bool VXJSONScanner::scanJSONArrayEndString()
 {
-    return scanString(u"]");
+    return scanCharacter(u']');
 }
 
 bool VXJSONScanner::scanJSONStringDelimiterString()
 {
-    return scanString(u"\"");
+    return scanCharacter(u'"');
 }

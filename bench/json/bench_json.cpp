@@ -214,7 +214,9 @@ QString wideObject(qsizetype size, QRandomGenerator &random)
 
 // Best time of one run of each, in seconds. The contenders take turns, so that load from
 // other processes on a shared machine falls on all alike; at least 3 rounds and 1 s.
-std::vector<double> bestTimes(const std::vector<std::function<void()>> &runs)
+// `after`, when given, runs untimed after each run (to free what the run kept).
+std::vector<double> bestTimes(const std::vector<std::function<void()>> &runs,
+                              const std::function<void()> &after = {})
 {
     std::vector<double> best(runs.size(), 1e9);
     QElapsedTimer total;
@@ -225,6 +227,8 @@ std::vector<double> bestTimes(const std::vector<std::function<void()>> &runs)
             timer.start();
             runs[k]();
             best[k] = std::min(best[k], double(timer.nsecsElapsed()) * 1e-9);
+            if (after)
+                after();
         }
     }
     return best;
@@ -324,17 +328,21 @@ int main(int argc, char **argv)
             using T = std::remove_cvref_t<decltype(value)>;
             slot = std::make_unique<T>(std::move(value));
         };
-        const auto read = bestTimes({
-            [&] { keep(ours, JSON::dictionaryWithJSONString(utf8)); },
-            [&] { keep(ours, JSON::dictionaryWithJSONString(text)); },
-            [&] { keep(qt, QJsonDocument::fromJson(utf8)); },
-            [&] { keep(nlTree, nlohmann::json::parse(utf8.cbegin(), utf8.cend())); },
-            [&] { keep(rjTree, rapidRead(utf8)); },
-        });
-        ours.reset();
-        qt.reset();
-        nlTree.reset();
-        rjTree.reset();
+        const auto freeTrees = [&] {
+            ours.reset();
+            qt.reset();
+            nlTree.reset();
+            rjTree.reset();
+        };
+        const auto read = bestTimes(
+            {
+                [&] { keep(ours, JSON::dictionaryWithJSONString(utf8)); },
+                [&] { keep(ours, JSON::dictionaryWithJSONString(text)); },
+                [&] { keep(qt, QJsonDocument::fromJson(utf8)); },
+                [&] { keep(nlTree, nlohmann::json::parse(utf8.cbegin(), utf8.cend())); },
+                [&] { keep(rjTree, rapidRead(utf8)); },
+            },
+            freeTrees);
         const auto parseFree = bestTimes({
             [&] { sink = JSON::dictionaryWithJSONString(utf8)->size(); },
             [&] { sink = QJsonDocument::fromJson(utf8).object().size(); },
