@@ -13,6 +13,7 @@
 #include <locale.h>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -293,14 +294,27 @@ PropertyValue::Dictionary VXJSONScanner::makeDictionary(size_t base)
     const auto first = m_members.begin() + std::ptrdiff_t(base);
     const auto last = m_members.end();
     std::map<QString, PropertyValue> members;
-    const auto byKey = [](const Member &a, const Member &b) { return a.first < b.first; };
-    if (last - first > 64 && !std::is_sorted(first, last, byKey)) {
-        std::stable_sort(first, last, byKey);
-        for (auto it = first; it != last; ++it) {
-            const auto next = it + 1;
-            if (next != last && !(it->first < next->first))
+    if (last - first > 64 && !std::is_sorted(first, last, [](const Member &a, const Member &b) {
+            return a.first < b.first;
+        })) {
+        // Sorted as pointers, so only pointers move; compared as units, which is the
+        // order of QString's operator< without a call into the library per comparison.
+        const auto units = [](const Member *m) {
+            return std::u16string_view(reinterpret_cast<const char16_t *>(m->first.utf16()),
+                                       size_t(m->first.size()));
+        };
+        std::vector<Member *> order;
+        order.reserve(size_t(last - first));
+        for (auto it = first; it != last; ++it)
+            order.push_back(&*it);
+        std::stable_sort(order.begin(), order.end(), [&units](const Member *a, const Member *b) {
+            return units(a) < units(b);
+        });
+        for (size_t k = 0; k < order.size(); ++k) {
+            if (k + 1 < order.size() && units(order[k]) == units(order[k + 1]))
                 continue; // a later equal key wins
-            members.emplace_hint(members.end(), std::move(it->first), std::move(it->second));
+            members.emplace_hint(members.end(), std::move(order[k]->first),
+                                 std::move(order[k]->second));
         }
     } else {
         for (auto it = first; it != last; ++it)
