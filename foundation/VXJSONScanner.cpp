@@ -504,9 +504,11 @@ QString VXJSONScanner::makeString(const char16_t *units, qsizetype count)
     quint32 hash = 2166136261u;
     for (qsizetype k = 0; k < count; ++k)
         hash = (hash ^ units[k]) * 16777619u;
-    if (!m_interned)
-        m_interned = std::make_unique<QString[]>(internedSlots);
-    QString &slot = m_interned[(hash ^ (hash >> 16)) % internedSlots];
+    if (!m_interned) {
+        m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
+        m_interned = std::make_unique<QString[]>(m_internedSlots);
+    }
+    QString &slot = m_interned[(hash ^ (hash >> 16)) & (m_internedSlots - 1)];
     if (slot.size() == count && std::memcmp(slot.utf16(), units, size_t(count) * 2) == 0)
         return slot;
     slot = QString(reinterpret_cast<const QChar *>(units), count);

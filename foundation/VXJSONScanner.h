@@ -97,6 +97,7 @@ private:
     // Short strings made recently, by a hash of their units: keys and small values repeat
     // in most documents, and an equal string shares its text instead of a new allocation.
     static constexpr qsizetype internedLength = 24;
-    static constexpr size_t internedSlots = 256;
+    // (Fewer slots for short texts, where clearing the table would cost more than it saves.)
+    size_t m_internedSlots = 0;
     std::unique_ptr<QString[]> m_interned;
 };
