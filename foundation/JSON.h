@@ -13,7 +13,8 @@ namespace JSON {
 std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QString &string,
                                                                   bool ignoreNull);
 std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QString &string);
-std::optional<PropertyValue::Dictionary> dictionaryWithJSONStringIgnoringNulls(const QString &string);
+std::optional<PropertyValue::Dictionary>
+dictionaryWithJSONStringIgnoringNulls(const QString &string);
 // The same reading straight from UTF-8 bytes, with the results and log lines of reading
 // QString::fromUtf8(bytes); a null QByteArray stands for a nil text.
 std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArray &utf8,

@@ -151,8 +151,8 @@ QString socialMedia(qsizetype size, QRandomGenerator &random)
                                           : QStringLiteral("null"))
                    .arg(random.bounded(1 << 30));
         out += quoted(randomWord(random) + u' ' + randomWord(random));
-        out += QStringLiteral(",\"screen_name\":\"user%1\",\"location\":\"\",\"description\":")
-                   .arg(n);
+        out +=
+            QStringLiteral(",\"screen_name\":\"user%1\",\"location\":\"\",\"description\":").arg(n);
         QString description;
         for (int k = random.bounded(0, 16); k > 0; --k)
             description += randomWord(random) + u' ';
@@ -334,15 +334,15 @@ int main(int argc, char **argv)
             nlTree.reset();
             rjTree.reset();
         };
-        const auto read = bestTimes(
-            {
-                [&] { keep(ours, JSON::dictionaryWithJSONString(utf8)); },
-                [&] { keep(ours, JSON::dictionaryWithJSONString(text)); },
-                [&] { keep(qt, QJsonDocument::fromJson(utf8)); },
-                [&] { keep(nlTree, nlohmann::json::parse(utf8.cbegin(), utf8.cend())); },
-                [&] { keep(rjTree, rapidRead(utf8)); },
-            },
-            freeTrees);
+        const auto read =
+            bestTimes({
+                          [&] { keep(ours, JSON::dictionaryWithJSONString(utf8)); },
+                          [&] { keep(ours, JSON::dictionaryWithJSONString(text)); },
+                          [&] { keep(qt, QJsonDocument::fromJson(utf8)); },
+                          [&] { keep(nlTree, nlohmann::json::parse(utf8.cbegin(), utf8.cend())); },
+                          [&] { keep(rjTree, rapidRead(utf8)); },
+                      },
+                      freeTrees);
         const auto parseFree = bestTimes({
             [&] { sink = JSON::dictionaryWithJSONString(utf8)->size(); },
             [&] { sink = QJsonDocument::fromJson(utf8).object().size(); },
@@ -359,31 +359,32 @@ int main(int argc, char **argv)
             treeBytesPerInputByte([&] { return JSON::dictionaryWithJSONString(utf8); },
                                   utf8.size()),
             treeBytesPerInputByte([&] { return QJsonDocument::fromJson(utf8); }, utf8.size()),
-            treeBytesPerInputByte(
-                [&] { return nlohmann::json::parse(utf8.cbegin(), utf8.cend()); }, utf8.size()),
-            treeBytesPerInputByte([&] { return std::make_unique<rapidjson::Document>(rapidRead(utf8)); },
+            treeBytesPerInputByte([&] { return nlohmann::json::parse(utf8.cbegin(), utf8.cend()); },
                                   utf8.size()),
+            treeBytesPerInputByte(
+                [&] { return std::make_unique<rapidjson::Document>(rapidRead(utf8)); },
+                utf8.size()),
         };
 
         std::printf("== %s (%.0f KB)\n", input.name, double(utf8.size()) / 1024);
-        std::printf("%-6s %9s %9s %9s %9s %9s | %7s %7s %7s\n", "", "ours", "ours/QStr",
-                    "Qt", "nlohmann", "RapidJSON", "/Qt", "/nl", "/rj");
+        std::printf("%-6s %9s %9s %9s %9s %9s | %7s %7s %7s\n", "", "ours", "ours/QStr", "Qt",
+                    "nlohmann", "RapidJSON", "/Qt", "/nl", "/rj");
         std::printf("%-6s %9.1f %9.1f %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f\n", "read",
                     megabytes / read[0], megabytes / read[1], megabytes / read[2],
-                    megabytes / read[3], megabytes / read[4], read[2] / read[0],
-                    read[3] / read[0], read[4] / read[0]);
+                    megabytes / read[3], megabytes / read[4], read[2] / read[0], read[3] / read[0],
+                    read[4] / read[0]);
         std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f\n", "p+f",
                     megabytes / parseFree[0], "", megabytes / parseFree[1],
-                    megabytes / parseFree[2], megabytes / parseFree[3],
-                    parseFree[1] / parseFree[0], parseFree[2] / parseFree[0],
-                    parseFree[3] / parseFree[0]);
+                    megabytes / parseFree[2], megabytes / parseFree[3], parseFree[1] / parseFree[0],
+                    parseFree[2] / parseFree[0], parseFree[3] / parseFree[0]);
         std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f\n", "write",
                     megabytes / write[0], "", megabytes / write[1], megabytes / write[2],
                     megabytes / write[3], write[1] / write[0], write[2] / write[0],
                     write[3] / write[0]);
-        std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f  (x input, lower is better; ratios peer/ours)\n",
-                    "mem", memory[0], "", memory[1], memory[2], memory[3],
-                    memory[1] / memory[0], memory[2] / memory[0], memory[3] / memory[0]);
+        std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f  (x input, lower is "
+                    "better; ratios peer/ours)\n",
+                    "mem", memory[0], "", memory[1], memory[2], memory[3], memory[1] / memory[0],
+                    memory[2] / memory[0], memory[3] / memory[0]);
         std::fflush(stdout);
     }
     return 0;

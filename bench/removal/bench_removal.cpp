@@ -152,7 +152,7 @@ int main(int argc, char **argv)
     std::printf("%-8s %10s %10s\n", "", "best ms", "median ms");
     std::printf("%-8s %10.1f %10.1f\n", "rm -rf", rmBest * 1e3, median(rmTimes) * 1e3);
     std::printf("%-8s %10.1f %10.1f\n", "ours", ourBest * 1e3, median(ourTimes) * 1e3);
-    std::printf("time ours / rm -rf: best %.2f, median %.2f (lower is better)\n",
-                ourBest / rmBest, median(ourTimes) / median(rmTimes));
+    std::printf("time ours / rm -rf: best %.2f, median %.2f (lower is better)\n", ourBest / rmBest,
+                median(ourTimes) / median(rmTimes));
     return 0;
 }
