@@ -13,7 +13,6 @@
 #include <locale.h>
 #include <map>
 #include <string>
-#include <string_view>
 
 namespace {
 
@@ -80,6 +79,9 @@ VXJSONScanner::VXJSONScanner(const QString &string)
     : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
       m_length(m_string.size())
 {
+    // Room for a typical document's open arrays, so that small texts do not pay for the
+    // stack's repeated growth.
+    m_elements.reserve(32);
 }
 
 bool VXJSONScanner::whitespaceAndNewlineCharacterSet(char16_t c)
@@ -246,15 +248,9 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
         return false;
     DepthGuard depth(m_depth);
 
-    // Members gather on a stack shared by all objects of this parse; the map is built once
-    // the object is complete (see makeDictionary).
-    const size_t base = m_members.size();
-    struct Truncate
-    {
-        std::vector<Member> &stack;
-        size_t base;
-        ~Truncate() { stack.resize(base); }
-    } truncate{m_members, base};
+    // Built as a std::map, which the dictionary then adopts without copying: no
+    // implicit-sharing checks per member, and keys are moved in.
+    std::map<QString, PropertyValue> members;
     for (;;) {
         // Each member's temporaries live in this scope only and are gone before the next.
         std::optional<QString> key;
@@ -270,8 +266,10 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
             logParseError("scanJSONObject:ignoreNull:");
             break;
         }
+        // A later duplicate key replaces the earlier value. Keys often arrive in order,
+        // which the end hint makes cheap.
         if (!(ignoreNull && member->isNull()))
-            m_members.emplace_back(std::move(*key), std::move(*member));
+            members.insert_or_assign(members.end(), std::move(*key), std::move(*member));
         // The comma between members is optional.
         scanJSONValueSeparator();
     }
@@ -280,48 +278,8 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
     if (!scanJSONObjectEndString())
         return false;
     if (value)
-        *value = PropertyValue(makeDictionary(base));
+        *value = PropertyValue(PropertyValue::Dictionary(std::move(members)));
     return true;
-}
-
-PropertyValue::Dictionary VXJSONScanner::makeDictionary(size_t base)
-{
-    // The members from `base` on, in text order. A later duplicate key replaces the
-    // earlier value. Keys mostly arrive in order, or the object is small: then insertion
-    // at the end hint, or plain insertion, is cheapest. A large object in random order
-    // is sorted first (stably, so the last of equal keys is known) and then inserted in
-    // order, which costs far fewer cache misses than descending the tree for every key.
-    const auto first = m_members.begin() + std::ptrdiff_t(base);
-    const auto last = m_members.end();
-    std::map<QString, PropertyValue> members;
-    if (last - first > 64 && !std::is_sorted(first, last, [](const Member &a, const Member &b) {
-            return a.first < b.first;
-        })) {
-        // Sorted as pointers, so only pointers move; compared as units, which is the
-        // order of QString's operator< without a call into the library per comparison.
-        const auto units = [](const Member *m) {
-            return std::u16string_view(reinterpret_cast<const char16_t *>(m->first.utf16()),
-                                       size_t(m->first.size()));
-        };
-        std::vector<Member *> order;
-        order.reserve(size_t(last - first));
-        for (auto it = first; it != last; ++it)
-            order.push_back(&*it);
-        std::stable_sort(order.begin(), order.end(), [&units](const Member *a, const Member *b) {
-            return units(a) < units(b);
-        });
-        for (size_t k = 0; k < order.size(); ++k) {
-            if (k + 1 < order.size() && units(order[k]) == units(order[k + 1]))
-                continue; // a later equal key wins
-            members.emplace_hint(members.end(), std::move(order[k]->first),
-                                 std::move(order[k]->second));
-        }
-    } else {
-        for (auto it = first; it != last; ++it)
-            members.insert_or_assign(members.end(), std::move(it->first), std::move(it->second));
-    }
-    // Adopted by the dictionary without copying.
-    return PropertyValue::Dictionary(std::move(members));
 }
 
 bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)

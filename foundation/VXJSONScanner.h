@@ -65,8 +65,6 @@ public:
     bool scanJSONStringDelimiterString();
 
 private:
-    using Member = std::pair<QString, PropertyValue>;
-
     qsizetype skippedLocation() const;
     // The first unit at or after `i` that is not whitespace or a newline.
     qsizetype skipWhitespace(qsizetype i) const
@@ -83,7 +81,6 @@ private:
     }
     bool scanCharacter(char16_t c);
     QString makeString(const char16_t *units, qsizetype count);
-    PropertyValue::Dictionary makeDictionary(size_t base);
     void logParseError(const char *selector) const;
 
     QString m_string;
@@ -93,7 +90,6 @@ private:
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
     std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
-    std::vector<Member> m_members;         // pending members of all open objects
     // Short strings made recently, by a hash of their units: keys and small values repeat
     // in most documents, and an equal string shares its text instead of a new allocation.
     static constexpr qsizetype internedLength = 24;
