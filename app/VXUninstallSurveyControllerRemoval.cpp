@@ -13,7 +13,10 @@
 #include <QFileInfo>
 #include <QMetaObject>
 
+#include <cerrno>
 #include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,23 +28,63 @@ bool fileExistsAtPath(const QString &path)
     return QFileInfo::exists(path);
 }
 
+// Empties the folder open at `folder` and closes it, the way rm -rf walks: relative to
+// the folder's descriptor, one unlinkat per entry, in the order the folder lists them.
+// Relative calls cannot be redirected by a link swapped into the path above, and a
+// sub-folder is opened with O_NOFOLLOW, so a link is only ever removed itself.
+void removeFolderContents(int folder)
+{
+    DIR *stream = ::fdopendir(folder);
+    if (!stream) {
+        ::close(folder);
+        return;
+    }
+    const int fd = ::dirfd(stream);
+    while (const dirent *entry = ::readdir(stream)) {
+        const char *name = entry->d_name;
+        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+            continue;
+        bool isFolder = entry->d_type == DT_DIR;
+        if (entry->d_type == DT_UNKNOWN) {
+            // Some file systems do not report the type in the listing.
+            struct stat st;
+            if (::fstatat(fd, name, &st, AT_SYMLINK_NOFOLLOW) != 0)
+                continue;
+            isFolder = S_ISDIR(st.st_mode);
+        }
+        if (!isFolder) {
+            ::unlinkat(fd, name, 0);
+            continue;
+        }
+        const int child =
+            ::openat(fd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+        // A folder that cannot be opened (no permission, too many open descriptors at
+        // extreme depth) is still tried: it may be empty.
+        if (child >= 0)
+            removeFolderContents(child);
+        ::unlinkat(fd, name, AT_REMOVEDIR);
+    }
+    ::closedir(stream);
+}
+
 // Deletes a file, a link (never its target) or a folder with everything in it. Failures
 // are ignored: what cannot be removed stays.
 void removeItemAtPath(const QString &path)
 {
     const QByteArray native = QFile::encodeName(path);
-    struct stat st;
-    if (::lstat(native.constData(), &st) != 0)
-        return;
-    if (S_ISDIR(st.st_mode)) {
-        const QStringList entries = QDir(path).entryList(QDir::AllEntries | QDir::Hidden |
-                                                         QDir::System | QDir::NoDotAndDotDot);
-        for (const QString &entry : entries)
-            removeItemAtPath(path + u'/' + entry);
+    const int folder =
+        ::open(native.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+    if (folder >= 0) {
+        removeFolderContents(folder);
         ::rmdir(native.constData());
-    } else {
-        ::unlink(native.constData());
+        return;
     }
+    // Not a folder (ENOTDIR, or ELOOP for a link): the item itself goes. A folder that
+    // cannot be opened may still be empty and removable.
+    if (errno == ENOTDIR || errno == ELOOP)
+        ::unlink(native.constData());
+    else if (errno != ENOENT)
+        ::rmdir(native.constData());
 }
 
 // Full paths of the items in the prefix's folder whose names begin with its last

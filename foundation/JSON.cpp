@@ -59,6 +59,31 @@ std::optional<PropertyValue::Array> arrayWithJSONStringIgnoringNulls(const QStri
     return arrayWithJSONString(string, true);
 }
 
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArray &utf8,
+                                                                  bool ignoreNull)
+{
+    if (utf8.isNull())
+        return std::nullopt;
+    return dictionaryWithJSONString(QString::fromUtf8(utf8), ignoreNull);
+}
+
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArray &utf8)
+{
+    return dictionaryWithJSONString(utf8, false);
+}
+
+std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8, bool ignoreNull)
+{
+    if (utf8.isNull())
+        return std::nullopt;
+    return arrayWithJSONString(QString::fromUtf8(utf8), ignoreNull);
+}
+
+std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8)
+{
+    return arrayWithJSONString(utf8, false);
+}
+
 namespace {
 
 // The output is gathered in chunks: a small one inside the sink for the usual short text,

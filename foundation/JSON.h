@@ -13,11 +13,19 @@ namespace JSON {
 std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QString &string,
                                                                   bool ignoreNull);
 std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QString &string);
-std::optional<PropertyValue::Dictionary> dictionaryWithJSONStringIgnoringNulls(const QString &string);
+std::optional<PropertyValue::Dictionary>
+dictionaryWithJSONStringIgnoringNulls(const QString &string);
+// The same reading straight from UTF-8 bytes, with the results and log lines of reading
+// QString::fromUtf8(bytes); a null QByteArray stands for a nil text.
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArray &utf8,
+                                                                  bool ignoreNull);
+std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArray &utf8);
 
 std::optional<PropertyValue::Array> arrayWithJSONString(const QString &string, bool ignoreNull);
 std::optional<PropertyValue::Array> arrayWithJSONString(const QString &string);
 std::optional<PropertyValue::Array> arrayWithJSONStringIgnoringNulls(const QString &string);
+std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8, bool ignoreNull);
+std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8);
 
 // Compact JSON text: no whitespace, booleans as 1/0, keys unescaped.
 QString JSONString(const PropertyValue::Dictionary &dictionary);

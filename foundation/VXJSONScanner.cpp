@@ -79,6 +79,9 @@ VXJSONScanner::VXJSONScanner(const QString &string)
     : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
       m_length(m_string.size())
 {
+    // Room for a typical document's open arrays, so that small texts do not pay for the
+    // stack's repeated growth.
+    m_elements.reserve(32);
 }
 
 bool VXJSONScanner::whitespaceAndNewlineCharacterSet(char16_t c)
@@ -98,16 +101,26 @@ void VXJSONScanner::setScanLocation(qsizetype location)
 
 qsizetype VXJSONScanner::skippedLocation() const
 {
+    if (m_skip == &whitespaceAndNewlineCharacterSet)
+        return skipWhitespace(m_location);
     qsizetype i = m_location;
-    if (m_skip == &whitespaceAndNewlineCharacterSet) {
-        // The default set, tested inline: this runs before every token.
-        while (i < m_length && isWhitespaceOrNewline(m_units[i]))
-            ++i;
-    } else if (m_skip) {
+    if (m_skip) {
         while (i < m_length && m_skip(m_units[i]))
             ++i;
     }
     return i;
+}
+
+bool VXJSONScanner::scanCharacter(char16_t c)
+{
+    // No character folds to a JSON punctuation mark, so without regard to case is the
+    // same as equal here.
+    const qsizetype i = skippedLocation();
+    if (i < m_length && m_units[i] == c) {
+        m_location = i + 1;
+        return true;
+    }
+    return false;
 }
 
 bool VXJSONScanner::scanString(QStringView literal)
@@ -220,8 +233,15 @@ void VXJSONScanner::logParseError(const char *selector) const
 
 bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    // Anything before the first "{" is passed over, so text may carry a preamble.
-    scanUpToString(u"{");
+    // Anything before the first "{" is passed over, so text may carry a preamble. (A
+    // case-insensitive search for "{" is a plain one: no other character folds to it.)
+    qsizetype start = skippedLocation();
+    if (start < m_length && m_units[start] != u'{') {
+        start = QStringView(m_units, m_length).indexOf(u'{', start);
+        if (start < 0)
+            start = m_length;
+    }
+    m_location = start;
     if (m_depth >= maximumDepth)
         return false;
     if (!scanJSONObjectStartString())
@@ -425,13 +445,32 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
     scanJSONStringDelimiterString();
     if (value) {
         if (buffer == frame) {
-            *value = QString(reinterpret_cast<const QChar *>(frame), count);
+            *value = makeString(frame, count);
         } else {
             heap.resize(count);
             *value = std::move(heap);
         }
     }
     return true;
+}
+
+QString VXJSONScanner::makeString(const char16_t *units, qsizetype count)
+{
+    if (count > internedLength || count == 0)
+        return QString(reinterpret_cast<const QChar *>(units), count);
+    // FNV-1a over the units; a slot holds the last string that hashed to it.
+    quint32 hash = 2166136261u;
+    for (qsizetype k = 0; k < count; ++k)
+        hash = (hash ^ units[k]) * 16777619u;
+    if (!m_interned) {
+        m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
+        m_interned = std::make_unique<QString[]>(m_internedSlots);
+    }
+    QString &slot = m_interned[(hash ^ (hash >> 16)) & (m_internedSlots - 1)];
+    if (slot.size() == count && std::memcmp(slot.utf16(), units, size_t(count) * 2) == 0)
+        return slot;
+    slot = QString(reinterpret_cast<const QChar *>(units), count);
+    return slot;
 }
 
 bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)
@@ -453,10 +492,8 @@ bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)
 
 bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    const CharacterSet saved = charactersToBeSkipped();
-    setCharactersToBeSkipped(nullptr);
-    scanCharactersFromSet(&whitespaceAndNewlineCharacterSet);
-    setCharactersToBeSkipped(saved);
+    // Whitespace and newlines are passed over whatever the characters to be skipped are.
+    m_location = skipWhitespace(m_location);
 
     if (isAtEnd()) {
         logParseError("scanJSONValue:ignoreNull:");
@@ -515,35 +552,35 @@ bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
 
 bool VXJSONScanner::scanJSONKeyValueSeparator()
 {
-    return scanString(u":");
+    return scanCharacter(u':');
 }
 
 bool VXJSONScanner::scanJSONValueSeparator()
 {
-    return scanString(u",");
+    return scanCharacter(u',');
 }
 
 bool VXJSONScanner::scanJSONObjectStartString()
 {
-    return scanString(u"{");
+    return scanCharacter(u'{');
 }
 
 bool VXJSONScanner::scanJSONObjectEndString()
 {
-    return scanString(u"}");
+    return scanCharacter(u'}');
 }
 
 bool VXJSONScanner::scanJSONArrayStartString()
 {
-    return scanString(u"[");
+    return scanCharacter(u'[');
 }
 
 bool VXJSONScanner::scanJSONArrayEndString()
 {
-    return scanString(u"]");
+    return scanCharacter(u']');
 }
 
 bool VXJSONScanner::scanJSONStringDelimiterString()
 {
-    return scanString(u"\"");
+    return scanCharacter(u'"');
 }

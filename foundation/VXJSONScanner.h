@@ -2,10 +2,13 @@
 
 #include "PropertyValue.h"
 
+#include <QChar>
 #include <QString>
 #include <QStringView>
 
+#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 // A small character scanner over UTF-16 code units with the JSON scanning operations of
@@ -63,6 +66,21 @@ public:
 
 private:
     qsizetype skippedLocation() const;
+    // The first unit at or after `i` that is not whitespace or a newline.
+    qsizetype skipWhitespace(qsizetype i) const
+    {
+        while (i < m_length) {
+            const char16_t c = m_units[i];
+            // Same set as whitespaceAndNewlineCharacterSet, decided inline: this runs
+            // before every token.
+            if (c < 0x80 ? !(c == u' ' || (c >= 0x09 && c <= 0x0d)) : !QChar::isSpace(char32_t(c)))
+                break;
+            ++i;
+        }
+        return i;
+    }
+    bool scanCharacter(char16_t c);
+    QString makeString(const char16_t *units, qsizetype count);
     void logParseError(const char *selector) const;
 
     QString m_string;
@@ -72,4 +90,10 @@ private:
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
     std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
+    // Short strings made recently, by a hash of their units: keys and small values repeat
+    // in most documents, and an equal string shares its text instead of a new allocation.
+    static constexpr qsizetype internedLength = 24;
+    // (Fewer slots for short texts, where clearing the table would cost more than it saves.)
+    size_t m_internedSlots = 0;
+    std::unique_ptr<QString[]> m_interned;
 };

@@ -1,21 +1,29 @@
-// Read and write throughput of the JSON reader and writer against QJsonDocument on the
-// same generated inputs. Prints figures and ratios; never fails on speed.
+// Read and write throughput, parse-plus-free time and tree memory of the JSON reader and
+// writer against QJsonDocument, nlohmann::json and RapidJSON (DOM) on the same generated
+// inputs. Prints figures and ratios; never fails on speed.
 //
-// Our reader takes a QString (UTF-16), QJsonDocument takes UTF-8 bytes: reading is shown
-// both from the QString as is and including QString::fromUtf8 of the bytes. Likewise
-// writing is shown to a QString and including toUtf8, against QJsonDocument::toJson.
+// Every contender starts from the same UTF-8 bytes and ends with UTF-8 bytes: our reader is
+// measured from the bytes (its UTF-8 entry) and, for reference, from a QString made
+// beforehand; our writer's QString output is converted with toUtf8.
 #include "JSON.h"
 
 #include <QElapsedTimer>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
 #include <QString>
-#include <QTextStream>
+
+#include <nlohmann/json.hpp>
+#include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <malloc.h>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -117,25 +125,147 @@ QString deeplyNested(qsizetype size, QRandomGenerator &random)
     return out + QStringLiteral("]}");
 }
 
+// A timeline of posts as a social network's interface returns it: nested user objects,
+// entity arrays, long numeric identifiers, booleans, nulls and non-ASCII text.
+QString socialMedia(qsizetype size, QRandomGenerator &random)
+{
+    QString out = QStringLiteral("{\"statuses\":[");
+    for (int n = 0; out.size() < size; ++n) {
+        if (n)
+            out += u',';
+        QString text;
+        for (int k = random.bounded(6, 24); k > 0; --k)
+            text += randomWord(random) + u' ';
+        const quint64 id = 505874924095815680ull + quint64(random.bounded(1 << 30));
+        out += QStringLiteral("{\"metadata\":{\"result_type\":\"recent\",\"iso_language_code\":"
+                              "\"ja\"},\"created_at\":\"Sun Aug 31 00:29:15 +0000 2014\",\"id\":%1,"
+                              "\"id_str\":\"%1\",\"text\":")
+                   .arg(id);
+        out += quoted(text);
+        out += QStringLiteral(",\"source\":\"<a href=\\\"https:\\/\\/example.org\\/app\\\" "
+                              "rel=\\\"nofollow\\\">client %1<\\/a>\",\"truncated\":false,"
+                              "\"in_reply_to_status_id\":null,\"in_reply_to_user_id\":%2,"
+                              "\"user\":{\"id\":%3,\"name\":")
+                   .arg(random.bounded(50))
+                   .arg(random.bounded(2) ? QString::number(random.bounded(1 << 30))
+                                          : QStringLiteral("null"))
+                   .arg(random.bounded(1 << 30));
+        out += quoted(randomWord(random) + u' ' + randomWord(random));
+        out +=
+            QStringLiteral(",\"screen_name\":\"user%1\",\"location\":\"\",\"description\":").arg(n);
+        QString description;
+        for (int k = random.bounded(0, 16); k > 0; --k)
+            description += randomWord(random) + u' ';
+        out += quoted(description);
+        out += QStringLiteral(",\"protected\":false,\"followers_count\":%1,\"friends_count\":%2,"
+                              "\"verified\":%3,\"lang\":\"ja\",\"profile_background_color\":"
+                              "\"C0DEED\",\"default_profile\":true},\"geo\":null,"
+                              "\"retweet_count\":%4,\"favorite_count\":%5,\"entities\":{"
+                              "\"hashtags\":[],\"symbols\":[],\"urls\":[],"
+                              "\"user_mentions\":[{\"screen_name\":\"user%6\",\"id\":%7,"
+                              "\"indices\":[%8,%9]}]},\"favorited\":false,\"retweeted\":false,"
+                              "\"lang\":\"ja\"}")
+                   .arg(random.bounded(5000))
+                   .arg(random.bounded(5000))
+                   .arg(random.bounded(2) ? QStringLiteral("true") : QStringLiteral("false"))
+                   .arg(random.bounded(100))
+                   .arg(random.bounded(100))
+                   .arg(random.bounded(1000))
+                   .arg(random.bounded(1 << 30))
+                   .arg(3)
+                   .arg(random.bounded(10, 30));
+    }
+    return out + QStringLiteral("],\"search_metadata\":{\"count\":100}}");
+}
+
+// Strings, numbers and nested containers taking turns, in pieces of about 64 KB.
+QString mixed(qsizetype size, QRandomGenerator &random)
+{
+    QString out = QStringLiteral("{\"parts\":[");
+    for (int n = 0; out.size() < size; ++n) {
+        if (n)
+            out += u',';
+        switch (n % 3) {
+        case 0:
+            out += stringHeavy(64 * 1024, random);
+            break;
+        case 1:
+            out += numberHeavy(64 * 1024, random);
+            break;
+        default:
+            out += deeplyNested(64 * 1024, random);
+            break;
+        }
+    }
+    return out + QStringLiteral("]}");
+}
+
+// One object with many short keys in random order and small values.
+QString wideObject(qsizetype size, QRandomGenerator &random)
+{
+    QString out = QStringLiteral("{");
+    for (int n = 0; out.size() < size; ++n) {
+        if (n)
+            out += u',';
+        out += QStringLiteral("\"k%1\":%2").arg(random.generate()).arg(random.bounded(100));
+    }
+    return out + u'}';
+}
+
 // Best time of one run of each, in seconds. The contenders take turns, so that load from
-// other processes on a shared machine falls on both alike; at least 5 rounds and 1 s.
-std::vector<double> bestTimes(const std::vector<std::function<void()>> &runs)
+// other processes on a shared machine falls on all alike; at least 3 rounds and 1 s.
+// `after`, when given, runs untimed after each run (to free what the run kept).
+std::vector<double> bestTimes(const std::vector<std::function<void()>> &runs,
+                              const std::function<void()> &after = {})
 {
     std::vector<double> best(runs.size(), 1e9);
     QElapsedTimer total;
     total.start();
-    for (int round = 0; round < 5 || (total.elapsed() < 1000 && round < 5000); ++round) {
+    for (int round = 0; round < 3 || (total.elapsed() < 1000 && round < 5000); ++round) {
         for (size_t k = 0; k < runs.size(); ++k) {
             QElapsedTimer timer;
             timer.start();
             runs[k]();
             best[k] = std::min(best[k], double(timer.nsecsElapsed()) * 1e-9);
+            if (after)
+                after();
         }
     }
     return best;
 }
 
+// Heap bytes in use, as the allocator counts them (chunk headers included).
+size_t heapInUse()
+{
+    return mallinfo2().uordblks;
+}
+
+// Heap bytes held by what `make` returns, per byte of input.
+template <typename Make> double treeBytesPerInputByte(Make make, qsizetype inputBytes)
+{
+    malloc_trim(0);
+    const size_t before = heapInUse();
+    auto tree = make();
+    const size_t after = heapInUse();
+    return double(after - before) / double(inputBytes);
+}
+
 volatile qsizetype sink;
+
+rapidjson::Document rapidRead(const QByteArray &utf8)
+{
+    rapidjson::Document document;
+    document.Parse(utf8.constData(), size_t(utf8.size()));
+    return document;
+}
+
+QByteArray rapidWrite(const rapidjson::Document &document)
+{
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    document.Accept(writer);
+    return QByteArray(buffer.GetString(), qsizetype(buffer.GetSize()));
+}
 
 } // namespace
 
@@ -150,21 +280,21 @@ int main(int argc, char **argv)
         std::function<QString(QRandomGenerator &)> make;
     } inputs[] = {
         {"information 1 KB", [](QRandomGenerator &) { return informationFile(); }},
-        {"strings 1 MB", [](QRandomGenerator &r) { return stringHeavy(1 << 20, r); }},
-        {"numbers 1 MB", [](QRandomGenerator &r) { return numberHeavy(1 << 20, r); }},
-        {"nested 1 MB", [](QRandomGenerator &r) { return deeplyNested(1 << 20, r); }},
+        {"social 447 KB", [](QRandomGenerator &r) { return socialMedia(447 * 1024, r); }},
         {"strings 10 MB", [](QRandomGenerator &r) { return stringHeavy(10 << 20, r); }},
         {"numbers 10 MB", [](QRandomGenerator &r) { return numberHeavy(10 << 20, r); }},
         {"nested 10 MB", [](QRandomGenerator &r) { return deeplyNested(10 << 20, r); }},
+        {"mixed 10 MB", [](QRandomGenerator &r) { return mixed(10 << 20, r); }},
+        {"wide 10 MB", [](QRandomGenerator &r) { return wideObject(10 << 20, r); }},
     };
 
-    std::printf(
-        "Throughput in MB/s of UTF-8 text; ratio = ours / QJsonDocument (higher is "
-        "better).\nread: ours from QString | ours incl. fromUtf8 | QJsonDocument::fromJson"
-        "\nwrite: ours to QString | ours incl. toUtf8 | QJsonDocument::toJson(Compact)\n\n");
-    std::printf("%-17s %8s | %8s %8s %8s %6s %6s | %8s %8s %8s %6s %6s\n", "input", "KB", "rd ours",
-                "rd+conv", "rd Qt", "ratio", "r+conv", "wr ours", "wr+conv", "wr Qt", "ratio",
-                "w+conv");
+    std::printf("MB/s of UTF-8 text (higher is better); ratios are ours / peer in speed.\n"
+                "read: ours from UTF-8 bytes | ours from a ready QString | QJsonDocument | "
+                "nlohmann::json | RapidJSON DOM; the tree is built, not freed\n"
+                "p+f: parse plus freeing the tree, MB/s\n"
+                "write: tree to compact UTF-8 text\n"
+                "mem: heap held by the tree per input byte (our QString input, when kept, "
+                "adds 2 per byte of ASCII)\n\n");
 
     for (const auto &input : inputs) {
         if (!only.isEmpty() && !QString::fromUtf8(input.name).contains(only))
@@ -177,35 +307,84 @@ int main(int argc, char **argv)
         QJsonParseError error{};
         const QJsonDocument document = QJsonDocument::fromJson(utf8, &error);
         const auto tree = JSON::dictionaryWithJSONString(text);
-        if (error.error != QJsonParseError::NoError || !tree) {
+        const nlohmann::json nl = nlohmann::json::parse(utf8.cbegin(), utf8.cend());
+        const rapidjson::Document rj = rapidRead(utf8);
+        if (error.error != QJsonParseError::NoError || !tree || rj.HasParseError()) {
             std::printf("%s: input not read (%s)\n", input.name, qPrintable(error.errorString()));
             return 1;
         }
-
-        const auto read = bestTimes({
-            [&] { sink = JSON::dictionaryWithJSONString(text)->size(); },
-            [&] { sink = JSON::dictionaryWithJSONString(QString::fromUtf8(utf8))->size(); },
-            [&] { sink = QJsonDocument::fromJson(utf8).object().size(); },
-        });
-        const auto write = bestTimes({
-            [&] { sink = JSON::JSONString(*tree).size(); },
-            [&] { sink = JSON::JSONString(*tree).toUtf8().size(); },
-            [&] { sink = document.toJson(QJsonDocument::Compact).size(); },
-        });
-        const double readOurs = read[0], readOursConv = read[1], readQt = read[2];
-        const double writeOurs = write[0], writeOursConv = write[1], writeQt = write[2];
-
         // What we write must read back to the same tree.
         if (JSON::dictionaryWithJSONString(JSON::JSONString(*tree)) != tree) {
             std::printf("%s: written text does not read back\n", input.name);
             return 1;
         }
 
-        std::printf("%-17s %8.0f | %8.1f %8.1f %8.1f %6.2f %6.2f | %8.1f %8.1f %8.1f %6.2f %6.2f\n",
-                    input.name, double(utf8.size()) / 1024, megabytes / readOurs,
-                    megabytes / readOursConv, megabytes / readQt, readQt / readOurs,
-                    readQt / readOursConv, megabytes / writeOurs, megabytes / writeOursConv,
-                    megabytes / writeQt, writeQt / writeOurs, writeQt / writeOursConv);
+        // Reading: the tree is kept until after the clock stops.
+        std::unique_ptr<std::optional<PropertyValue::Dictionary>> ours;
+        std::unique_ptr<QJsonDocument> qt;
+        std::unique_ptr<nlohmann::json> nlTree;
+        std::unique_ptr<rapidjson::Document> rjTree;
+        const auto keep = [](auto &slot, auto &&value) {
+            using T = std::remove_cvref_t<decltype(value)>;
+            slot = std::make_unique<T>(std::move(value));
+        };
+        const auto freeTrees = [&] {
+            ours.reset();
+            qt.reset();
+            nlTree.reset();
+            rjTree.reset();
+        };
+        const auto read =
+            bestTimes({
+                          [&] { keep(ours, JSON::dictionaryWithJSONString(utf8)); },
+                          [&] { keep(ours, JSON::dictionaryWithJSONString(text)); },
+                          [&] { keep(qt, QJsonDocument::fromJson(utf8)); },
+                          [&] { keep(nlTree, nlohmann::json::parse(utf8.cbegin(), utf8.cend())); },
+                          [&] { keep(rjTree, rapidRead(utf8)); },
+                      },
+                      freeTrees);
+        const auto parseFree = bestTimes({
+            [&] { sink = JSON::dictionaryWithJSONString(utf8)->size(); },
+            [&] { sink = QJsonDocument::fromJson(utf8).object().size(); },
+            [&] { sink = qsizetype(nlohmann::json::parse(utf8.cbegin(), utf8.cend()).size()); },
+            [&] { sink = qsizetype(rapidRead(utf8).MemberCount()); },
+        });
+        const auto write = bestTimes({
+            [&] { sink = JSON::JSONString(*tree).toUtf8().size(); },
+            [&] { sink = document.toJson(QJsonDocument::Compact).size(); },
+            [&] { sink = qsizetype(nl.dump().size()); },
+            [&] { sink = rapidWrite(rj).size(); },
+        });
+        const double memory[] = {
+            treeBytesPerInputByte([&] { return JSON::dictionaryWithJSONString(utf8); },
+                                  utf8.size()),
+            treeBytesPerInputByte([&] { return QJsonDocument::fromJson(utf8); }, utf8.size()),
+            treeBytesPerInputByte([&] { return nlohmann::json::parse(utf8.cbegin(), utf8.cend()); },
+                                  utf8.size()),
+            treeBytesPerInputByte(
+                [&] { return std::make_unique<rapidjson::Document>(rapidRead(utf8)); },
+                utf8.size()),
+        };
+
+        std::printf("== %s (%.0f KB)\n", input.name, double(utf8.size()) / 1024);
+        std::printf("%-6s %9s %9s %9s %9s %9s | %7s %7s %7s\n", "", "ours", "ours/QStr", "Qt",
+                    "nlohmann", "RapidJSON", "/Qt", "/nl", "/rj");
+        std::printf("%-6s %9.1f %9.1f %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f\n", "read",
+                    megabytes / read[0], megabytes / read[1], megabytes / read[2],
+                    megabytes / read[3], megabytes / read[4], read[2] / read[0], read[3] / read[0],
+                    read[4] / read[0]);
+        std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f\n", "p+f",
+                    megabytes / parseFree[0], "", megabytes / parseFree[1],
+                    megabytes / parseFree[2], megabytes / parseFree[3], parseFree[1] / parseFree[0],
+                    parseFree[2] / parseFree[0], parseFree[3] / parseFree[0]);
+        std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f\n", "write",
+                    megabytes / write[0], "", megabytes / write[1], megabytes / write[2],
+                    megabytes / write[3], write[1] / write[0], write[2] / write[0],
+                    write[3] / write[0]);
+        std::printf("%-6s %9.1f %9s %9.1f %9.1f %9.1f | %7.2f %7.2f %7.2f  (x input, lower is "
+                    "better; ratios peer/ours)\n",
+                    "mem", memory[0], "", memory[1], memory[2], memory[3], memory[1] / memory[0],
+                    memory[2] / memory[0], memory[3] / memory[0]);
         std::fflush(stdout);
     }
     return 0;

@@ -1,6 +1,8 @@
 #include "JSON.h"
 #include "LogCapture.h"
 
+#include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -193,6 +195,53 @@ private Q_SLOTS:
         QVERIFY(result);
         QCOMPARE(result->size(), 1);
         QCOMPARE(result->first().toString(), s);
+    }
+
+    // Objects large enough to be sorted before insertion, keys in random order with
+    // duplicates and nulls, and many short strings that share a hash slot now and then.
+    // The oracle inserts member after member, so a later duplicate replaces the earlier.
+    void readLargeObjects_data()
+    {
+        QTest::addColumn<int>("members");
+        QTest::addColumn<int>("distinctKeys");
+        QTest::addColumn<bool>("ignoreNull");
+        QTest::newRow("ordered") << 300 << 0 << false;
+        QTest::newRow("duplicates") << 300 << 120 << false;
+        QTest::newRow("duplicates, nulls ignored") << 5000 << 1500 << true;
+        QTest::newRow("all distinct") << 5000 << 1000000 << false;
+    }
+
+    void readLargeObjects()
+    {
+        QFETCH(int, members);
+        QFETCH(int, distinctKeys);
+        QFETCH(bool, ignoreNull);
+        QRandomGenerator random(members);
+        QString json = QStringLiteral("{");
+        Dict expected;
+        Arr values;
+        for (int n = 0; n < members; ++n) {
+            const QString key = QStringLiteral("k%1").arg(
+                distinctKeys ? random.bounded(distinctKeys) : n, distinctKeys ? 0 : 6, 10, QChar(u'0'));
+            const int kind = random.bounded(7);
+            const QString text = QString::number(random.bounded(100000), 36);
+            const PropertyValue value = kind == 0   ? PropertyValue::null()
+                                        : kind < 4 ? PropertyValue(text)
+                                                   : PropertyValue(double(random.bounded(1000)));
+            json += QStringLiteral("\"%1\":%2,").arg(
+                key, kind == 0 ? QStringLiteral("null")
+                     : kind < 4 ? u'"' + text + u'"'
+                                : QString::number(value.toDouble()));
+            if (!(ignoreNull && value.isNull()))
+                expected.insert(key, value);
+            values.append(value);
+        }
+        json += u'}';
+        QCOMPARE(JSON::dictionaryWithJSONString(json, ignoreNull), expected);
+        // The same values as one array: every element kept, in order.
+        const QString array = u'[' + json.mid(1, json.size() - 2).replace(
+                                         QRegularExpression(QStringLiteral("\"k\\d+\":")), QString()) + u']';
+        QCOMPARE(JSON::arrayWithJSONString(array), values);
     }
 
     void write_data()
