@@ -120,7 +120,7 @@ public:
     int gradientType() const { return _gradientType; }
     void setGradientType(int type) { _gradientType = type; }
     // The state as a number; setting a number sets the state, nothing sets it off.
-    QVariant objectValue() const { return QVariant::fromValue(qint64(_state)); }
+    virtual QVariant objectValue() const { return QVariant::fromValue(qint64(_state)); }
     void setObjectValue(const QVariant &value);
     quint64 showsStateBy() const { return _showsStateBy; }
     void setShowsStateBy(quint64 mask) { _showsStateBy = mask; }
