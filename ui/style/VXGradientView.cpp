@@ -1,0 +1,165 @@
+#include "VXGradientView.h"
+
+#include "VXBezierPath.h"
+#include "VXColorConvertion.h"
+#include "VXCoordinates.h"
+
+#include <QLinearGradient>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <cmath>
+#include <numbers>
+
+VXGradientView::VXGradientView(QWidget *parent) : QWidget(parent)
+{
+    setDefaults();
+}
+
+VXGradientView::VXGradientView(const QRect &frame, QWidget *parent) : QWidget(parent)
+{
+    setGeometry(frame);
+    setDefaults();
+}
+
+VXGradientView::~VXGradientView() = default;
+
+void VXGradientView::setDefaults()
+{
+    startGradientColor_ = VXColor::controlHighlightColor();
+    finishGradientColor_ = VXColor::controlShadowColor();
+    topLineColor_ = VXColor::whiteColor();
+    bottomLineColor_ = VXColor::disabledControlTextColor();
+    _gradientAngle = 270.0;
+    _cornerRadius = 0.0;
+}
+
+std::optional<VXColor> VXGradientView::startGradientColor() const
+{
+    std::lock_guard lock(_colorLock);
+    return startGradientColor_;
+}
+
+void VXGradientView::setStartGradientColor(const std::optional<VXColor> &color)
+{
+    std::lock_guard lock(_colorLock);
+    startGradientColor_ = color;
+}
+
+std::optional<VXColor> VXGradientView::finishGradientColor() const
+{
+    std::lock_guard lock(_colorLock);
+    return finishGradientColor_;
+}
+
+void VXGradientView::setFinishGradientColor(const std::optional<VXColor> &color)
+{
+    std::lock_guard lock(_colorLock);
+    finishGradientColor_ = color;
+}
+
+std::optional<VXColor> VXGradientView::topLineColor() const
+{
+    std::lock_guard lock(_colorLock);
+    return topLineColor_;
+}
+
+void VXGradientView::setTopLineColor(const std::optional<VXColor> &color)
+{
+    std::lock_guard lock(_colorLock);
+    topLineColor_ = color;
+}
+
+std::optional<VXColor> VXGradientView::bottomLineColor() const
+{
+    std::lock_guard lock(_colorLock);
+    return bottomLineColor_;
+}
+
+void VXGradientView::setBottomLineColor(const std::optional<VXColor> &color)
+{
+    std::lock_guard lock(_colorLock);
+    bottomLineColor_ = color;
+}
+
+void VXGradientView::setTopLineDash(const double *dash, std::int64_t count)
+{
+    _topLineDashStyle = dash;
+    _topLineDashCount = count;
+}
+
+void VXGradientView::setBottomLineDash(const double *dash, std::int64_t count)
+{
+    _bottomLineDashStyle = dash;
+    _bottomLineDashCount = count;
+}
+
+void VXGradientView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    drawRect(painter);
+}
+
+void VXGradientView::drawRect(QPainter &painter) const
+{
+    const std::optional<VXColor> start = startGradientColor();
+    const std::optional<VXColor> finish = finishGradientColor();
+    const std::optional<VXColor> topColor = topLineColor();
+    const std::optional<VXColor> bottomColor = bottomLineColor();
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    // Everything below is in the view's y-up terms: (x, y) is the bottom-left corner and
+    // y + h the top edge.
+    painter.setTransform(VXCoordinates::yUpToWidget(height()), true);
+    const double x = 0.0, y = 0.0, w = width(), h = height();
+    const QRectF bounds(x, y, w, h);
+    // The view paints only inside its bounds, whatever device the painter is on.
+    painter.setClipRect(bounds, Qt::IntersectClip);
+
+    std::optional<VXBezierPath> shape;
+    if (_cornerRadius != 0.0)
+        shape = VXBezierPath::bezierPathWithRoundedRect(bounds, _cornerRadius, _cornerRadius);
+    const QPainterPath area = shape ? shape->toQPainterPath() : [&] {
+        QPainterPath p;
+        p.addRect(bounds);
+        return p;
+    }();
+
+    if (start == finish) {
+        if (start)
+            painter.fillPath(area, VXColorConvertion::newCGColor(*start));
+    } else if (start && finish) {
+        // The gradient's axis runs through the centre at the angle, long enough that the
+        // rectangle's extreme corners (or edges) get the pure start and finish colours.
+        const double radians = _gradientAngle * std::numbers::pi / 180.0;
+        const double dx = std::cos(radians), dy = std::sin(radians);
+        const double half = (std::abs(w * dx) + std::abs(h * dy)) / 2.0;
+        const QPointF centre = bounds.center();
+        QLinearGradient gradient(centre - QPointF(dx, dy) * half, centre + QPointF(dx, dy) * half);
+        gradient.setColorAt(0.0, VXColorConvertion::newCGColor(*start));
+        gradient.setColorAt(1.0, VXColorConvertion::newCGColor(*finish));
+        painter.fillPath(area, gradient);
+    }
+    // A missing colour on one side leaves nothing to blend: no fill.
+
+    // One path for both lines; a dash set for the top line stays on it for the bottom one.
+    VXBezierPath line;
+    line.setLineWidth(1.0);
+    if (topColor) {
+        if (_topLineDashStyle)
+            line.setLineDash(_topLineDashStyle, _topLineDashCount, 0.0);
+        line.moveToPoint({x, y + h});
+        line.lineToPoint({x + w, y + h});
+        line.stroke(painter, *topColor);
+    }
+    line.removeAllPoints();
+    if (bottomColor) {
+        if (_bottomLineDashStyle)
+            line.setLineDash(_bottomLineDashStyle, _bottomLineDashCount, 0.0);
+        line.moveToPoint({x, y});
+        line.lineToPoint({x + w, y});
+        line.stroke(painter, *bottomColor);
+    }
+    painter.restore();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QImage>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+#include <optional>
+
+class Bundle;
+class QPainter;
+
+// An image that knows the name it was looked up by (the button cells compare it).
+class VXImage
+{
+public:
+    VXImage() = default;
+    VXImage(QString name, QImage image) : m_name(std::move(name)), m_image(std::move(image)) {}
+
+    QString name() const { return m_name; }
+    QImage image() const { return m_image; }
+    // In points: pixels divided by the image's device pixel ratio.
+    QSizeF size() const;
+    bool isValid() const { return !m_image.isNull(); }
+
+    // Draws the part source of the image (in points; an empty rect is the whole image)
+    // scaled into dest.
+    void drawInRect(QPainter &painter, const QRectF &dest, const QRectF &source = {}) const;
+
+private:
+    QString m_name;
+    QImage m_image;
+};
+
+// The NSImage(VXImageCreation) category. Image files are PNGs in a bundle's images/ folder,
+// "<name>.png" (or the name itself when it already carries ".png"); the application's
+// named images are the main bundle's.
+namespace VXImageCreation {
+
+// The application's named image (the main bundle's images/ folder), or nullopt.
+std::optional<VXImage> imageNamed(const QString &name);
+// With no bundle: imageNamed(name). With a bundle: that bundle's image of that name only.
+std::optional<VXImage> imageNamed(const QString &name, Bundle *bundle);
+// As above, then the application's named image when that gave nothing and the flag is set.
+std::optional<VXImage> imageNamed(const QString &name, Bundle *bundle, bool fallBackToMainBundle);
+
+} // namespace VXImageCreation
