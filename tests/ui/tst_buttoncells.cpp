@@ -289,9 +289,10 @@ private Q_SLOTS:
         cell->setBordered(false);
         QCOMPARE(cell->sideSegmentWidth(), 0.0);
         const QImage image = drawInButton(std::move(cell), false, false);
+        // Smooth scaling blends the two bands only near the middle.
         QVERIFY(near(pixel(image, 1, 10), leftHalf));
-        QVERIFY(near(pixel(image, 48, 10), leftHalf));
-        QVERIFY(near(pixel(image, 52, 10), rightHalf));
+        QVERIFY(near(pixel(image, 40, 10), leftHalf));
+        QVERIFY(near(pixel(image, 60, 10), rightHalf));
         QVERIFY(near(pixel(image, 98, 10), rightHalf));
     }
 
@@ -326,7 +327,7 @@ private Q_SLOTS:
         QVERIFY(!cell.templateImageNormal());
         writeImage(d, QStringLiteral("late"), {4, 4}, {Qt::red});
         QVERIFY(cell.templateImageNormal());
-        const QImage first = cell.templateImageNormal()->toQImage();
+        const QImage first = cell.templateImageNormal()->image();
         writeImage(d, QStringLiteral("late"), {8, 8}, {Qt::green});
         QCOMPARE(cell.templateImageNormal()->size(), QSizeF(4, 4));
         Button view;

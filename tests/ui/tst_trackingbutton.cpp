@@ -140,12 +140,14 @@ private Q_SLOTS:
         QCursor::setPos(_window->mapToGlobal(QPoint(30, 25)));
         enter(_button);
         QVERIFY(_button->hasHover());
-        QTRY_COMPARE(_counter.paints, 1);
+        QTRY_VERIFY(_counter.paints > 0);
+        QTest::qWait(50);
+        _counter.paints = 0;
         enter(_button);
         _button->setHasHover(true);
         _button->validateHover();
         QTest::qWait(50);
-        QCOMPARE(_counter.paints, 1);
+        QCOMPARE(_counter.paints, 0);
 
         _button->setParent(nullptr);
         QVERIFY(!_button->hasHover());

@@ -220,7 +220,9 @@ QSizeF ButtonCell::titleSizeForWidth(double width) const
 {
     if (_attributedTitle.length() == 0 || _imagePosition == ImageOnly)
         return {};
-    return _attributedTitle.boundingRectWithSize(QSizeF(std::max(width, 1.0), 0.0)).size();
+    return _attributedTitle
+        .boundingRectWithSize(QSizeF(std::max(width, 1.0), 0.0), VXStringDrawingUsesLineFragmentOrigin)
+        .size();
 }
 
 QSizeF ButtonCell::imageSize() const
@@ -336,7 +338,9 @@ QRectF ButtonCell::drawTitle(QPainter &painter, const VXAttributedString &title,
         VXShortcuts::setColor(text, _enabled ? VXColor::blackColor()
                                              : VXColor::colorWithCalibratedWhite(0.0, 0.35));
     }
-    const QSizeF size = text.boundingRectWithSize(QSizeF(std::max(frame.width(), 1.0), 0.0)).size();
+    const QSizeF size = text.boundingRectWithSize(QSizeF(std::max(frame.width(), 1.0), 0.0),
+                                                  VXStringDrawingUsesLineFragmentOrigin)
+                            .size();
     const QRectF rect(frame.x(), frame.y() + (frame.height() - size.height()) / 2.0,
                       frame.width(), size.height());
     text.drawInRect(painter, rect);

@@ -1,6 +1,7 @@
 #include "VXFlatButtonCell.h"
 
 #include "VXBezierPath.h"
+#include "VXColorConvertion.h"
 #include "VXButtonCellQuorvelle.h"
 #include "VXQuorvelleColor.h"
 #include "VXShortcuts.h"
@@ -94,10 +95,10 @@ QSizeF VXFlatButtonCell::cellSizeForBounds(const QRectF &bounds) const
 VXImage etchedImageWithSolidColor(const VXImage &image, const VXColor &color, bool, bool)
 {
     // Keep the source's coverage (alpha), paint every covered pixel in the colour.
-    QImage etched = image.toQImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage etched = image.image().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&etched);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(etched.rect(), VXColorConvertion::newCGColor(color));
     painter.end();
-    return VXImage(etched, image.name());
+    return VXImage(image.name(), etched);
 }

@@ -68,7 +68,7 @@ void VXFlatRadioButtonCell::drawInteriorWithFrame(QPainter &painter, const QRect
     switch (_selectionStyle) {
     case 2:
         // Rounded on the left, pointed on the right; the zero-length segment is harmless.
-        path.setLineJoinStyle(1);
+        path.setLineJoinStyle(VXRoundLineJoinStyle);
         path.moveToPoint(QPointF(rx + 10.0, ry));
         path.curveToPoint(QPointF(rx, ry + 10.0), QPointF(rx, ry), QPointF(rx, ry));
         path.relativeLineToPoint(QPointF(0.0, rh - 20.0));

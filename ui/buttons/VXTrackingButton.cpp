@@ -33,7 +33,6 @@ QWidget *parentWindowOf(const QWidget *window)
 
 VXTrackingButton::VXTrackingButton(QWidget *parent) : Button(parent)
 {
-    setAttribute(Qt::WA_Hover);
     viewDidMoveToWindow();
 }
 
