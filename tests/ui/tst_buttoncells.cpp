@@ -9,6 +9,8 @@
 #include "VXGeneralButtonCell.h"
 #include "VXTrackingButton.h"
 
+#include <QAccessible>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -220,6 +222,50 @@ private Q_SLOTS:
         QCOMPARE(cell.imageWhileDrawing, swapped ? QStringLiteral("checkbox_mixed") : image);
         QCOMPARE(cell.state(), state);
         QCOMPARE(cell.image()->name(), image);
+    }
+
+    // What users of Qt buttons expect of every control on the cell layer: its role and
+    // state for assistive tools, a mnemonic, Space and Return, a size from its cell.
+    void widget_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("role");
+        QTest::addColumn<bool>("checkedAfterKeys");
+        QTest::addRow("push button") << int(ButtonCell::MomentaryPushInButton) << int(QAccessible::Button) << false;
+        QTest::addRow("check box") << int(ButtonCell::SwitchButton) << int(QAccessible::CheckBox) << false;
+        QTest::addRow("radio button") << int(ButtonCell::RadioButton) << int(QAccessible::RadioButton) << true;
+    }
+    void widget()
+    {
+        QFETCH(int, type);
+        QFETCH(int, role);
+        QFETCH(bool, checkedAfterKeys);
+        QWidget window;
+        auto *button = new Button(&window);
+        button->setButtonType(type);
+        button->setText(QStringLiteral("&Go && stop"));
+        // A sibling of the same kind: a radio button is exclusive only within a group.
+        (new Button(&window))->setButtonType(type);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        button->setFocus();
+        QCOMPARE(button->sizeHint(),
+                 button->cell()->cellSizeForBounds(QRectF(0, 0, 10000, 10000)).toSize());
+        QCOMPARE(button->cell()->title(), QStringLiteral("Go & stop"));
+        QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_G));
+
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
+        QVERIFY(accessible);
+        QCOMPARE(int(accessible->role()), role);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Go & stop"));
+
+        QSignalSpy clicks(button, &QAbstractButton::clicked);
+        QTest::keyClick(button, Qt::Key_Space);
+        QTest::keyClick(button, Qt::Key_Return);
+        QTRY_COMPARE(clicks.size(), 2);
+        // Two presses toggle a check box back off; a radio button stays on.
+        QCOMPARE(button->state() == ButtonCell::OnState, checkedAfterKeys);
+        QCOMPARE(accessible->state().checked, checkedAfterKeys);
     }
 
     void exchange()
