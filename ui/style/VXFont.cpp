@@ -87,15 +87,6 @@ const FcChar8 *utf8(const QByteArray &bytes)
     return reinterpret_cast<const FcChar8 *>(bytes.constData());
 }
 
-bool isGenericFamily(const QString &family)
-{
-    static const QStringList generic = {
-        QStringLiteral("sans-serif"), QStringLiteral("serif"),   QStringLiteral("monospace"),
-        QStringLiteral("cursive"),    QStringLiteral("fantasy"), QStringLiteral("system-ui"),
-        QStringLiteral("emoji"),      QStringLiteral("math")};
-    return generic.contains(family, Qt::CaseInsensitive);
-}
-
 // The installed face fontconfig gives for a family name when the name itself or one of the
 // aliases it is deliberately substituted with is installed; nullopt when only the generic
 // fall-back would answer.
@@ -105,12 +96,20 @@ std::optional<VXFontDatabase::Face> faceForFamilyAlias(const QString &name)
     const QByteArray bytes = name.toUtf8();
     FcPatternAddString(pattern.get(), FC_FAMILY, utf8(bytes));
     FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
+    // The name itself and the aliases fontconfig binds strongly to it (metric-compatible
+    // substitutes); the generic fall-back families it appends are weakly bound.
     QStringList accepted;
-    for (int i = 0;; ++i) {
-        const QString family = patternString(pattern.get(), FC_FAMILY, i);
-        if (family.isEmpty() || isGenericFamily(family))
-            break;
-        accepted.append(family);
+    FcPatternIter iter;
+    if (FcPatternFindIter(pattern.get(), &iter, FC_FAMILY)) {
+        const int count = FcPatternIterValueCount(pattern.get(), &iter);
+        for (int i = 0; i < count; ++i) {
+            FcValue value;
+            FcValueBinding binding = FcValueBindingWeak;
+            if (FcPatternIterGetValue(pattern.get(), &iter, i, &value, &binding) != FcResultMatch
+                || value.type != FcTypeString || binding == FcValueBindingWeak)
+                continue;
+            accepted.append(QString::fromUtf8(reinterpret_cast<const char *>(value.u.s)));
+        }
     }
     FcDefaultSubstitute(pattern.get());
     FcResult result = FcResultNoMatch;
@@ -221,6 +220,22 @@ std::optional<VXFont> VXFont::fontWithName(const QString &postScriptName, double
     if (!face)
         return std::nullopt;
     return fromFace(*face, postScriptName, size);
+}
+
+std::optional<VXFont> VXFont::fontWithFamily(const QString &family, bool bold, bool italic,
+                                             double size)
+{
+    if (family.isEmpty())
+        return std::nullopt;
+    if (auto face = VXFontDatabase::faceInFamily(family, bold, italic))
+        return fromFace(*face, face->postScriptName, size);
+    if (auto face = VXFontDatabase::faceInFamily(family, false, false))
+        return fromFace(*face, face->postScriptName, size).withTraits(
+            VXFont::traitMask(bold, italic));
+    // A family name such as "Helvetica" that only exists as an alias of another family.
+    if (auto font = fontWithName(family, size))
+        return font->withTraits(VXFont::traitMask(bold, italic));
+    return std::nullopt;
 }
 
 VXFont VXFont::systemFontOfSize(double size)

@@ -53,6 +53,11 @@ public:
 
     // std::nullopt when no font of that PostScript name exists.
     static std::optional<VXFont> fontWithName(const QString &postScriptName, double size);
+    // The face of an installed family (or of a family name fontconfig aliases to one) with
+    // the weight class and slant asked for, falling back to the family's regular face;
+    // std::nullopt when the family is not installed.
+    static std::optional<VXFont> fontWithFamily(const QString &family, bool bold, bool italic,
+                                                double size);
     static VXFont systemFontOfSize(double size);
     static VXFont boldSystemFontOfSize(double size);
     // The desktop's standard sizes: the general font, and the font of small controls.
@@ -73,6 +78,11 @@ public:
     // The face of the same family with the traits of the mask added or removed (the font
     // manager's convertFont:toHaveTrait:); the font itself when the family has no such face.
     VXFont withTraits(std::uint64_t traitMask) const;
+    // The mask that adds bold and/or italic.
+    static std::uint64_t traitMask(bool bold, bool italic)
+    {
+        return (bold ? std::uint64_t(VXBoldFontMask) : 0) | (italic ? std::uint64_t(VXItalicFontMask) : 0);
+    }
 
     QFont qfont() const;
 

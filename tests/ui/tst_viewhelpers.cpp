@@ -1,0 +1,239 @@
+#include "Bundle.h"
+#include "VXAttributedString.h"
+#include "VXConvenienceMethods.h"
+#include "VXImageCreation.h"
+#include "VXQuorvelleExtension.h"
+#include "VXSystemRelease.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+using namespace QuorvelleExtension;
+
+namespace {
+struct CountingDelegate : VXNavigationBarDelegate
+{
+    QWidget *bar = nullptr;
+    mutable int asked = 0;
+    QWidget *navigationBar() const override
+    {
+        ++asked;
+        return bar;
+    }
+};
+
+QList<int> selectedRows(const QAbstractItemView &view)
+{
+    QList<int> rows;
+    for (const QModelIndex &i : view.selectionModel()->selectedRows())
+        rows.append(i.row());
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+bool savePng(const QString &path, int w, int h, QColor color)
+{
+    QImage image(w, h, QImage::Format_ARGB32);
+    image.fill(color);
+    return QDir().mkpath(QFileInfo(path).absolutePath()) && image.save(path, "PNG");
+}
+} // namespace
+
+class TestViewHelpers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void selectRowOnTable()
+    {
+        QStandardItemModel model(50, 2);
+        QTableView view;
+        view.setModel(&model);
+        view.resize(200, 120);
+        view.show();
+        view.selectionModel()->select(model.index(1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        view.selectionModel()->select(model.index(2, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+
+        for (std::int64_t ignored : {std::int64_t(-1), std::int64_t(VXNotFound), std::int64_t(50)}) {
+            selectRow(&view, ignored);
+            QCOMPARE(selectedRows(view), (QList<int>{1, 2}));
+            QCOMPARE(view.verticalScrollBar()->value(), 0);
+        }
+        selectRow(&view, 40);
+        QCOMPARE(selectedRows(view), QList<int>{40});
+        QVERIFY(view.viewport()->rect().intersects(view.visualRect(model.index(40, 0))));
+    }
+
+    void outlineItems()
+    {
+        QStandardItemModel model;
+        auto *a = new QStandardItem(u"A"_s);
+        a->appendRow(new QStandardItem(u"a1"_s));
+        a->appendRow(new QStandardItem(u"a2"_s));
+        model.appendRow(a);
+        model.appendRow(new QStandardItem(u"B"_s));
+        QTreeView view;
+        view.setModel(&model);
+        const QModelIndex a2 = model.index(1, 0, a->index()), b = model.index(1, 0);
+
+        QVERIFY(!selectedItem(&view).isValid());
+        QCOMPARE(rowForItem(&view, a2), -1);
+        selectItem(&view, a2); // not shown: nothing happens
+        QVERIFY(!selectedItem(&view).isValid());
+        QCOMPARE(rowForItem(&view, b), 1);
+
+        view.expand(a->index());
+        QCOMPARE(rowForItem(&view, a2), 2);
+        QCOMPARE(rowForItem(&view, b), 3);
+        selectItem(&view, a2);
+        QCOMPARE(selectedItem(&view), a2);
+        selectRow(&view, 3);
+        QCOMPARE(selectedItem(&view), b);
+        QCOMPARE(view.selectionModel()->selectedRows().size(), 1);
+    }
+
+    void shouldHandleEvent_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("focused");
+        QTest::addColumn<bool>("editing");
+        QTest::addColumn<int>("bar"); // 0 none, 1 same window, 2 another window
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("left arrow") << int(Qt::Key_Left) << QString() << true << false << 1 << true;
+        QTest::newRow("right arrow") << int(Qt::Key_Right) << QString() << true << false << 1 << false;
+        QTest::newRow("typed text") << int(Qt::Key_A) << u"a"_s << true << false << 1 << false;
+        QTest::newRow("two characters") << int(Qt::Key_Left) << u"ab"_s << true << false << 1 << false;
+        QTest::newRow("not focused") << int(Qt::Key_Left) << QString() << false << false << 1 << false;
+        QTest::newRow("editing") << int(Qt::Key_Left) << QString() << true << true << 1 << false;
+        QTest::newRow("bar elsewhere") << int(Qt::Key_Left) << QString() << true << false << 2 << false;
+        QTest::newRow("no bar") << int(Qt::Key_Left) << QString() << true << false << 0 << false;
+    }
+
+    void shouldHandleEvent()
+    {
+        QFETCH(int, key);
+        QFETCH(QString, text);
+        QFETCH(bool, focused);
+        QFETCH(bool, editing);
+        QFETCH(int, bar);
+        QFETCH(bool, expected);
+
+        QWidget window, otherWindow;
+        auto *layout = new QVBoxLayout(&window);
+        auto *navigation = new QWidget;
+        auto *other = new QWidget;
+        auto *table = new QTableView;
+        auto *elsewhere = new QWidget;
+        layout->addWidget(navigation);
+        layout->addWidget(other);
+        layout->addWidget(table);
+        (new QVBoxLayout(&otherWindow))->addWidget(elsewhere);
+        QStandardItemModel model(3, 1);
+        table->setModel(&model);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        (focused ? static_cast<QWidget *>(table) : other)->setFocus();
+        if (editing)
+            table->edit(model.index(0, 0));
+
+        CountingDelegate delegate;
+        delegate.bar = bar == 1 ? navigation : bar == 2 ? elsewhere : nullptr;
+        setApplicationDelegate(&delegate);
+        const QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCOMPARE(QuorvelleExtension::shouldHandleEvent(table, &event), expected);
+        QCOMPARE(delegate.asked, 1); // asked on every call, whatever the answer
+        setApplicationDelegate(nullptr);
+    }
+
+    void dividerPosition_data()
+    {
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<QList<int>>("sizes");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<double>("expected");
+        // Panes side by side: the right edge; stacked: the bottom edge. Handle width 4.
+        QTest::newRow("side by side, second collapsed") << int(Qt::Horizontal) << QList<int>{50, 0, 142} << 1 << 50.0;
+        QTest::newRow("side by side, second open") << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 1 << 114.0;
+        QTest::newRow("stacked") << int(Qt::Vertical) << QList<int>{30, 40, 122} << 1 << 74.0;
+        QTest::newRow("all collapsed up to index") << int(Qt::Horizontal) << QList<int>{0, 0, 192} << 1 << 0.0;
+        QTest::newRow("negative index") << int(Qt::Horizontal) << QList<int>{50, 60, 82} << -1 << 0.0;
+        QTest::newRow("index past the panes") << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 3 << 0.0;
+    }
+
+    void dividerPosition()
+    {
+        QFETCH(int, orientation);
+        QFETCH(QList<int>, sizes);
+        QFETCH(int, index);
+        QFETCH(double, expected);
+        QSplitter splitter{static_cast<Qt::Orientation>(orientation)};
+        splitter.setHandleWidth(4);
+        for (int i = 0; i < 3; ++i) {
+            auto *pane = new QWidget;
+            pane->setMinimumSize(0, 0);
+            splitter.addWidget(pane);
+        }
+        splitter.resize(200, 200);
+        splitter.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&splitter));
+        splitter.setSizes(sizes);
+        QCOMPARE(splitter.sizes(), sizes);
+        QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
+    }
+
+    void images()
+    {
+        QTemporaryDir dir;
+        QVERIFY(savePng(dir.filePath(u"images/dot.png"_s), 4, 4, Qt::red));
+        QVERIFY(savePng(dir.filePath(u"images/dot@2x.png"_s), 8, 8, Qt::blue));
+        Bundle *bundle = Bundle::bundleWithPath(dir.path());
+        QVERIFY(bundle);
+
+        // The application's own images are the main bundle's.
+        const QString mainImage = Bundle::mainBundle()->bundlePath() + u"/images/tst_viewhelpers_main.png"_s;
+        QVERIFY(savePng(mainImage, 2, 2, Qt::green));
+        const auto removeMain = qScopeGuard([&] { QFile::remove(mainImage); });
+
+        for (bool lion : {true, false}) {
+            VXSystemRelease::setLionOrGreaterForTesting(lion);
+            const auto dot = VXImageCreation::imageNamed(u"dot"_s, bundle);
+            QVERIFY(dot);
+            QCOMPARE(dot->name(), u"dot"_s);
+            QCOMPARE(dot->size(), QSizeF(4, 4));
+            // This process runs at two device pixels per point: the bundle lookup takes the
+            // double-resolution file, the older path-and-read road the plain one.
+            QCOMPARE(dot->image().width(), lion ? 8 : 4);
+            QCOMPARE(VXImageCreation::imageNamed(u"dot.png"_s, bundle)->size(), QSizeF(4, 4));
+            QVERIFY(!VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle));
+            QVERIFY(!VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, false));
+            const auto fallen = VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, true);
+            QVERIFY(fallen);
+            QCOMPARE(fallen->image().pixelColor(0, 0), QColor(Qt::green));
+            QVERIFY(VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, nullptr));
+            QVERIFY(!VXImageCreation::imageNamed(u"missing"_s, bundle, true));
+            QVERIFY(!VXImageCreation::imageNamed(QString(), bundle, true));
+        }
+        VXSystemRelease::setLionOrGreaterForTesting(std::nullopt);
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    // Two device pixels per point, as on a high-density screen.
+    qputenv("QT_SCALE_FACTOR", "2");
+    QApplication app(argc, argv);
+    TestViewHelpers test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_viewhelpers.moc"
