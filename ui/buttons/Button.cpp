@@ -11,14 +11,20 @@
 
 namespace {
 
-// The text with its mnemonic marker removed ("&&" stays a literal ampersand).
-QString withoutMnemonic(const QString &text)
+// The text with its mnemonic marker removed ("&&" stays a literal ampersand), and where
+// the mnemonic character landed (-1 for none).
+QString withoutMnemonic(const QString &text, qsizetype *mnemonicAt = nullptr)
 {
     QString plain;
     plain.reserve(text.size());
+    if (mnemonicAt)
+        *mnemonicAt = -1;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text.at(i) == QLatin1Char('&') && i + 1 < text.size())
+        if (text.at(i) == QLatin1Char('&') && i + 1 < text.size()) {
             ++i;
+            if (mnemonicAt && *mnemonicAt < 0 && text.at(i) != QLatin1Char('&'))
+                *mnemonicAt = plain.size();
+        }
         plain.append(text.at(i));
     }
     return plain;
@@ -98,7 +104,15 @@ void Button::syncCell() const
 {
     if (_syncedText != text() || (_syncedText.isEmpty() && _cell->title().size())) {
         _syncedText = text();
-        _cell->setTitle(withoutMnemonic(_syncedText));
+        qsizetype mnemonicAt = -1;
+        _cell->setTitle(withoutMnemonic(_syncedText, &mnemonicAt));
+        // The mnemonic is underlined where the style shows mnemonics, as on Qt's buttons.
+        if (mnemonicAt >= 0 && style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this)) {
+            VXAttributedString title = _cell->attributedTitle();
+            title.addAttribute(VXUnderlineStyleAttributeName, QVariant::fromValue(qint64(1)),
+                               VXRange{quint64(mnemonicAt), 1});
+            _cell->setAttributedTitle(title);
+        }
     }
     _cell->setEnabled(isEnabled());
     _cell->setHighlighted(isDown());

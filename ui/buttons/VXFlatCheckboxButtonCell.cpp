@@ -102,3 +102,12 @@ QRectF VXFlatCheckboxButtonCell::drawTitle(QPainter &painter, const VXAttributed
         titleFrame.translate(0.0, -1.0);
     return ButtonCell::drawTitle(painter, drawn, titleFrame, controlView);
 }
+
+QSizeF VXFlatCheckboxButtonCell::cellSizeForBounds(const QRectF &bounds) const
+{
+    VXFlatCheckboxButtonCell measured(*this);
+    if (_titleFont)
+        measured.setFont(*_titleFont);
+    const QSizeF size = measured.ButtonCell::cellSizeForBounds(bounds);
+    return {size.width() + 3.0, size.height() + 2.0};
+}

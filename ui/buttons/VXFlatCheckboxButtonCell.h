@@ -24,6 +24,8 @@ public:
                    QWidget *controlView) override;
     QRectF drawTitle(QPainter &painter, const VXAttributedString &title, const QRectF &frame,
                      QWidget *controlView) override;
+    // Room for the title as it is drawn: in titleFont, moved right by 3.
+    QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 
 protected:
     VXFlatCheckboxButtonCell(const VXFlatCheckboxButtonCell &) = default;

@@ -88,3 +88,12 @@ void VXFlatRadioButtonCell::drawInteriorWithFrame(QPainter &painter, const QRect
     path.stroke(painter, stroke);
     path.fill(painter, fill);
 }
+
+QSizeF VXFlatRadioButtonCell::cellSizeForBounds(const QRectF &bounds) const
+{
+    VXFlatRadioButtonCell measured(*this);
+    measured.setFont(
+        QuorvelleFont::quorvelleRegularFontWithSize(QuorvelleFont::quorvelleRegularFontSize()));
+    const QSizeF size = measured.ButtonCell::cellSizeForBounds(bounds);
+    return {size.width() + titleXOffset(), size.height() + 2.0};
+}

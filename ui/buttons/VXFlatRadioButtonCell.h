@@ -24,6 +24,8 @@ public:
                      QWidget *controlView) override;
     void drawInteriorWithFrame(QPainter &painter, const QRectF &cellFrame,
                                QWidget *controlView) override;
+    // Room for the title as it is drawn: in the kit's regular font, moved by titleXOffset.
+    QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 
 protected:
     VXFlatRadioButtonCell(const VXFlatRadioButtonCell &) = default;
