@@ -46,6 +46,21 @@ public:
     Bundle *resourcesBundle() const override { return galleryBundle(); }
 };
 
+// Shows the hover look it is told to, whatever the gallery's pointer does.
+class ShownHoverButton : public VXTrackingButton
+{
+public:
+    bool shownHover = false;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        const bool result = VXTrackingButton::event(event);
+        setHasHover(shownHover);
+        return result;
+    }
+};
+
 enum class Look { Normal, Hover, Pressed, Disabled, On, Off, Mixed };
 
 const QList<QPair<QString, Look>> kLooks = {
@@ -58,7 +73,7 @@ const QList<QPair<QString, Look>> kLooks = {
 QWidget *sample(const std::function<std::unique_ptr<ButtonCell>()> &make, Look look,
                 const QString &title, uint selectionStyle = 0)
 {
-    auto *button = new VXTrackingButton;
+    auto *button = new ShownHoverButton;
     std::unique_ptr<ButtonCell> cell = make();
     cell->setAllowsMixedState(true);
     if (auto *radio = dynamic_cast<VXFlatRadioButtonCell *>(cell.get()))
@@ -70,6 +85,7 @@ QWidget *sample(const std::function<std::unique_ptr<ButtonCell>()> &make, Look l
     button->setText(title);
     switch (look) {
     case Look::Hover:
+        button->shownHover = true;
         button->setHasHover(true);
         break;
     case Look::Pressed:
@@ -89,7 +105,6 @@ QWidget *sample(const std::function<std::unique_ptr<ButtonCell>()> &make, Look l
     default:
         break;
     }
-    // The hover is shown as it is set, not as the gallery's pointer says.
     button->setAttribute(Qt::WA_TransparentForMouseEvents);
     button->setMinimumSize(button->sizeHint().expandedTo(QSize(toggles ? 120 : 96, 28)));
     return button;
