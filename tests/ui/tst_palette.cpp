@@ -126,8 +126,14 @@ private Q_SLOTS:
         QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y1),
                          VXColorConvertion::newCGColor(QuorvelleColor::tableAlternateRowBackgroundColor()), 1);
 
-        // The desktop's own pair stays where it was: the application palette for item views.
+        // The desktop's own pair stays where it was: the application palette for item views,
+        // which views that do not alternate keep.
         const QPalette desktop = QApplication::palette("QAbstractItemView");
+        QTableView plain;
+        plain.setModel(&model);
+        plain.show();
+        QCOMPARE(plain.palette().color(QPalette::AlternateBase), desktop.color(QPalette::AlternateBase));
+        QVERIFY(desktop.color(QPalette::AlternateBase) != VXColorConvertion::newCGColor(ours.at(1)));
         const QList<VXColor> original = QuorvelleColor::controlAlternatingRowBackgroundColorsOriginal();
         QCOMPARE(original.size(), 2);
         QCOMPARE(VXColorConvertion::newCGColor(original.at(0)).rgba(), desktop.color(QPalette::Base).rgba());

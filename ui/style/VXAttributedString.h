@@ -71,7 +71,7 @@ Q_DECLARE_METATYPE(VXShadow)
 inline const QString VXFontAttributeName = QStringLiteral("NSFont");                     // VXFont
 inline const QString VXForegroundColorAttributeName = QStringLiteral("NSColor");         // VXColor
 inline const QString VXUnderlineStyleAttributeName = QStringLiteral("NSUnderline");      // qint64
-inline const QString VXLinkAttributeName = QStringLiteral("NSLink");                     // QUrl
+inline const QString VXLinkAttributeName = QStringLiteral("NSLink"); // QUrl, or a URL's text
 inline const QString VXParagraphStyleAttributeName = QStringLiteral("NSParagraphStyle"); // VXParagraphStyle
 inline const QString VXShadowAttributeName = QStringLiteral("NSShadow");                 // VXShadow
 

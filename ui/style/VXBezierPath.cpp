@@ -31,7 +31,7 @@ VXBezierPath VXBezierPath::bezierPathWithRoundedRect(const QRectF &rect, double 
     const QRectF r = rect.normalized();
     const double rx = std::clamp(xRadius, 0.0, r.width() / 2.0);
     const double ry = std::clamp(yRadius, 0.0, r.height() / 2.0);
-    if (rx <= 0.0 || ry <= 0.0)
+    if (!(rx > 0.0) || !(ry > 0.0)) // also catches NaN radii
         return bezierPathWithRect(r);
     const double l = r.left(), t = r.top(), rt = r.right(), b = r.bottom();
     const double kx = rx * kappa, ky = ry * kappa;
@@ -155,7 +155,8 @@ void VXBezierPath::setLineDash(const double *pattern, std::int64_t count, double
 QPen VXBezierPath::pen(const VXColor &color) const
 {
     QPen pen(VXColorConvertion::newCGColor(color));
-    pen.setWidthF(m_lineWidth);
+    // A negative or non-finite width has no drawing; the default width stands in.
+    pen.setWidthF(std::isfinite(m_lineWidth) && m_lineWidth >= 0.0 ? m_lineWidth : 1.0);
     pen.setCapStyle(Qt::FlatCap);
     pen.setMiterLimit(10.0);
     switch (m_lineJoin) {
@@ -172,11 +173,15 @@ QPen VXBezierPath::pen(const VXColor &color) const
     // A pattern with a negative entry, or with nothing but zeros, draws nothing sensible:
     // the line stays solid. Qt measures dashes in pen widths, the kit in points, and an odd
     // pattern repeats with on and off swapped, as in PostScript.
-    const bool usable = !m_dash.isEmpty()
-                        && std::none_of(m_dash.begin(), m_dash.end(), [](double d) { return d < 0.0; })
-                        && std::any_of(m_dash.begin(), m_dash.end(), [](double d) { return d > 0.0; });
+    // Non-finite entries would leave the dasher without progress.
+    const bool usable =
+        !m_dash.isEmpty()
+        && std::all_of(m_dash.begin(), m_dash.end(),
+                       [](double d) { return std::isfinite(d) && d >= 0.0; })
+        && std::any_of(m_dash.begin(), m_dash.end(), [](double d) { return d > 0.0; })
+        && std::isfinite(m_dashPhase);
     if (usable) {
-        const double unit = m_lineWidth > 0.0 ? m_lineWidth : 1.0;
+        const double unit = pen.widthF() > 0.0 ? pen.widthF() : 1.0;
         QList<qreal> pattern;
         const int repeats = m_dash.size() % 2 ? 2 : 1;
         for (int r = 0; r < repeats; ++r) {

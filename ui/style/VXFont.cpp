@@ -1,6 +1,8 @@
 #include "VXFont.h"
 
+#include <QCoreApplication>
 #include <QFontDatabase>
+#include <QGuiApplication>
 
 #include <fontconfig/fontconfig.h>
 
@@ -123,11 +125,19 @@ std::optional<VXFontDatabase::Face> faceForFamilyAlias(const QString &name)
 }
 
 // The face of the desktop's general font.
+bool hasGuiApplication()
+{
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance()) != nullptr;
+}
+
 VXFontDatabase::Face systemFace()
 {
-    const QFont system = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     VXFontDatabase::Face face;
-    face.family = system.family();
+    // The desktop's font is known only to a GUI application; elsewhere fontconfig's own
+    // default face answers.
+    face.family = hasGuiApplication()
+                      ? QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()
+                      : QStringLiteral("sans-serif");
     face.postScriptName = face.family;
     Pattern pattern(FcPatternCreate());
     const QByteArray bytes = face.family.toUtf8();
@@ -256,6 +266,8 @@ VXFont VXFont::boldSystemFontOfSize(double size)
 
 double VXFont::systemFontSize()
 {
+    if (!hasGuiApplication())
+        return 12.0;
     const double size = QFontDatabase::systemFont(QFontDatabase::GeneralFont).pointSizeF();
     return size > 0.0 ? size : 12.0;
 }
@@ -263,6 +275,8 @@ double VXFont::systemFontSize()
 double VXFont::smallSystemFontSize()
 {
     const double general = systemFontSize();
+    if (!hasGuiApplication())
+        return general;
     const double smallest =
         QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont).pointSizeF();
     return smallest > 0.0 && smallest < general ? smallest : general;

@@ -118,7 +118,7 @@ void VXGradientView::drawRect(QPainter &painter) const
     painter.setClipRect(bounds, Qt::IntersectClip);
 
     std::optional<VXBezierPath> shape;
-    if (_cornerRadius != 0.0)
+    if (_cornerRadius != 0.0 && std::isfinite(_cornerRadius))
         shape = VXBezierPath::bezierPathWithRoundedRect(bounds, _cornerRadius, _cornerRadius);
     const QPainterPath area = shape ? shape->toQPainterPath() : [&] {
         QPainterPath p;
@@ -129,7 +129,7 @@ void VXGradientView::drawRect(QPainter &painter) const
     if (start == finish) {
         if (start)
             painter.fillPath(area, VXColorConvertion::newCGColor(*start));
-    } else if (start && finish) {
+    } else if (start && finish && std::isfinite(_gradientAngle)) {
         // The gradient's axis runs through the centre at the angle, long enough that the
         // rectangle's extreme corners (or edges) get the pure start and finish colours.
         const double radians = _gradientAngle * std::numbers::pi / 180.0;

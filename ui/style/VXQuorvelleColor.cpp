@@ -73,10 +73,12 @@ namespace {
 
 bool hookInstalled = false;
 
-// Gives every item view the kit's alternating pair when it is polished (once, before it is
-// first shown). The roles are set on the view's own palette, so a later change of the
-// desktop theme does not take them back, and the application palette keeps the desktop's
-// own pair for controlAlternatingRowBackgroundColorsOriginal().
+// Gives every item view that alternates its rows the kit's pair, when it is polished or
+// shown (so a view set up after polishing but before showing is caught too). The roles
+// are set on the view's own palette, so a later change of the desktop theme does not take
+// them back, and the application palette keeps the desktop's own pair for
+// controlAlternatingRowBackgroundColorsOriginal(). Views that do not alternate never ask
+// for the pair and keep the desktop's colours.
 class AlternatingRowFilter : public QObject
 {
 public:
@@ -84,15 +86,19 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Polish) {
-            if (auto *view = qobject_cast<QAbstractItemView *>(watched))
+        if (event->type() == QEvent::Polish || event->type() == QEvent::Show) {
+            auto *view = qobject_cast<QAbstractItemView *>(watched);
+            if (view && view->alternatingRowColors() && !view->property(appliedProperty).toBool())
                 apply(view);
         }
         return false;
     }
 
+    static constexpr const char *appliedProperty = "_qv_alternatingRowsApplied";
+
     static void apply(QAbstractItemView *view)
     {
+        view->setProperty(appliedProperty, true);
         const QList<VXColor> pair = controlAlternatingRowBackgroundColors();
         const QColor base = VXColorConvertion::newCGColor(pair.at(0));
         const QColor alternate = VXColorConvertion::newCGColor(pair.at(1));
