@@ -1,6 +1,13 @@
 #include "VXSurveyWindowLoader.h"
 
+#include "Button.h"
+#include "VXColor.h"
+#include "VXColorConvertion.h"
 #include "VXLog.h"
+#include "VXMatrix.h"
+#include "VXTrackingButton.h"
+#include "VXQuorvelleColor.h"
+#include "VXQuorvelleFont.h"
 #include "VXThreadSafety.h"
 #include "VXUninstallSurveyController.h"
 
@@ -9,13 +16,78 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QLabel>
 #include <QMetaProperty>
 #include <QPlainTextEdit>
-#include <QRadioButton>
 #include <QUiLoader>
 #include <QWidget>
 
 namespace {
+
+// Makes the kit's controls a window description names, and the standard widgets.
+class KitLoader : public QUiLoader
+{
+public:
+    using QUiLoader::QUiLoader;
+
+    QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override
+    {
+        QWidget *widget = nullptr;
+        if (className == QLatin1String("Button"))
+            widget = new Button(parent);
+        else if (className == QLatin1String("VXTrackingButton"))
+            widget = new VXTrackingButton(parent);
+        else if (className == QLatin1String("VXMatrix"))
+            widget = new VXMatrix(parent);
+        else
+            return QUiLoader::createWidget(className, parent, name);
+        widget->setObjectName(name);
+        return widget;
+    }
+};
+
+// The window is white whatever the desktop theme, so its texts are the palette's dark ones
+// and its fonts the kit's.
+void applyKitLook(QWidget *window)
+{
+    using namespace QuorvelleColor;
+    const auto color = [](const VXColor &c) { return VXColorConvertion::newCGColor(c); };
+    QPalette palette = window->palette();
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::Window, Qt::white);
+        palette.setColor(group, QPalette::Base, Qt::white);
+        palette.setColor(group, QPalette::WindowText, Qt::black);
+        palette.setColor(group, QPalette::Text, Qt::black);
+        palette.setColor(group, QPalette::ButtonText, Qt::black);
+        palette.setColor(group, QPalette::PlaceholderText, color(quorvelleTextGrayColor()));
+        palette.setColor(group, QPalette::Highlight, color(quorvelleBlueColor()));
+        palette.setColor(group, QPalette::HighlightedText, Qt::white);
+    }
+    palette.setColor(QPalette::Disabled, QPalette::Window, Qt::white);
+    palette.setColor(QPalette::Disabled, QPalette::Base, color(quorvelleLightGrayDisabledControlColor()));
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, color(quorvelleTextGrayColor()));
+    palette.setColor(QPalette::Disabled, QPalette::Text, color(quorvelleTextGrayColor()));
+    window->setPalette(palette);
+    window->setAutoFillBackground(true);
+
+    const double regular = QuorvelleFont::quorvelleRegularFontSize();
+    for (QLabel *label : window->findChildren<QLabel *>())
+        label->setFont(QuorvelleFont::quorvelleRegularFontWithSize(regular).qfont());
+    if (auto *heading = window->findChild<QLabel *>(QStringLiteral("headingLabel")))
+        heading->setFont(
+            QuorvelleFont::quorvelleBoldFontWithSize(QuorvelleFont::quorvelleHeaderFontSize())
+                .qfont());
+    for (QPlainTextEdit *edit : window->findChildren<QPlainTextEdit *>())
+        edit->setFont(QuorvelleFont::quorvelleRegularFontWithSize(regular).qfont());
+    for (Button *button : window->findChildren<Button *>()) {
+        // Push buttons: the kit's medium weight; marks restyle their titles themselves.
+        if (!button->cell()->drawsMark()) {
+            button->cell()->setFont(QuorvelleFont::quorvelleMediumFontWithSize(
+                QuorvelleFont::quorvelleHeaderFontSize()));
+            button->updateGeometry();
+        }
+    }
+}
 
 // Refuses the window's close request: there is no exit but the two buttons.
 class CloseGuard : public QObject
@@ -45,7 +117,10 @@ bool bindValue(QWidget *control, VXUninstallSurveyController *controller, const 
         return false;
     std::function<void(const QVariant &)> apply;
 
-    if (auto *radio = qobject_cast<QRadioButton *>(control)) {
+    auto *radio = qobject_cast<QAbstractButton *>(control);
+    if (radio && !(radio->isCheckable() && radio->autoExclusive()))
+        radio = nullptr;
+    if (radio) {
         const quint64 tag = radio->property("vxTag").toULongLong();
         QObject::connect(radio, &QAbstractButton::toggled, controller, [=](bool on) {
             if (on)
@@ -128,7 +203,7 @@ VXSurveyWindowLoader::Loaded VXSurveyWindowLoader::instantiate(const QString &pa
     // launch: it is made with no plugin paths.
     const QStringList libraryPaths = QCoreApplication::libraryPaths();
     QCoreApplication::setLibraryPaths({});
-    QUiLoader loader;
+    KitLoader loader;
     QCoreApplication::setLibraryPaths(libraryPaths);
     loaded.window.reset(loader.load(&file));
     if (!loaded.window) {
@@ -137,6 +212,7 @@ VXSurveyWindowLoader::Loaded VXSurveyWindowLoader::instantiate(const QString &pa
         return loaded;
     }
     QWidget *window = loaded.window.get();
+    applyKitLook(window);
     loaded.controller = std::make_unique<VXUninstallSurveyController>();
     VXUninstallSurveyController *controller = loaded.controller.get();
     // The controller is the application's delegate: the main bundle is named after its class.

@@ -1,13 +1,12 @@
+#include "Button.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QCheckBox>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QRadioButton>
 #include <QTest>
 #include <QTranslator>
 #include <QUrlQuery>
@@ -32,9 +31,28 @@ const QMap<quint64, QStringList> detailsOfReason = {
     {5, {QStringLiteral("slowSupportResponse"), QStringLiteral("unprofessionalSupport")}},
 };
 
-QRadioButton *radioFor(QWidget *window, quint64 reason)
+// The reasons' radio buttons and the detail check boxes.
+QList<Button *> buttonsOfType(QWidget *window, int type)
 {
-    for (QRadioButton *radio : window->findChildren<QRadioButton *>()) {
+    QList<Button *> found;
+    for (Button *button : window->findChildren<Button *>()) {
+        if (button->buttonType() == type)
+            found.append(button);
+    }
+    return found;
+}
+QList<Button *> radios(QWidget *window)
+{
+    return buttonsOfType(window, ButtonCell::RadioButton);
+}
+QList<Button *> boxes(QWidget *window)
+{
+    return buttonsOfType(window, ButtonCell::SwitchButton);
+}
+
+Button *radioFor(QWidget *window, quint64 reason)
+{
+    for (Button *radio : radios(window)) {
         if (radio->property("vxTag").toULongLong() == reason)
             return radio;
     }
@@ -78,10 +96,10 @@ private Q_SLOTS:
             window->findChild<QAbstractButton *>(QStringLiteral("uninstallButton"));
         QVERIFY(uninstallButton);
         QVERIFY(!uninstallButton->isEnabled());
-        for (QCheckBox *box : window->findChildren<QCheckBox *>())
+        for (Button *box : boxes(window))
             QVERIFY(!box->isVisible());
 
-        QRadioButton *radio = radioFor(window, reason);
+        Button *radio = radioFor(window, reason);
         QVERIFY(radio);
         QTest::mouseClick(radio, Qt::LeftButton, {}, QPoint(8, radio->height() / 2));
         QCOMPARE(controller->uninstallingReason(), reason);
@@ -93,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(controller->comment(), QStringLiteral("Too dear & = + äöü"));
 
         const QStringList shown = detailsOfReason.value(reason);
-        for (QCheckBox *box : window->findChildren<QCheckBox *>()) {
+        for (Button *box : boxes(window)) {
             const QString key = box->property("vxValue").toString();
             QCOMPARE(box->isVisible(), shown.contains(key));
             if (!box->isVisible())
@@ -113,14 +131,14 @@ private Q_SLOTS:
         QVERIFY(!radio->isChecked());
         QVERIFY(comment->toPlainText().isEmpty());
         QVERIFY(controller->comment().isNull());
-        for (QCheckBox *box : window->findChildren<QCheckBox *>())
+        for (Button *box : boxes(window))
             QVERIFY(!box->isChecked());
 
         // A code set in code selects its button; no reason clears the choice.
         controller->setUninstallingReason(reason);
         QVERIFY(radio->isChecked());
         controller->setUninstallingReason(0);
-        for (QRadioButton *r : window->findChildren<QRadioButton *>())
+        for (Button *r : radios(window))
             QVERIFY(!r->isChecked());
         QVERIFY(!uninstallButton->isEnabled());
     }

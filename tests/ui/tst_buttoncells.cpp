@@ -1,0 +1,388 @@
+// The cell base, its highlight hook and the artwork cell. Built twice: once more as an
+// executable named "Quorvelle", the one process where the hook is installed.
+#include "Button.h"
+#include "Bundle.h"
+#include "CellRendering.h"
+#include "Matrix.h"
+#include "VXButtonCell.h"
+#include "VXButtonCellQuorvelle.h"
+#include "VXGeneralButtonCell.h"
+#include "VXTrackingButton.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using CellRendering::near;
+using CellRendering::pixel;
+
+namespace {
+
+class DisagreeingCell : public ButtonCell
+{
+public:
+    QVariant value;
+    QVariant objectValue() const override { return value; }
+};
+
+// Remembers what the cell looked like while it was drawn.
+class RecordingCell : public ButtonCell
+{
+public:
+    int stateWhileDrawing = 99;
+    QString imageWhileDrawing;
+    void drawInteriorWithFrame(QPainter &, const QRectF &, QWidget *) override
+    {
+        stateWhileDrawing = state();
+        imageWhileDrawing = image() ? image()->name() : QString();
+    }
+};
+
+class ArtworkCell : public VXGeneralButtonCell
+{
+public:
+    QString base;
+    bool single = false;
+    Bundle *bundle = nullptr;
+    QString baseResourceImageName() const override { return base; }
+    bool useSingleImageTemplate() const override { return single; }
+    Bundle *resourcesBundle() const override { return bundle; }
+};
+
+class UnflippedButton : public VXTrackingButton
+{
+public:
+    bool isFlipped() const override { return false; }
+};
+
+// Writes an image of vertical colour bands (equal widths), or horizontal ones.
+void writeImage(const QString &dir, const QString &name, QSize size, QList<QColor> bands,
+                bool horizontal = false)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x) {
+            const int at = horizontal ? y * int(bands.size()) / size.height()
+                                      : x * int(bands.size()) / size.width();
+            image.setPixelColor(x, y, bands.at(at));
+        }
+    QVERIFY(image.save(dir + QStringLiteral("/images/") + name + QStringLiteral(".png")));
+}
+
+} // namespace
+
+class tst_ButtonCells : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir _bundleDir;
+    Bundle *_bundle = nullptr;
+
+    // A button 100 x 20 showing the cell, with the given hover and press.
+    QImage drawInButton(std::unique_ptr<ButtonCell> cell, bool hover, bool pressed,
+                        VXTrackingButton *button = nullptr)
+    {
+        std::unique_ptr<VXTrackingButton> owned(button ? button : new VXTrackingButton);
+        owned->resize(100, 20);
+        owned->setCell(std::move(cell));
+        owned->setHasHover(hover);
+        owned->setDown(pressed);
+        return CellRendering::grab(owned.get());
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(_bundleDir.isValid());
+        QVERIFY(QDir(_bundleDir.path()).mkpath(QStringLiteral("images")));
+        const QString d = _bundleDir.path();
+        writeImage(d, QStringLiteral("art_left"), {6, 20}, {Qt::red});
+        writeImage(d, QStringLiteral("art_center"), {4, 20}, {Qt::green});
+        writeImage(d, QStringLiteral("art_right"), {9, 20}, {Qt::blue});
+        writeImage(d, QStringLiteral("art_left_hover"), {6, 20}, {Qt::yellow});
+        writeImage(d, QStringLiteral("art_center_hover"), {4, 20}, {Qt::cyan});
+        writeImage(d, QStringLiteral("art_left_pressed"), {6, 20}, {Qt::magenta});
+        writeImage(d, QStringLiteral("art_right_pressed"), {9, 20}, {Qt::darkBlue});
+        writeImage(d, QStringLiteral("tpl"), {10, 20}, {Qt::red, Qt::blue});
+        writeImage(d, QStringLiteral("updown"), {10, 20}, {Qt::red, Qt::blue}, true);
+        _bundle = Bundle::bundleWithPath(d);
+        QVERIFY(_bundle);
+    }
+
+    // The object value is copied after the state and wins; the background style is raised
+    // and enabledness comes along.
+    void initWithButtonCell_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QVariant>("objectValue");
+        QTest::addColumn<int>("expected");
+        QTest::addRow("value off, state on") << 1 << QVariant(0) << 0;
+        QTest::addRow("value on, state off") << 0 << QVariant(1) << 1;
+        QTest::addRow("value mixed, mixed allowed") << 1 << QVariant(-1) << -1;
+    }
+    void initWithButtonCell()
+    {
+        QFETCH(int, state);
+        QFETCH(QVariant, objectValue);
+        QFETCH(int, expected);
+        DisagreeingCell source;
+        source.setAllowsMixedState(true);
+        source.setState(state);
+        source.value = objectValue;
+        source.setTitle(QStringLiteral("Go"));
+        source.setImagePosition(ButtonCell::ImageRight);
+        source.setShowsStateBy(ButtonCell::ChangeBackgroundCellMask);
+        source.setBordered(false);
+        source.setBackgroundStyle(ButtonCell::BackgroundStyleLowered);
+        source.setEnabled(false);
+        source.setAction("press");
+
+        const auto cell = VXButtonCell::initWithButtonCell<VXGeneralButtonCell>(source);
+        QCOMPARE(cell->state(), expected);
+        QCOMPARE(cell->backgroundStyle(), int(ButtonCell::BackgroundStyleRaised));
+        QVERIFY(!cell->isEnabled());
+        QCOMPARE(cell->title(), QStringLiteral("Go"));
+        QCOMPARE(cell->imagePosition(), int(ButtonCell::ImageRight));
+        QCOMPARE(cell->showsStateBy(), quint64(ButtonCell::ChangeBackgroundCellMask));
+        QVERIFY(!cell->isBordered());
+        QCOMPARE(cell->action(), QByteArray("press"));
+        // Not in a tracking button: never hover.
+        QVERIFY(!cell->hasHover());
+    }
+
+    void highlightedOrPressed_data()
+    {
+        QTest::addColumn<bool>("highlighted");
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<int>("viewState");
+        QTest::addColumn<bool>("bordered");
+        QTest::addColumn<quint64>("showsStateBy");
+        QTest::addColumn<bool>("expected");
+        QTest::addRow("highlighted in a matrix") << true << "matrix" << 0 << true << quint64(0) << true;
+        QTest::addRow("on in a matrix") << false << "matrix" << 1 << true << quint64(14) << false;
+        QTest::addRow("no view") << false << "none" << 1 << true << quint64(14) << false;
+        QTest::addRow("bordered push-in") << false << "button" << 1 << true << quint64(2) << true;
+        QTest::addRow("borderless push-in") << false << "button" << 1 << false << quint64(2) << false;
+        QTest::addRow("borderless grey") << false << "button" << 1 << false << quint64(4) << true;
+        QTest::addRow("contents only") << false << "button" << 1 << true << quint64(1) << false;
+        QTest::addRow("button off") << false << "button" << 0 << true << quint64(8) << false;
+    }
+    void highlightedOrPressed()
+    {
+        QFETCH(bool, highlighted);
+        QFETCH(QString, view);
+        QFETCH(int, viewState);
+        QFETCH(bool, bordered);
+        QFETCH(quint64, showsStateBy);
+        QFETCH(bool, expected);
+        Button button;
+        button.setButtonType(ButtonCell::PushOnPushOffButton);
+        button.setState(viewState);
+        Matrix matrix;
+        ButtonCell cell;
+        // The cell's own state is the opposite: only the view's counts.
+        cell.setState(viewState ? 0 : 1);
+        cell.setHighlighted(highlighted);
+        cell.setBordered(bordered);
+        cell.setShowsStateBy(showsStateBy);
+        cell.setControlView(view == QLatin1String("button")   ? static_cast<QWidget *>(&button)
+                            : view == QLatin1String("matrix") ? &matrix
+                                                              : nullptr);
+        QCOMPARE(VXButtonCellQuorvelle::isHighlightedOrPressed(cell), expected);
+    }
+
+    // The mixed check box is drawn off with the mixed image, only in the product's process,
+    // and is itself again afterwards.
+    void mixedCheckboxHook_data()
+    {
+        QTest::addColumn<QString>("image");
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("swapped");
+        const bool hooked = VXButtonCellQuorvelle::processName() == QLatin1String("Quorvelle");
+        QTest::addRow("unchecked image, mixed") << "checkbox_unchecked" << -1 << hooked;
+        QTest::addRow("other image, mixed") << "checkbox_mixed" << -1 << false;
+        QTest::addRow("unchecked image, on") << "checkbox_unchecked" << 1 << false;
+    }
+    void mixedCheckboxHook()
+    {
+        QFETCH(QString, image);
+        QFETCH(int, state);
+        QFETCH(bool, swapped);
+        RecordingCell cell;
+        cell.setButtonType(ButtonCell::SwitchButton);
+        cell.setAllowsMixedState(true);
+        cell.setState(state);
+        cell.setImage(VXImageCreation::imageNamed(image, nullptr));
+        QVERIFY(cell.image());
+        CellRendering::render({20, 20}, [&](QPainter &p) {
+            cell.drawWithFrame(p, QRectF(0, 0, 20, 20), nullptr);
+        });
+        QCOMPARE(cell.stateWhileDrawing, swapped ? 0 : state);
+        QCOMPARE(cell.imageWhileDrawing, swapped ? QStringLiteral("checkbox_mixed") : image);
+        QCOMPARE(cell.state(), state);
+        QCOMPARE(cell.image()->name(), image);
+    }
+
+    // What users of Qt buttons expect of every control on the cell layer: its role and
+    // state for assistive tools, a mnemonic, Space and Return, a size from its cell.
+    void widget_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("role");
+        QTest::addColumn<bool>("checkedAfterKeys");
+        QTest::addRow("push button") << int(ButtonCell::MomentaryPushInButton) << int(QAccessible::Button) << false;
+        QTest::addRow("check box") << int(ButtonCell::SwitchButton) << int(QAccessible::CheckBox) << false;
+        QTest::addRow("radio button") << int(ButtonCell::RadioButton) << int(QAccessible::RadioButton) << true;
+    }
+    void widget()
+    {
+        QFETCH(int, type);
+        QFETCH(int, role);
+        QFETCH(bool, checkedAfterKeys);
+        QWidget window;
+        auto *button = new Button(&window);
+        button->setButtonType(type);
+        button->setText(QStringLiteral("&Go && stop"));
+        // A sibling of the same kind: a radio button is exclusive only within a group.
+        (new Button(&window))->setButtonType(type);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        button->setFocus();
+        QCOMPARE(button->sizeHint(),
+                 button->cell()->cellSizeForBounds(QRectF(0, 0, 10000, 10000)).toSize());
+        QCOMPARE(button->cell()->title(), QStringLiteral("Go & stop"));
+        QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_G));
+
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
+        QVERIFY(accessible);
+        QCOMPARE(int(accessible->role()), role);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Go & stop"));
+
+        QSignalSpy clicks(button, &QAbstractButton::clicked);
+        QTest::keyClick(button, Qt::Key_Space);
+        QTest::keyClick(button, Qt::Key_Return);
+        QTRY_COMPARE(clicks.size(), 2);
+        // Two presses toggle a check box back off; a radio button stays on.
+        QCOMPARE(button->state() == ButtonCell::OnState, checkedAfterKeys);
+        QCOMPARE(accessible->state().checked, checkedAfterKeys);
+    }
+
+    void exchange()
+    {
+        VXMethodTable<int(int)> table;
+        table.replaceMethod("first", [](int x) { return x + 1; });
+        VXExchangeMethodImplementations(table, "first", "second");
+        QCOMPARE(table.implementation("first")(1), 0); // the empty implementation
+        QCOMPARE(table.implementation("second")(1), 2);
+        VXExchangeMethodImplementations(table, "first", "second");
+        QCOMPARE(table.implementation("first")(1), 2);
+    }
+
+    // Caps at 0-6 and 94-100 (the right one scaled to the left's width), the centre between;
+    // hover falls back to normal where there is no hover image, pressed never does.
+    void threeSlices_data()
+    {
+        QTest::addColumn<bool>("hover");
+        QTest::addColumn<bool>("pressed");
+        QTest::addColumn<QColor>("left");
+        QTest::addColumn<QColor>("centre");
+        QTest::addColumn<QColor>("right");
+        const QColor none = Qt::transparent;
+        QTest::addRow("normal") << false << false << QColor(Qt::red) << QColor(Qt::green) << QColor(Qt::blue);
+        QTest::addRow("hover") << true << false << QColor(Qt::yellow) << QColor(Qt::cyan) << QColor(Qt::blue);
+        QTest::addRow("pressed") << false << true << QColor(Qt::magenta) << none << QColor(Qt::darkBlue);
+        QTest::addRow("pressed over") << true << true << QColor(Qt::magenta) << none << QColor(Qt::darkBlue);
+    }
+    void threeSlices()
+    {
+        QFETCH(bool, hover);
+        QFETCH(bool, pressed);
+        QFETCH(QColor, left);
+        QFETCH(QColor, centre);
+        QFETCH(QColor, right);
+        auto cell = std::make_unique<ArtworkCell>();
+        cell->base = QStringLiteral("art");
+        cell->bundle = _bundle;
+        cell->setBordered(false);
+        const QImage image = drawInButton(std::move(cell), hover, pressed);
+        for (int x : {0, 5})
+            QVERIFY2(near(pixel(image, x, 10), left), qPrintable(QString::number(x)));
+        for (int x : {6, 50, 93})
+            QVERIFY2(near(pixel(image, x, 10), centre), qPrintable(QString::number(x)));
+        for (int x : {94, 99})
+            QVERIFY2(near(pixel(image, x, 10), right), qPrintable(QString::number(x)));
+    }
+
+    // Template mode: no caps, the whole template stretched; no base name: no artwork.
+    void singleTemplate_data()
+    {
+        QTest::addColumn<QString>("base");
+        QTest::addColumn<QColor>("leftHalf");
+        QTest::addColumn<QColor>("rightHalf");
+        QTest::addRow("template") << "tpl" << QColor(Qt::red) << QColor(Qt::blue);
+        QTest::addRow("no artwork") << QString() << QColor(Qt::transparent) << QColor(Qt::transparent);
+    }
+    void singleTemplate()
+    {
+        QFETCH(QString, base);
+        QFETCH(QColor, leftHalf);
+        QFETCH(QColor, rightHalf);
+        auto cell = std::make_unique<ArtworkCell>();
+        cell->base = base;
+        cell->single = true;
+        cell->bundle = _bundle;
+        cell->setBordered(false);
+        QCOMPARE(cell->sideSegmentWidth(), 0.0);
+        const QImage image = drawInButton(std::move(cell), false, false);
+        // Smooth scaling blends the two bands only near the middle.
+        QVERIFY(near(pixel(image, 1, 10), leftHalf));
+        QVERIFY(near(pixel(image, 40, 10), leftHalf));
+        QVERIFY(near(pixel(image, 60, 10), rightHalf));
+        QVERIFY(near(pixel(image, 98, 10), rightHalf));
+    }
+
+    // Artwork is upright whichever way the view's coordinates grow.
+    void flippedAndUnflipped()
+    {
+        auto makeCell = [this] {
+            auto cell = std::make_unique<ArtworkCell>();
+            cell->base = QStringLiteral("updown");
+            cell->single = true;
+            cell->bundle = _bundle;
+            cell->setBordered(false);
+            return cell;
+        };
+        const QImage flipped = drawInButton(makeCell(), false, false);
+        const QImage unflipped = drawInButton(makeCell(), false, false, new UnflippedButton);
+        QVERIFY(near(pixel(flipped, 50, 2), Qt::red));
+        QVERIFY(near(pixel(flipped, 50, 17), Qt::blue));
+        QCOMPARE(unflipped, flipped);
+    }
+
+    // A missing image is asked for again; a loaded one is kept until the resources are
+    // invalidated.
+    void lazyLoading()
+    {
+        const QString d = _bundleDir.path();
+        QFile::remove(d + QStringLiteral("/images/late.png"));
+        ArtworkCell cell;
+        cell.base = QStringLiteral("late");
+        cell.single = true;
+        cell.bundle = _bundle;
+        QVERIFY(!cell.templateImageNormal());
+        writeImage(d, QStringLiteral("late"), {4, 4}, {Qt::red});
+        QVERIFY(cell.templateImageNormal());
+        const QImage first = cell.templateImageNormal()->image();
+        writeImage(d, QStringLiteral("late"), {8, 8}, {Qt::green});
+        QCOMPARE(cell.templateImageNormal()->size(), QSizeF(4, 4));
+        Button view;
+        cell.setControlView(&view);
+        cell.invalidateResources();
+        QCOMPARE(cell.templateImageNormal()->size(), QSizeF(8, 8));
+        QVERIFY(!first.isNull());
+    }
+};
+
+QTEST_MAIN(tst_ButtonCells)
+#include "tst_buttoncells.moc"

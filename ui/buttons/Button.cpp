@@ -1,0 +1,201 @@
+#include "Button.h"
+
+#include "Matrix.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+
+#include <cmath>
+
+namespace {
+
+// The text with its mnemonic marker removed ("&&" stays a literal ampersand), and where
+// the mnemonic character landed (-1 for none).
+QString withoutMnemonic(const QString &text, qsizetype *mnemonicAt = nullptr)
+{
+    QString plain;
+    plain.reserve(text.size());
+    if (mnemonicAt)
+        *mnemonicAt = -1;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i) == QLatin1Char('&') && i + 1 < text.size()) {
+            ++i;
+            if (mnemonicAt && *mnemonicAt < 0 && text.at(i) != QLatin1Char('&'))
+                *mnemonicAt = plain.size();
+        }
+        plain.append(text.at(i));
+    }
+    return plain;
+}
+
+} // namespace
+
+Button::Button(QWidget *parent) : QAbstractButton(parent)
+{
+    setCell(std::make_unique<ButtonCell>());
+}
+
+Button::~Button() = default;
+
+void Button::setCell(std::unique_ptr<ButtonCell> cell)
+{
+    if (!cell)
+        return;
+    _cell = std::move(cell);
+    _cell->setControlView(this);
+    _syncedText = QString();
+    setButtonType(_cell->buttonType());
+    if (isCheckable())
+        QAbstractButton::setChecked(_cell->state() != ButtonCell::OffState);
+    updateGeometry();
+    update();
+}
+
+void Button::setState(int state)
+{
+    _cell->setState(state);
+    const QSignalBlocker blocker(this);
+    QAbstractButton::setChecked(_cell->state() != ButtonCell::OffState);
+    updateCell();
+}
+
+void Button::setButtonType(int type)
+{
+    if (type != _cell->buttonType())
+        _cell->setButtonType(type);
+    const bool checkable = type != ButtonCell::MomentaryLightButton &&
+                           type != ButtonCell::MomentaryChangeButton &&
+                           type != ButtonCell::MomentaryPushInButton;
+    setCheckable(checkable);
+    setAutoExclusive(type == ButtonCell::RadioButton);
+    update();
+}
+
+void Button::setControlSize(int size)
+{
+    _cell->setControlSize(size);
+    updateGeometry();
+}
+
+void Button::setBordered(bool bordered)
+{
+    _cell->setBordered(bordered);
+    update();
+}
+
+void Button::setCellClass(const QString &className)
+{
+    ButtonCellCoding coding;
+    coding.buttonType = _cell->buttonType();
+    coding.controlSize = _cell->controlSize();
+    coding.bordered = _cell->isBordered();
+    coding.enabled = isEnabled();
+    coding.state = _cell->state();
+    coding.title = withoutMnemonic(text());
+    if (auto cell = ButtonCell::cellWithClassName(className, coding)) {
+        _cellClass = className;
+        setCell(std::move(cell));
+    }
+}
+
+void Button::syncCell() const
+{
+    if (_syncedText != text() || (_syncedText.isEmpty() && _cell->title().size())) {
+        _syncedText = text();
+        qsizetype mnemonicAt = -1;
+        _cell->setTitle(withoutMnemonic(_syncedText, &mnemonicAt));
+        // The mnemonic is underlined where the style shows mnemonics, as on Qt's buttons.
+        if (mnemonicAt >= 0 && style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this)) {
+            VXAttributedString title = _cell->attributedTitle();
+            title.addAttribute(VXUnderlineStyleAttributeName, QVariant::fromValue(qint64(1)),
+                               VXRange{quint64(mnemonicAt), 1});
+            _cell->setAttributedTitle(title);
+        }
+    }
+    _cell->setEnabled(isEnabled());
+    _cell->setHighlighted(isDown());
+}
+
+QSize Button::sizeHint() const
+{
+    syncCell();
+    const QSizeF size = _cell->cellSizeForBounds(QRectF(0, 0, 10000, 10000));
+    return {int(std::ceil(size.width())), int(std::ceil(size.height()))};
+}
+
+QSize Button::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+void Button::paintEvent(QPaintEvent *)
+{
+    syncCell();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.save();
+    if (!isFlipped()) {
+        // A view whose coordinates grow upwards.
+        painter.translate(0, height());
+        painter.scale(1.0, -1.0);
+    }
+    _cell->drawWithFrame(painter, QRectF(rect()), this);
+    painter.restore();
+    if (hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        option.rect = rect().adjusted(1, 1, -1, -1);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
+}
+
+void Button::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange)
+        _cell->setEnabled(isEnabled());
+    else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        updateGeometry();
+    QAbstractButton::changeEvent(event);
+}
+
+void Button::keyPressEvent(QKeyEvent *event)
+{
+    // Return and Enter press a focused button, as Space does.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+        event->modifiers() == Qt::NoModifier && !event->isAutoRepeat()) {
+        animateClick();
+        event->accept();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
+void Button::checkStateSet()
+{
+    const int state = isChecked() ? ButtonCell::OnState : ButtonCell::OffState;
+    if ((_cell->state() != ButtonCell::OffState) != isChecked())
+        _cell->setState(state);
+    updateCell();
+}
+
+void Button::nextCheckState()
+{
+    QAbstractButton::nextCheckState();
+    _cell->setState(isChecked() ? ButtonCell::OnState : ButtonCell::OffState);
+    updateCell();
+}
+
+void Button::updateCell()
+{
+    if (auto *matrix = qobject_cast<Matrix *>(parentWidget())) {
+        const int row = matrix->rowOfCell(this);
+        if (row >= 0) {
+            matrix->drawCellAtRow(row, 0);
+            return;
+        }
+    }
+    update();
+}

@@ -1,0 +1,45 @@
+#include "Matrix.h"
+
+#include "Button.h"
+
+#include <algorithm>
+
+Matrix::Matrix(QWidget *parent) : QWidget(parent) {}
+
+QList<Button *> Matrix::cells() const
+{
+    QList<Button *> rows;
+    for (Button *button : findChildren<Button *>(Qt::FindDirectChildrenOnly)) {
+        if (button->buttonType() == ButtonCell::RadioButton)
+            rows.append(button);
+    }
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const Button *a, const Button *b) { return a->y() < b->y(); });
+    return rows;
+}
+
+int Matrix::rowOfCell(const Button *cell) const
+{
+    return int(cells().indexOf(cell));
+}
+
+Button *Matrix::cellAtRow(int row, int column) const
+{
+    const QList<Button *> rows = cells();
+    return column == 0 && row >= 0 && row < rows.size() ? rows.at(row) : nullptr;
+}
+
+Button *Matrix::selectedCell() const
+{
+    for (Button *button : cells()) {
+        if (button->state() == ButtonCell::OnState)
+            return button;
+    }
+    return nullptr;
+}
+
+void Matrix::drawCellAtRow(int row, int column)
+{
+    if (Button *cell = cellAtRow(row, column))
+        cell->update();
+}
