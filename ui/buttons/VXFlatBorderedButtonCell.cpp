@@ -3,6 +3,7 @@
 #include "VXBezierPath.h"
 #include "VXBezierPathQuorvelle.h"
 #include "VXButtonCellQuorvelle.h"
+#include "VXFlatButtonCell.h"
 
 #include <QPainter>
 
@@ -60,17 +61,13 @@ void VXFlatBorderedButtonCell::drawBezelWithFrame(QPainter &painter, const QRect
 void VXFlatBorderedButtonCell::drawInteriorWithFrame(QPainter &painter, const QRectF &cellFrame,
                                                      QWidget *controlView)
 {
-    QRectF interior = cellFrame.adjusted(10.0, 1.0, -10.0, -1.0);
-    interior.setHeight(interior.height() + 2.0);
-    VXGeneralButtonCell::drawInteriorWithFrame(painter, interior, controlView);
+    VXGeneralButtonCell::drawInteriorWithFrame(painter, flatInteriorFrame(cellFrame), controlView);
 }
 
 QRectF VXFlatBorderedButtonCell::drawTitle(QPainter &painter, const VXAttributedString &title,
                                            const QRectF &frame, QWidget *controlView)
 {
-    QRectF titleFrame = frame.adjusted(0.0, 1.0, 0.0, -1.0);
-    titleFrame.translate(0.0, -2.0);
-    return VXGeneralButtonCell::drawTitle(painter, title, titleFrame, controlView);
+    return VXGeneralButtonCell::drawTitle(painter, title, flatTitleFrame(frame), controlView);
 }
 
 QSizeF VXFlatBorderedButtonCell::cellSizeForBounds(const QRectF &bounds) const

@@ -1,8 +1,8 @@
 #include "VXFlatButtonCell.h"
 
 #include "VXBezierPath.h"
-#include "VXColorConvertion.h"
 #include "VXButtonCellQuorvelle.h"
+#include "VXColorConvertion.h"
 #include "VXQuorvelleColor.h"
 #include "VXShortcuts.h"
 
@@ -11,8 +11,8 @@
 VXFlatButtonCell::VXFlatButtonCell(const ButtonCellCoding &coding)
     : ButtonCell(coding), _regularColor(QuorvelleColor::quorvelleBlueColor()),
       _pressedColor(QuorvelleColor::quorvelleDarkBlueColor()),
-      _disabledColor(VXColor::colorWithCalibratedRed(137.0 / 255.0, 187.0 / 255.0,
-                                                     222.0 / 255.0, 1.0))
+      _disabledColor(
+          VXColor::colorWithCalibratedRed(137.0 / 255.0, 187.0 / 255.0, 222.0 / 255.0, 1.0))
 {
 }
 
@@ -54,18 +54,13 @@ void VXFlatButtonCell::drawBezelWithFrame(QPainter &painter, const QRectF &frame
 void VXFlatButtonCell::drawInteriorWithFrame(QPainter &painter, const QRectF &cellFrame,
                                              QWidget *controlView)
 {
-    QRectF interior = cellFrame.adjusted(10.0, 1.0, -10.0, -1.0);
-    interior.setHeight(interior.height() + 2.0);
-    ButtonCell::drawInteriorWithFrame(painter, interior, controlView);
+    ButtonCell::drawInteriorWithFrame(painter, flatInteriorFrame(cellFrame), controlView);
 }
 
 QRectF VXFlatButtonCell::drawTitle(QPainter &painter, const VXAttributedString &title,
                                    const QRectF &frame, QWidget *controlView)
 {
-    // One point higher than the platform puts it, for the shadow below.
-    QRectF titleFrame = frame.adjusted(0.0, 1.0, 0.0, -1.0);
-    titleFrame.translate(0.0, -2.0);
-    return ButtonCell::drawTitle(painter, titleForDrawingFromTitle(title), titleFrame,
+    return ButtonCell::drawTitle(painter, titleForDrawingFromTitle(title), flatTitleFrame(frame),
                                  controlView);
 }
 
@@ -80,8 +75,8 @@ void VXFlatButtonCell::drawImage(QPainter &painter, const std::optional<VXImage>
 
 QSizeF VXFlatButtonCell::cellSizeForBounds(const QRectF &bounds) const
 {
-    const bool imageBeside = image() && (imagePosition() == ImageLeft ||
-                                         imagePosition() == ImageRight);
+    const bool imageBeside =
+        image() && (imagePosition() == ImageLeft || imagePosition() == ImageRight);
     const double margin = imageBeside ? 30.0 : 20.0;
     if (bounds.width() >= margin) {
         const QSizeF size = ButtonCell::cellSizeForBounds(
@@ -90,6 +85,19 @@ QSizeF VXFlatButtonCell::cellSizeForBounds(const QRectF &bounds) const
     }
     const QSizeF size = ButtonCell::cellSizeForBounds(bounds);
     return {std::max(bounds.width(), size.width()), size.height()};
+}
+
+QRectF flatInteriorFrame(const QRectF &cellFrame)
+{
+    QRectF interior = cellFrame.adjusted(10.0, 1.0, -10.0, -1.0);
+    interior.setHeight(interior.height() + 2.0);
+    return interior;
+}
+
+QRectF flatTitleFrame(const QRectF &titleFrame)
+{
+    // One point higher, for the shadow below the flat button's title.
+    return titleFrame.adjusted(0.0, 1.0, 0.0, -1.0).translated(0.0, -2.0);
 }
 
 VXImage etchedImageWithSolidColor(const VXImage &image, const VXColor &color, bool, bool)
