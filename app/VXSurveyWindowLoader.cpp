@@ -5,10 +5,10 @@
 #include "VXColorConvertion.h"
 #include "VXLog.h"
 #include "VXMatrix.h"
-#include "VXTrackingButton.h"
 #include "VXQuorvelleColor.h"
 #include "VXQuorvelleFont.h"
 #include "VXThreadSafety.h"
+#include "VXTrackingButton.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QAbstractButton>
@@ -64,7 +64,8 @@ void applyKitLook(QWidget *window)
         palette.setColor(group, QPalette::HighlightedText, Qt::white);
     }
     palette.setColor(QPalette::Disabled, QPalette::Window, Qt::white);
-    palette.setColor(QPalette::Disabled, QPalette::Base, color(quorvelleLightGrayDisabledControlColor()));
+    palette.setColor(QPalette::Disabled, QPalette::Base,
+                     color(quorvelleLightGrayDisabledControlColor()));
     palette.setColor(QPalette::Disabled, QPalette::WindowText, color(quorvelleTextGrayColor()));
     palette.setColor(QPalette::Disabled, QPalette::Text, color(quorvelleTextGrayColor()));
     window->setPalette(palette);

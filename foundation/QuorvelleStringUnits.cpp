@@ -34,22 +34,14 @@ enum Unit
 
 // In the order they are looked up; marked so that lupdate finds the keys.
 constexpr std::array<const char *, UnitCount> kKeys = {
-    QT_TRANSLATE_NOOP("Localizable", "0 bytes"),
-    QT_TRANSLATE_NOOP("Localizable", "1 byte"),
-    QT_TRANSLATE_NOOP("Localizable", "%llu bytes"),
-    QT_TRANSLATE_NOOP("Localizable", "%1.1f KB"),
-    QT_TRANSLATE_NOOP("Localizable", "%llu KB"),
-    QT_TRANSLATE_NOOP("Localizable", "%1.1f MB"),
-    QT_TRANSLATE_NOOP("Localizable", "%1.1f GB"),
-    QT_TRANSLATE_NOOP("Localizable", "%1.1f TB"),
-    QT_TRANSLATE_NOOP("Localizable", "1 day"),
-    QT_TRANSLATE_NOOP("Localizable", "%llu days"),
-    QT_TRANSLATE_NOOP("Localizable", "1 week"),
-    QT_TRANSLATE_NOOP("Localizable", "%llu weeks"),
-    QT_TRANSLATE_NOOP("Localizable", "1 month"),
-    QT_TRANSLATE_NOOP("Localizable", "%llu months"),
-    QT_TRANSLATE_NOOP("Localizable", "1 year"),
-    QT_TRANSLATE_NOOP("Localizable", "%llu years"),
+    QT_TRANSLATE_NOOP("Localizable", "0 bytes"),    QT_TRANSLATE_NOOP("Localizable", "1 byte"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu bytes"), QT_TRANSLATE_NOOP("Localizable", "%1.1f KB"),
+    QT_TRANSLATE_NOOP("Localizable", "%llu KB"),    QT_TRANSLATE_NOOP("Localizable", "%1.1f MB"),
+    QT_TRANSLATE_NOOP("Localizable", "%1.1f GB"),   QT_TRANSLATE_NOOP("Localizable", "%1.1f TB"),
+    QT_TRANSLATE_NOOP("Localizable", "1 day"),      QT_TRANSLATE_NOOP("Localizable", "%llu days"),
+    QT_TRANSLATE_NOOP("Localizable", "1 week"),     QT_TRANSLATE_NOOP("Localizable", "%llu weeks"),
+    QT_TRANSLATE_NOOP("Localizable", "1 month"),    QT_TRANSLATE_NOOP("Localizable", "%llu months"),
+    QT_TRANSLATE_NOOP("Localizable", "1 year"),     QT_TRANSLATE_NOOP("Localizable", "%llu years"),
 };
 
 // Looked up once, on first use, and kept for the life of the process. A function-local

@@ -11,8 +11,7 @@
 namespace CellRendering {
 
 // Draws through `draw(painter)` into a transparent image of the given size.
-template <typename Draw>
-QImage render(const QSize &size, Draw draw)
+template <typename Draw> QImage render(const QSize &size, Draw draw)
 {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -22,8 +22,8 @@ inline QImage canvas(int width, int height, double ratio = 1.0, QColor fill = Qt
     return image;
 }
 
-inline QImage render(int width, int height, double ratio, const std::function<void(QPainter &)> &draw,
-                     QColor fill = Qt::transparent)
+inline QImage render(int width, int height, double ratio,
+                     const std::function<void(QPainter &)> &draw, QColor fill = Qt::transparent)
 {
     QImage image = canvas(width, height, ratio, fill);
     QPainter painter(&image);
@@ -41,20 +41,25 @@ inline QColor at(const QImage &image, int x, int y)
 // Every channel within tolerance (0..255 units).
 inline bool near(const QColor &a, const QColor &b, int tolerance = 2)
 {
-    return std::abs(a.red() - b.red()) <= tolerance && std::abs(a.green() - b.green()) <= tolerance
-           && std::abs(a.blue() - b.blue()) <= tolerance
-           && std::abs(a.alpha() - b.alpha()) <= tolerance;
+    return std::abs(a.red() - b.red()) <= tolerance &&
+           std::abs(a.green() - b.green()) <= tolerance &&
+           std::abs(a.blue() - b.blue()) <= tolerance &&
+           std::abs(a.alpha() - b.alpha()) <= tolerance;
 }
 
 inline QString describe(const QColor &c)
 {
-    return QStringLiteral("rgba(%1, %2, %3, %4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alpha());
+    return QStringLiteral("rgba(%1, %2, %3, %4)")
+        .arg(c.red())
+        .arg(c.green())
+        .arg(c.blue())
+        .arg(c.alpha());
 }
 
 } // namespace PixelProbe
 
 // QVERIFY2 with both colours in the message.
-#define QV_COMPARE_COLOR(actual, expected, tolerance)                                           \
-    QVERIFY2(PixelProbe::near((actual), (expected), (tolerance)),                               \
-             qPrintable(PixelProbe::describe(actual) + QStringLiteral(" != ")                   \
-                        + PixelProbe::describe(expected)))
+#define QV_COMPARE_COLOR(actual, expected, tolerance)                                              \
+    QVERIFY2(PixelProbe::near((actual), (expected), (tolerance)),                                  \
+             qPrintable(PixelProbe::describe(actual) + QStringLiteral(" != ") +                    \
+                        PixelProbe::describe(expected)))

@@ -481,14 +481,14 @@ private Q_SLOTS:
             << words("--as-user yes") << int(Info::Unreadable) << survey << int(Survey::InfoIgnored)
             << true << QString() << QStringList() << 40;
         QTest::newRow("information file oversized")
-            << capped << int(Info::Oversized) << survey
-            << int(Survey::InfoIgnored) << true << QString() << QStringList() << 40;
+            << capped << int(Info::Oversized) << survey << int(Survey::InfoIgnored) << true
+            << QString() << QStringList() << 40;
         QTest::newRow("information file is a FIFO")
             << QStringList() << int(Info::Fifo) << survey << int(Survey::InfoIgnored) << true
             << QString() << QStringList() << 40;
         QTest::newRow("information file is a device")
-            << capped << int(Info::Device) << survey
-            << int(Survey::InfoIgnored) << true << QString() << QStringList() << 40;
+            << capped << int(Info::Device) << survey << int(Survey::InfoIgnored) << true
+            << QString() << QStringList() << 40;
         // Consent refused keeps the system-wide items, so a second removal would show as a
         // second consent request and "Command:" line.
         QTest::newRow("Uninstall again during the send")

@@ -221,17 +221,18 @@ private Q_SLOTS:
         Dict expected;
         Arr values;
         for (int n = 0; n < members; ++n) {
-            const QString key = QStringLiteral("k%1").arg(
-                distinctKeys ? random.bounded(distinctKeys) : n, distinctKeys ? 0 : 6, 10, QChar(u'0'));
+            const QString key =
+                QStringLiteral("k%1").arg(distinctKeys ? random.bounded(distinctKeys) : n,
+                                          distinctKeys ? 0 : 6, 10, QChar(u'0'));
             const int kind = random.bounded(7);
             const QString text = QString::number(random.bounded(100000), 36);
-            const PropertyValue value = kind == 0   ? PropertyValue::null()
+            const PropertyValue value = kind == 0  ? PropertyValue::null()
                                         : kind < 4 ? PropertyValue(text)
                                                    : PropertyValue(double(random.bounded(1000)));
-            json += QStringLiteral("\"%1\":%2,").arg(
-                key, kind == 0 ? QStringLiteral("null")
-                     : kind < 4 ? u'"' + text + u'"'
-                                : QString::number(value.toDouble()));
+            json += QStringLiteral("\"%1\":%2,")
+                        .arg(key, kind == 0  ? QStringLiteral("null")
+                                  : kind < 4 ? u'"' + text + u'"'
+                                             : QString::number(value.toDouble()));
             if (!(ignoreNull && value.isNull()))
                 expected.insert(key, value);
             values.append(value);
@@ -239,8 +240,11 @@ private Q_SLOTS:
         json += u'}';
         QCOMPARE(JSON::dictionaryWithJSONString(json, ignoreNull), expected);
         // The same values as one array: every element kept, in order.
-        const QString array = u'[' + json.mid(1, json.size() - 2).replace(
-                                         QRegularExpression(QStringLiteral("\"k\\d+\":")), QString()) + u']';
+        const QString array =
+            u'[' +
+            json.mid(1, json.size() - 2)
+                .replace(QRegularExpression(QStringLiteral("\"k\\d+\":")), QString()) +
+            u']';
         QCOMPARE(JSON::arrayWithJSONString(array), values);
     }
 

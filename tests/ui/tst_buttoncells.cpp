@@ -1,7 +1,7 @@
 // The cell base, its highlight hook and the artwork cell. Built twice: once more as an
 // executable named "Quorvelle", the one process where the hook is installed.
-#include "Button.h"
 #include "Bundle.h"
+#include "Button.h"
 #include "CellRendering.h"
 #include "Matrix.h"
 #include "VXButtonCell.h"
@@ -159,11 +159,13 @@ private Q_SLOTS:
         QTest::addColumn<bool>("bordered");
         QTest::addColumn<quint64>("showsStateBy");
         QTest::addColumn<bool>("expected");
-        QTest::addRow("highlighted in a matrix") << true << "matrix" << 0 << true << quint64(0) << true;
+        QTest::addRow("highlighted in a matrix")
+            << true << "matrix" << 0 << true << quint64(0) << true;
         QTest::addRow("on in a matrix") << false << "matrix" << 1 << true << quint64(14) << false;
         QTest::addRow("no view") << false << "none" << 1 << true << quint64(14) << false;
         QTest::addRow("bordered push-in") << false << "button" << 1 << true << quint64(2) << true;
-        QTest::addRow("borderless push-in") << false << "button" << 1 << false << quint64(2) << false;
+        QTest::addRow("borderless push-in")
+            << false << "button" << 1 << false << quint64(2) << false;
         QTest::addRow("borderless grey") << false << "button" << 1 << false << quint64(4) << true;
         QTest::addRow("contents only") << false << "button" << 1 << true << quint64(1) << false;
         QTest::addRow("button off") << false << "button" << 0 << true << quint64(8) << false;
@@ -215,9 +217,8 @@ private Q_SLOTS:
         cell.setState(state);
         cell.setImage(VXImageCreation::imageNamed(image, nullptr));
         QVERIFY(cell.image());
-        CellRendering::render({20, 20}, [&](QPainter &p) {
-            cell.drawWithFrame(p, QRectF(0, 0, 20, 20), nullptr);
-        });
+        CellRendering::render(
+            {20, 20}, [&](QPainter &p) { cell.drawWithFrame(p, QRectF(0, 0, 20, 20), nullptr); });
         QCOMPARE(cell.stateWhileDrawing, swapped ? 0 : state);
         QCOMPARE(cell.imageWhileDrawing, swapped ? QStringLiteral("checkbox_mixed") : image);
         QCOMPARE(cell.state(), state);
@@ -231,9 +232,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("type");
         QTest::addColumn<int>("role");
         QTest::addColumn<bool>("checkedAfterKeys");
-        QTest::addRow("push button") << int(ButtonCell::MomentaryPushInButton) << int(QAccessible::Button) << false;
-        QTest::addRow("check box") << int(ButtonCell::SwitchButton) << int(QAccessible::CheckBox) << false;
-        QTest::addRow("radio button") << int(ButtonCell::RadioButton) << int(QAccessible::RadioButton) << true;
+        QTest::addRow("push button")
+            << int(ButtonCell::MomentaryPushInButton) << int(QAccessible::Button) << false;
+        QTest::addRow("check box")
+            << int(ButtonCell::SwitchButton) << int(QAccessible::CheckBox) << false;
+        QTest::addRow("radio button")
+            << int(ButtonCell::RadioButton) << int(QAccessible::RadioButton) << true;
     }
     void widget()
     {
@@ -289,10 +293,14 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("centre");
         QTest::addColumn<QColor>("right");
         const QColor none = Qt::transparent;
-        QTest::addRow("normal") << false << false << QColor(Qt::red) << QColor(Qt::green) << QColor(Qt::blue);
-        QTest::addRow("hover") << true << false << QColor(Qt::yellow) << QColor(Qt::cyan) << QColor(Qt::blue);
-        QTest::addRow("pressed") << false << true << QColor(Qt::magenta) << none << QColor(Qt::darkBlue);
-        QTest::addRow("pressed over") << true << true << QColor(Qt::magenta) << none << QColor(Qt::darkBlue);
+        QTest::addRow("normal") << false << false << QColor(Qt::red) << QColor(Qt::green)
+                                << QColor(Qt::blue);
+        QTest::addRow("hover") << true << false << QColor(Qt::yellow) << QColor(Qt::cyan)
+                               << QColor(Qt::blue);
+        QTest::addRow("pressed") << false << true << QColor(Qt::magenta) << none
+                                 << QColor(Qt::darkBlue);
+        QTest::addRow("pressed over")
+            << true << true << QColor(Qt::magenta) << none << QColor(Qt::darkBlue);
     }
     void threeSlices()
     {
@@ -321,7 +329,8 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("leftHalf");
         QTest::addColumn<QColor>("rightHalf");
         QTest::addRow("template") << "tpl" << QColor(Qt::red) << QColor(Qt::blue);
-        QTest::addRow("no artwork") << QString() << QColor(Qt::transparent) << QColor(Qt::transparent);
+        QTest::addRow("no artwork")
+            << QString() << QColor(Qt::transparent) << QColor(Qt::transparent);
     }
     void singleTemplate()
     {

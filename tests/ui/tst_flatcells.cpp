@@ -64,7 +64,8 @@ private Q_SLOTS:
         QTest::addRow("regular") << true << true << false << q(quorvelleBlueColor());
         QTest::addRow("pressed") << true << true << true << q(quorvelleDarkBlueColor());
         QTest::addRow("disabled") << true << false << false << rgb(137, 187, 222);
-        QTest::addRow("pressed and disabled") << true << false << true << q(quorvelleDarkBlueColor());
+        QTest::addRow("pressed and disabled")
+            << true << false << true << q(quorvelleDarkBlueColor());
         QTest::addRow("made in code") << false << true << false << QColor(Qt::transparent);
     }
     void flatFill()
@@ -73,9 +74,9 @@ private Q_SLOTS:
         QFETCH(bool, enabled);
         QFETCH(bool, highlighted);
         QFETCH(QColor, fill);
-        std::unique_ptr<VXFlatButtonCell> cell = decoded
-                                                     ? std::make_unique<VXFlatButtonCell>(fromDescription)
-                                                     : std::make_unique<VXFlatButtonCell>();
+        std::unique_ptr<VXFlatButtonCell> cell =
+            decoded ? std::make_unique<VXFlatButtonCell>(fromDescription)
+                    : std::make_unique<VXFlatButtonCell>();
         cell->setEnabled(enabled);
         cell->setHighlighted(highlighted);
         const QImage image = CellRendering::render({100, 24}, [&](QPainter &p) {
@@ -114,10 +115,14 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("fill");
         QTest::addColumn<QColor>("border");
         const QColor grey = rgb(189, 195, 205), light = rgb(234, 236, 239);
-        QTest::addRow("hover, default colours") << true << false << false << QColor(Qt::white) << grey;
-        QTest::addRow("hover border set") << true << false << true << QColor(Qt::white) << QColor(Qt::red);
-        QTest::addRow("no hover, border set") << false << false << true << QColor(Qt::white) << grey;
-        QTest::addRow("pressed under the mouse") << true << true << true << light << QColor(Qt::red);
+        QTest::addRow("hover, default colours")
+            << true << false << false << QColor(Qt::white) << grey;
+        QTest::addRow("hover border set")
+            << true << false << true << QColor(Qt::white) << QColor(Qt::red);
+        QTest::addRow("no hover, border set")
+            << false << false << true << QColor(Qt::white) << grey;
+        QTest::addRow("pressed under the mouse")
+            << true << true << true << light << QColor(Qt::red);
     }
     void borderedHoverAndPress()
     {
@@ -150,9 +155,8 @@ private Q_SLOTS:
         bordered->setFillColor(VXColor::blueColor());
         QCOMPARE(original->fillColor(), std::optional<VXColor>(VXColor::whiteColor()));
         original.reset();
-        const QImage image = CellRendering::render({80, 24}, [&](QPainter &p) {
-            copy->drawWithFrame(p, QRectF(0, 0, 80, 24), nullptr);
-        });
+        const QImage image = CellRendering::render(
+            {80, 24}, [&](QPainter &p) { copy->drawWithFrame(p, QRectF(0, 0, 80, 24), nullptr); });
         QVERIFY(near(pixel(image, 0, 12), Qt::red));
         QVERIFY(near(pixel(image, 40, 12), Qt::blue));
     }
@@ -215,9 +219,9 @@ private Q_SLOTS:
         QTest::addRow("on, disabled") << 1 << false << q(quorvelleBlueDisabledControlColor())
                                       << q(quorvelleLightGrayDisabledControlColor())
                                       << q(quorvelleLightGrayDisabledControlColor());
-        QTest::addRow("mixed, disabled") << -1 << false << q(quorvelleLightGrayDisabledControlColor())
-                                         << q(quorvelleBlueColor())
-                                         << q(quorvelleLightGrayDisabledControlColor());
+        QTest::addRow("mixed, disabled")
+            << -1 << false << q(quorvelleLightGrayDisabledControlColor()) << q(quorvelleBlueColor())
+            << q(quorvelleLightGrayDisabledControlColor());
         QTest::addRow("off") << 0 << true << white << white << white;
     }
     void checkMarks()
@@ -244,7 +248,8 @@ private Q_SLOTS:
         QVERIFY(near(at(7.0, 7.5), dash, 4));
         QVERIFY(near(at(11.5, 7.5), dash, 4));
         QVERIFY(near(at(12.0, 12.5), box, 4));
-        QVERIFY(near(at(0.6, 8), q(enabled ? quorvelleGrayColor() : quorvelleGrayDisabledControlColor()), 40));
+        QVERIFY(near(at(0.6, 8),
+                     q(enabled ? quorvelleGrayColor() : quorvelleGrayDisabledControlColor()), 40));
     }
 
     // The dot is a third of the mark; the mark moves right by 5 with a selection style.
@@ -303,9 +308,8 @@ private Q_SLOTS:
         VXFlatRadioButtonCell cell;
         cell.setSelectionStyle(style);
         cell.setState(state);
-        const QImage image = CellRendering::render({200, 24}, [&](QPainter &p) {
-            cell.drawWithFrame(p, QRectF(0, 0, 200, 24), nullptr);
-        });
+        const QImage image = CellRendering::render(
+            {200, 24}, [&](QPainter &p) { cell.drawWithFrame(p, QRectF(0, 0, 200, 24), nullptr); });
         // The fill is the blue at alpha 0.1 (26 of 255) over nothing.
         const auto tinted = [&](int x, int y) {
             const QColor c = pixel(image, x, y);

@@ -21,7 +21,8 @@ private Q_SLOTS:
         VXFontDatabase::setAvailableFontsForTesting(
             QStringList{u"HelveticaNeue"_s, u"HelveticaNeue-Medium"_s, u"HelveticaNeue-Bold"_s,
                         u"HelveticaNeue-Thin"_s});
-        QCOMPARE(QuorvelleFont::quorvelleMediumFontWithSize(13).fontName(), u"HelveticaNeue-Bold"_s);
+        QCOMPARE(QuorvelleFont::quorvelleMediumFontWithSize(13).fontName(),
+                 u"HelveticaNeue-Bold"_s);
         QCOMPARE(QuorvelleFont::quorvelleThinFontWithSize(13).fontName(), u"HelveticaNeue"_s);
         QCOMPARE(QuorvelleFont::quorvelleBoldFontWithSize(13).fontName(), u"HelveticaNeue-Bold"_s);
     }

@@ -13,10 +13,14 @@ using FontFn = VXFont (*)(double);
 Q_DECLARE_METATYPE(FontFn)
 
 namespace {
-const QStringList allNeue = {u"HelveticaNeue"_s,        u"HelveticaNeue-Medium"_s,
-                             u"HelveticaNeue-Bold"_s,   u"HelveticaNeue-Italic"_s,
-                             u"HelveticaNeue-BoldItalic"_s, u"HelveticaNeue-Thin"_s,
-                             u"HelveticaNeue-Light"_s,  u"Helvetica"_s};
+const QStringList allNeue = {u"HelveticaNeue"_s,
+                             u"HelveticaNeue-Medium"_s,
+                             u"HelveticaNeue-Bold"_s,
+                             u"HelveticaNeue-Italic"_s,
+                             u"HelveticaNeue-BoldItalic"_s,
+                             u"HelveticaNeue-Thin"_s,
+                             u"HelveticaNeue-Light"_s,
+                             u"Helvetica"_s};
 }
 
 class TestFonts : public QObject
@@ -50,27 +54,51 @@ private Q_SLOTS:
         const QStringList onlyHelvetica{u"Helvetica"_s};
         const QStringList noMedium{u"HelveticaNeue"_s, u"HelveticaNeue-Bold"_s, u"Helvetica"_s};
         const QStringList lightNoThin{u"HelveticaNeue"_s, u"HelveticaNeue-Light"_s};
-        QTest::newRow("regular") << allNeue << u"en"_s << true << &quorvelleRegularFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("medium") << allNeue << u"en"_s << true << &quorvelleMediumFontWithSize << u"HelveticaNeue-Medium"_s;
-        QTest::newRow("bold") << allNeue << u"en"_s << true << &quorvelleBoldFontWithSize << u"HelveticaNeue-Bold"_s;
-        QTest::newRow("italic") << allNeue << u"en"_s << true << &quorvelleItalicFontWithSize << u"HelveticaNeue-Italic"_s;
-        QTest::newRow("boldItalic") << allNeue << u"en"_s << true << &quorvelleBoldItalicFontWithSize << u"HelveticaNeue-BoldItalic"_s;
-        QTest::newRow("thin") << allNeue << u"en"_s << true << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("fallback") << allNeue << u"en"_s << true << &quorvelleFallbackFontWithSize << u"Helvetica"_s;
-        QTest::newRow("medium missing") << noMedium << u"en"_s << true << &quorvelleMediumFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("thin missing, light there") << lightNoThin << u"en"_s << true << &quorvelleThinFontWithSize << u"HelveticaNeue-Light"_s;
-        QTest::newRow("only Helvetica: regular") << onlyHelvetica << u"en"_s << true << &quorvelleRegularFontWithSize << u"Helvetica"_s;
-        QTest::newRow("only Helvetica: thin") << onlyHelvetica << u"en"_s << true << &quorvelleThinFontWithSize << u"Helvetica"_s;
-        QTest::newRow("only Helvetica: bold italic") << onlyHelvetica << u"en"_s << true << &quorvelleBoldItalicFontWithSize << u"Helvetica"_s;
-        QTest::newRow("no Helvetica: regular") << QStringList() << u"en"_s << true << &quorvelleRegularFontWithSize << QString();
-        QTest::newRow("no Helvetica: medium") << QStringList() << u"en"_s << true << &quorvelleMediumFontWithSize << QString();
-        QTest::newRow("no Helvetica: thin") << QStringList() << u"en"_s << true << &quorvelleThinFontWithSize << QString();
-        QTest::newRow("no Helvetica: fallback") << QStringList() << u"en"_s << true << &quorvelleFallbackFontWithSize << QString();
-        QTest::newRow("tr before 10.7") << allNeue << u"tr"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("cs before 10.7") << allNeue << u"cs"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("de before 10.7") << allNeue << u"de"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("tr from 10.7") << allNeue << u"tr"_s << true << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("tr before 10.7, bold") << allNeue << u"tr"_s << false << &quorvelleBoldFontWithSize << u"HelveticaNeue-Bold"_s;
+        QTest::newRow("regular") << allNeue << u"en"_s << true << &quorvelleRegularFontWithSize
+                                 << u"HelveticaNeue"_s;
+        QTest::newRow("medium") << allNeue << u"en"_s << true << &quorvelleMediumFontWithSize
+                                << u"HelveticaNeue-Medium"_s;
+        QTest::newRow("bold") << allNeue << u"en"_s << true << &quorvelleBoldFontWithSize
+                              << u"HelveticaNeue-Bold"_s;
+        QTest::newRow("italic") << allNeue << u"en"_s << true << &quorvelleItalicFontWithSize
+                                << u"HelveticaNeue-Italic"_s;
+        QTest::newRow("boldItalic")
+            << allNeue << u"en"_s << true << &quorvelleBoldItalicFontWithSize
+            << u"HelveticaNeue-BoldItalic"_s;
+        QTest::newRow("thin") << allNeue << u"en"_s << true << &quorvelleThinFontWithSize
+                              << u"HelveticaNeue-Thin"_s;
+        QTest::newRow("fallback") << allNeue << u"en"_s << true << &quorvelleFallbackFontWithSize
+                                  << u"Helvetica"_s;
+        QTest::newRow("medium missing")
+            << noMedium << u"en"_s << true << &quorvelleMediumFontWithSize << u"HelveticaNeue"_s;
+        QTest::newRow("thin missing, light there")
+            << lightNoThin << u"en"_s << true << &quorvelleThinFontWithSize
+            << u"HelveticaNeue-Light"_s;
+        QTest::newRow("only Helvetica: regular")
+            << onlyHelvetica << u"en"_s << true << &quorvelleRegularFontWithSize << u"Helvetica"_s;
+        QTest::newRow("only Helvetica: thin")
+            << onlyHelvetica << u"en"_s << true << &quorvelleThinFontWithSize << u"Helvetica"_s;
+        QTest::newRow("only Helvetica: bold italic")
+            << onlyHelvetica << u"en"_s << true << &quorvelleBoldItalicFontWithSize
+            << u"Helvetica"_s;
+        QTest::newRow("no Helvetica: regular")
+            << QStringList() << u"en"_s << true << &quorvelleRegularFontWithSize << QString();
+        QTest::newRow("no Helvetica: medium")
+            << QStringList() << u"en"_s << true << &quorvelleMediumFontWithSize << QString();
+        QTest::newRow("no Helvetica: thin")
+            << QStringList() << u"en"_s << true << &quorvelleThinFontWithSize << QString();
+        QTest::newRow("no Helvetica: fallback")
+            << QStringList() << u"en"_s << true << &quorvelleFallbackFontWithSize << QString();
+        QTest::newRow("tr before 10.7")
+            << allNeue << u"tr"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
+        QTest::newRow("cs before 10.7")
+            << allNeue << u"cs"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
+        QTest::newRow("de before 10.7")
+            << allNeue << u"de"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
+        QTest::newRow("tr from 10.7")
+            << allNeue << u"tr"_s << true << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
+        QTest::newRow("tr before 10.7, bold")
+            << allNeue << u"tr"_s << false << &quorvelleBoldFontWithSize << u"HelveticaNeue-Bold"_s;
     }
 
     void fallBackChains()
@@ -84,7 +112,8 @@ private Q_SLOTS:
         VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{localization});
         VXSystemRelease::setLionOrGreaterForTesting(lion);
         const VXFont font = weight(17.5);
-        QCOMPARE(font.fontName(), expected.isEmpty() ? VXFont::systemFontOfSize(17.5).fontName() : expected);
+        QCOMPARE(font.fontName(),
+                 expected.isEmpty() ? VXFont::systemFontOfSize(17.5).fontName() : expected);
         QCOMPARE(font.pointSize(), 17.5);
     }
 
@@ -92,7 +121,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<std::optional<QStringList>>("alternates");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("main exists") << std::optional<QStringList>(QStringList{u"B"_s}) << u"A-Bold"_s;
+        QTest::newRow("main exists")
+            << std::optional<QStringList>(QStringList{u"B"_s}) << u"A-Bold"_s;
         QTest::newRow("nil alternates") << std::optional<QStringList>() << QString();
         QTest::newRow("empty alternates") << std::optional<QStringList>(QStringList()) << QString();
         QTest::newRow("first existing in order")
@@ -104,10 +134,11 @@ private Q_SLOTS:
         QFETCH(std::optional<QStringList>, alternates);
         QFETCH(QString, expected);
         const bool mainExists = QString::fromLatin1(QTest::currentDataTag()) == u"main exists"_s;
-        VXFontDatabase::setAvailableFontsForTesting(
-            mainExists ? QStringList{u"A-Bold"_s, u"B"_s} : QStringList{u"B"_s, u"C"_s});
+        VXFontDatabase::setAvailableFontsForTesting(mainExists ? QStringList{u"A-Bold"_s, u"B"_s}
+                                                               : QStringList{u"B"_s, u"C"_s});
         const VXFont font = QuorvelleFont::quorvelleCustomFontWithName(u"A-Bold"_s, alternates, 9);
-        QCOMPARE(font.fontName(), expected.isEmpty() ? VXFont::systemFontOfSize(9).fontName() : expected);
+        QCOMPARE(font.fontName(),
+                 expected.isEmpty() ? VXFont::systemFontOfSize(9).fontName() : expected);
     }
 
     void traitsThroughTheSeam()
@@ -115,11 +146,14 @@ private Q_SLOTS:
         VXFontDatabase::setAvailableFontsForTesting(allNeue);
         const VXFont regular = *VXFont::fontWithName(u"HelveticaNeue"_s, 12);
         QCOMPARE(regular.withTraits(VXBoldFontMask).fontName(), u"HelveticaNeue-Bold"_s);
-        QCOMPARE(regular.withTraits(VXBoldFontMask | VXItalicFontMask).fontName(), u"HelveticaNeue-BoldItalic"_s);
-        QCOMPARE(regular.withTraits(VXBoldFontMask).withTraits(VXUnboldFontMask).fontName(), u"HelveticaNeue"_s);
+        QCOMPARE(regular.withTraits(VXBoldFontMask | VXItalicFontMask).fontName(),
+                 u"HelveticaNeue-BoldItalic"_s);
+        QCOMPARE(regular.withTraits(VXBoldFontMask).withTraits(VXUnboldFontMask).fontName(),
+                 u"HelveticaNeue"_s);
         // A family without the face keeps the font as it is.
         VXFontDatabase::setAvailableFontsForTesting(QStringList{u"Solo"_s});
-        QCOMPARE(VXFont::fontWithName(u"Solo"_s, 12)->withTraits(VXBoldFontMask).fontName(), u"Solo"_s);
+        QCOMPARE(VXFont::fontWithName(u"Solo"_s, 12)->withTraits(VXBoldFontMask).fontName(),
+                 u"Solo"_s);
     }
 
     void fontconfigOnThisMachine()

@@ -22,8 +22,10 @@ QImage draw(const VXGradientView &view, double ratio = 1.0)
 
 QColor mix(const QColor &a, const QColor &b, double t)
 {
-    return QColor::fromRgbF(float(a.redF() + (b.redF() - a.redF()) * t), float(a.greenF() + (b.greenF() - a.greenF()) * t),
-                            float(a.blueF() + (b.blueF() - a.blueF()) * t), float(a.alphaF() + (b.alphaF() - a.alphaF()) * t));
+    return QColor::fromRgbF(float(a.redF() + (b.redF() - a.redF()) * t),
+                            float(a.greenF() + (b.greenF() - a.greenF()) * t),
+                            float(a.blueF() + (b.blueF() - a.blueF()) * t),
+                            float(a.alphaF() + (b.alphaF() - a.alphaF()) * t));
 }
 
 // A view of w × h points with no edge lines.
@@ -74,7 +76,8 @@ private Q_SLOTS:
         view->setFinishGradientColor(blue);
         view->setGradientAngle(angle);
         const QImage image = draw(*view);
-        const QColor start = VXColorConvertion::newCGColor(red), finish = VXColorConvertion::newCGColor(blue);
+        const QColor start = VXColorConvertion::newCGColor(red),
+                     finish = VXColorConvertion::newCGColor(blue);
         // Linear interpolation along the axis, sampled at pixel centres.
         for (int i : {0, 10, 20, 39}) {
             const double t = (i + 0.5) / 40.0;
@@ -117,11 +120,21 @@ private Q_SLOTS:
         QTest::addColumn<QList<double>>("bottomDash");
         QTest::addColumn<QString>("topRow");    // per point along the top edge: T line, . fill
         QTest::addColumn<QString>("bottomRow"); // B line, . fill
-        QTest::newRow("solid lines") << true << QList<double>() << QList<double>() << QStringLiteral("TTTTTTTTTTTT") << QStringLiteral("BBBBBBBBBBBB");
-        QTest::newRow("no top line") << false << QList<double>() << QList<double>() << QStringLiteral("............") << QStringLiteral("BBBBBBBBBBBB");
-        QTest::newRow("top dash shared") << true << QList<double>{2, 2} << QList<double>() << QStringLiteral("TT..TT..TT..") << QStringLiteral("BB..BB..BB..");
-        QTest::newRow("own bottom dash") << true << QList<double>{2, 2} << QList<double>{3, 1} << QStringLiteral("TT..TT..TT..") << QStringLiteral("BBB.BBB.BBB.");
-        QTest::newRow("odd dash repeats") << true << QList<double>{3} << QList<double>() << QStringLiteral("TTT...TTT...") << QStringLiteral("BBB...BBB...");
+        QTest::newRow("solid lines")
+            << true << QList<double>() << QList<double>() << QStringLiteral("TTTTTTTTTTTT")
+            << QStringLiteral("BBBBBBBBBBBB");
+        QTest::newRow("no top line")
+            << false << QList<double>() << QList<double>() << QStringLiteral("............")
+            << QStringLiteral("BBBBBBBBBBBB");
+        QTest::newRow("top dash shared")
+            << true << QList<double>{2, 2} << QList<double>() << QStringLiteral("TT..TT..TT..")
+            << QStringLiteral("BB..BB..BB..");
+        QTest::newRow("own bottom dash")
+            << true << QList<double>{2, 2} << QList<double>{3, 1} << QStringLiteral("TT..TT..TT..")
+            << QStringLiteral("BBB.BBB.BBB.");
+        QTest::newRow("odd dash repeats")
+            << true << QList<double>{3} << QList<double>() << QStringLiteral("TTT...TTT...")
+            << QStringLiteral("BBB...BBB...");
     }
 
     void edgeLines()
@@ -137,14 +150,17 @@ private Q_SLOTS:
         view->setTopLineColor(topLine ? std::optional(green) : std::nullopt);
         view->setBottomLineColor(black);
         view->setTopLineDash(topDash.isEmpty() ? nullptr : topDash.constData(), topDash.size());
-        view->setBottomLineDash(bottomDash.isEmpty() ? nullptr : bottomDash.constData(), bottomDash.size());
+        view->setBottomLineDash(bottomDash.isEmpty() ? nullptr : bottomDash.constData(),
+                                bottomDash.size());
         // At two pixels per point, the inner half of each 1-point edge line is exactly the
         // outermost pixel row; the outer half is clipped away.
         const QImage image = draw(*view, 2.0);
         const auto row = [&](int y, QColor line, QChar mark) {
             QString out;
             for (int x = 0; x < 12; ++x)
-                out += near(at(image, 2 * x + 1, y), line, 8) ? mark : near(at(image, 2 * x + 1, y), Qt::white, 8) ? u'.' : u'?';
+                out += near(at(image, 2 * x + 1, y), line, 8)        ? mark
+                       : near(at(image, 2 * x + 1, y), Qt::white, 8) ? u'.'
+                                                                     : u'?';
             return out;
         };
         QCOMPARE(row(0, Qt::green, u'T'), topRow);
@@ -162,10 +178,11 @@ private Q_SLOTS:
 
     void roundedRectInsideBounds()
     {
-        const VXBezierPath path = VXBezierPathQuorvelle::bezierPathWithRoundedRectInsideBounds({5, 5, 30, 20}, 4, 4, 2);
+        const VXBezierPath path =
+            VXBezierPathQuorvelle::bezierPathWithRoundedRectInsideBounds({5, 5, 30, 20}, 4, 4, 2);
         QCOMPARE(path.lineWidth(), 2.0);
-        QCOMPARE(path.bounds(), QRectF(6, 6, 28, 18)); // 1 point in on each side
-        QCOMPARE(path.elementAtIndex(0).points[0], QPointF(6 + 3, 6));    // radius 3
+        QCOMPARE(path.bounds(), QRectF(6, 6, 28, 18));                 // 1 point in on each side
+        QCOMPARE(path.elementAtIndex(0).points[0], QPointF(6 + 3, 6)); // radius 3
         QCOMPARE(path.elementAtIndex(2).points[2], QPointF(34, 6 + 3));
 
         // The stroke stays inside the bounds and reaches their edge.
@@ -176,7 +193,8 @@ private Q_SLOTS:
         for (int y = 0; y < 30; ++y)
             for (int x = 0; x < 40; ++x)
                 if (!QRect(5, 5, 30, 20).contains(x, y))
-                    QVERIFY2(at(image, x, y).alpha() == 0, qPrintable(QStringLiteral("ink at %1,%2").arg(x).arg(y)));
+                    QVERIFY2(at(image, x, y).alpha() == 0,
+                             qPrintable(QStringLiteral("ink at %1,%2").arg(x).arg(y)));
         QCOMPARE(at(image, 20, 5).alpha(), 255);
         QCOMPARE(at(image, 20, 6).alpha(), 255);
         QCOMPARE(at(image, 20, 7).alpha(), 0);
@@ -211,7 +229,8 @@ private Q_SLOTS:
         QPainterPath expectedMove = expectedOpen;
         expectedMove.moveTo(20, 20);
         QCOMPARE(*VXBezierPathConversion::newCGPath(closedThenMove), expectedMove);
-        QCOMPARE(VXBezierPathConversion::newCGPath(closedThenMove)->elementCount(), expectedMove.elementCount());
+        QCOMPARE(VXBezierPathConversion::newCGPath(closedThenMove)->elementCount(),
+                 expectedMove.elementCount());
 
         VXBezierPath kept = open;
         const double dash[] = {1, 2};

@@ -29,36 +29,63 @@ private Q_SLOTS:
         // The components are compared exactly: a colour that went through 8 or 16 bits fails.
         QTest::newRow("critical") << &systemScanCriticalColor << rgb << QList<double>{1, 0, 0, 1};
         QTest::newRow("serious") << &systemScanSeriousColor << rgb << QList<double>{1, 0.5, 0, 1};
-        QTest::newRow("excellent") << &systemScanExcellentColor << rgb << QList<double>{0.36, 0.7, 0.0, 1};
-        QTest::newRow("criticalBg") << &systemScanCriticalBackgroundColor << rgb << QList<double>{1, 0.87, 0.87, 1};
-        QTest::newRow("seriousBg") << &systemScanSeriousBackgroundColor << rgb << QList<double>{1, 0.91, 0.81, 1};
-        QTest::newRow("excellentBg") << &systemScanExcellentBackgroundColor << rgb << QList<double>{0.93, 1, 0.84, 1};
-        QTest::newRow("tableAlt") << &tableAlternateRowBackgroundColor << rgb << QList<double>{0.94, 0.96, 0.98, 1};
-        QTest::newRow("levelRed") << &levelIndicatorRedGradienColor << rgb << QList<double>{0.95, 0.03, 0.055, 1};
-        QTest::newRow("levelYellow") << &levelIndicatorYellowGradienColor << rgb << QList<double>{1, 0.78, 0, 1};
-        QTest::newRow("levelGreen") << &levelIndicatorGreenGradienColor << rgb << QList<double>{0.313, 1, 0, 1};
-        QTest::newRow("hyperlink") << &hyperlinkButtonTextColor << rgb << QList<double>{0.176471, 0.537255, 0.996078, 1};
-        QTest::newRow("blue") << &quorvelleBlueColor << rgb << QList<double>{0.09019, 0.47058, 0.82745, 1};
-        QTest::newRow("darkBlue") << &quorvelleDarkBlueColor << rgb << QList<double>{b(11), b(95), b(176), 1};
-        QTest::newRow("lightBlue") << &quorvelleLightBlueColor << rgb << QList<double>{0.09019, 0.47058, 0.82745, 0.5};
+        QTest::newRow("excellent")
+            << &systemScanExcellentColor << rgb << QList<double>{0.36, 0.7, 0.0, 1};
+        QTest::newRow("criticalBg")
+            << &systemScanCriticalBackgroundColor << rgb << QList<double>{1, 0.87, 0.87, 1};
+        QTest::newRow("seriousBg")
+            << &systemScanSeriousBackgroundColor << rgb << QList<double>{1, 0.91, 0.81, 1};
+        QTest::newRow("excellentBg")
+            << &systemScanExcellentBackgroundColor << rgb << QList<double>{0.93, 1, 0.84, 1};
+        QTest::newRow("tableAlt") << &tableAlternateRowBackgroundColor << rgb
+                                  << QList<double>{0.94, 0.96, 0.98, 1};
+        QTest::newRow("levelRed") << &levelIndicatorRedGradienColor << rgb
+                                  << QList<double>{0.95, 0.03, 0.055, 1};
+        QTest::newRow("levelYellow")
+            << &levelIndicatorYellowGradienColor << rgb << QList<double>{1, 0.78, 0, 1};
+        QTest::newRow("levelGreen")
+            << &levelIndicatorGreenGradienColor << rgb << QList<double>{0.313, 1, 0, 1};
+        QTest::newRow("hyperlink")
+            << &hyperlinkButtonTextColor << rgb << QList<double>{0.176471, 0.537255, 0.996078, 1};
+        QTest::newRow("blue") << &quorvelleBlueColor << rgb
+                              << QList<double>{0.09019, 0.47058, 0.82745, 1};
+        QTest::newRow("darkBlue") << &quorvelleDarkBlueColor << rgb
+                                  << QList<double>{b(11), b(95), b(176), 1};
+        QTest::newRow("lightBlue")
+            << &quorvelleLightBlueColor << rgb << QList<double>{0.09019, 0.47058, 0.82745, 0.5};
         QTest::newRow("red") << &quorvelleRedColor << rgb << QList<double>{b(233), b(11), b(33), 1};
-        QTest::newRow("orange") << &quorvelleOrangeColor << rgb << QList<double>{b(254), b(139), b(8), 1};
-        QTest::newRow("green") << &quorvelleGreenColor << rgb << QList<double>{b(25), b(185), b(5), 1};
+        QTest::newRow("orange") << &quorvelleOrangeColor << rgb
+                                << QList<double>{b(254), b(139), b(8), 1};
+        QTest::newRow("green") << &quorvelleGreenColor << rgb
+                               << QList<double>{b(25), b(185), b(5), 1};
         QTest::newRow("gray") << &quorvelleGrayColor << grey << QList<double>{0.8, 1};
         QTest::newRow("darkGray") << &quorvelleDarkGrayColor << grey << QList<double>{0.0, 0.7};
-        QTest::newRow("textGray") << &quorvelleTextGrayColor << rgb << QList<double>{0.5, 0.5, 0.5, 1};
-        QTest::newRow("lightGrayDisabled") << &quorvelleLightGrayDisabledControlColor << grey << QList<double>{b(241), 1};
-        QTest::newRow("grayDisabled") << &quorvelleGrayDisabledControlColor << rgb << QList<double>{b(209), b(210), b(214), 1};
-        QTest::newRow("blueDisabled") << &quorvelleBlueDisabledControlColor << rgb << QList<double>{b(133), b(191), b(229), 1};
-        QTest::newRow("facebook") << &facebookColor << rgb << QList<double>{b(44), b(67), b(137), 1};
-        QTest::newRow("facebookDark") << &facebookDarkColor << rgb << QList<double>{b(38), b(55), b(105), 1};
-        QTest::newRow("serviceWindow") << &serviceWindowBackgroundColor << rgb << QList<double>{b(230), b(234), b(236), 1};
-        QTest::newRow("successBorder") << &infoMessageSuccessBorderColor << rgb << QList<double>{b(121), b(231), b(121), 1};
-        QTest::newRow("successFill") << &infoMessageSuccessFillColor << rgb << QList<double>{b(174), b(246), b(174), 1};
-        QTest::newRow("successText") << &infoMessageSuccessTextColor << rgb << QList<double>{b(57), b(174), b(57), 1};
-        QTest::newRow("errorBorder") << &infoMessageErrorBorderColor << rgb << QList<double>{1, b(175), b(177), 1};
-        QTest::newRow("errorFill") << &infoMessageErrorFillColor << rgb << QList<double>{1, b(229), b(230), 1};
-        QTest::newRow("errorText") << &infoMessageErrorTextColor << rgb << QList<double>{1, b(85), b(80), 1};
+        QTest::newRow("textGray") << &quorvelleTextGrayColor << rgb
+                                  << QList<double>{0.5, 0.5, 0.5, 1};
+        QTest::newRow("lightGrayDisabled")
+            << &quorvelleLightGrayDisabledControlColor << grey << QList<double>{b(241), 1};
+        QTest::newRow("grayDisabled") << &quorvelleGrayDisabledControlColor << rgb
+                                      << QList<double>{b(209), b(210), b(214), 1};
+        QTest::newRow("blueDisabled") << &quorvelleBlueDisabledControlColor << rgb
+                                      << QList<double>{b(133), b(191), b(229), 1};
+        QTest::newRow("facebook") << &facebookColor << rgb
+                                  << QList<double>{b(44), b(67), b(137), 1};
+        QTest::newRow("facebookDark")
+            << &facebookDarkColor << rgb << QList<double>{b(38), b(55), b(105), 1};
+        QTest::newRow("serviceWindow")
+            << &serviceWindowBackgroundColor << rgb << QList<double>{b(230), b(234), b(236), 1};
+        QTest::newRow("successBorder")
+            << &infoMessageSuccessBorderColor << rgb << QList<double>{b(121), b(231), b(121), 1};
+        QTest::newRow("successFill")
+            << &infoMessageSuccessFillColor << rgb << QList<double>{b(174), b(246), b(174), 1};
+        QTest::newRow("successText")
+            << &infoMessageSuccessTextColor << rgb << QList<double>{b(57), b(174), b(57), 1};
+        QTest::newRow("errorBorder")
+            << &infoMessageErrorBorderColor << rgb << QList<double>{1, b(175), b(177), 1};
+        QTest::newRow("errorFill")
+            << &infoMessageErrorFillColor << rgb << QList<double>{1, b(229), b(230), 1};
+        QTest::newRow("errorText")
+            << &infoMessageErrorTextColor << rgb << QList<double>{1, b(85), b(80), 1};
     }
 
     void namedColors()
@@ -76,9 +103,10 @@ private Q_SLOTS:
     void colorEquality()
     {
         // Same look, different space: not equal (the platform's colour equality).
-        QVERIFY(VXColor::colorWithCalibratedWhite(1, 1) != VXColor::colorWithCalibratedRed(1, 1, 1, 1));
-        QVERIFY(VXColor::colorWithCalibratedRed(0.2, 0.3, 0.4, 1)
-                != VXColor::colorWithCalibratedRed(0.2, 0.3, 0.4000001, 1));
+        QVERIFY(VXColor::colorWithCalibratedWhite(1, 1) !=
+                VXColor::colorWithCalibratedRed(1, 1, 1, 1));
+        QVERIFY(VXColor::colorWithCalibratedRed(0.2, 0.3, 0.4, 1) !=
+                VXColor::colorWithCalibratedRed(0.2, 0.3, 0.4000001, 1));
     }
 
     void newCGColor_data()
@@ -86,8 +114,10 @@ private Q_SLOTS:
         QTest::addColumn<VXColor>("color");
         QTest::addColumn<QColor>("expected");
         // Qt's own float conversion is the oracle; a grey must come out as a grey.
-        QTest::newRow("grey") << QuorvelleColor::quorvelleGrayColor() << QColor::fromRgbF(0.8f, 0.8f, 0.8f, 1.0f);
-        QTest::newRow("greyAlpha") << QuorvelleColor::quorvelleDarkGrayColor() << QColor::fromRgbF(0, 0, 0, 0.7f);
+        QTest::newRow("grey") << QuorvelleColor::quorvelleGrayColor()
+                              << QColor::fromRgbF(0.8f, 0.8f, 0.8f, 1.0f);
+        QTest::newRow("greyAlpha")
+            << QuorvelleColor::quorvelleDarkGrayColor() << QColor::fromRgbF(0, 0, 0, 0.7f);
         QTest::newRow("rgb") << QuorvelleColor::quorvelleBlueColor()
                              << QColor::fromRgbF(0.09019f, 0.47058f, 0.82745f, 1.0f);
         QTest::newRow("outOfRange") << VXColor::colorWithCalibratedRed(1.5, -0.2, 0.5, 2.0)
@@ -123,8 +153,9 @@ private Q_SLOTS:
         const int y0 = inViewport.y() + view.rowViewportPosition(0) + view.rowHeight(0) / 2;
         const int y1 = inViewport.y() + view.rowViewportPosition(1) + view.rowHeight(1) / 2;
         QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y0), QColor(Qt::white), 1);
-        QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y1),
-                         VXColorConvertion::newCGColor(QuorvelleColor::tableAlternateRowBackgroundColor()), 1);
+        QV_COMPARE_COLOR(
+            PixelProbe::at(image, inViewport.x(), y1),
+            VXColorConvertion::newCGColor(QuorvelleColor::tableAlternateRowBackgroundColor()), 1);
 
         // The desktop's own pair stays where it was: the application palette for item views,
         // which views that do not alternate keep.
@@ -132,11 +163,15 @@ private Q_SLOTS:
         QTableView plain;
         plain.setModel(&model);
         plain.show();
-        QCOMPARE(plain.palette().color(QPalette::AlternateBase), desktop.color(QPalette::AlternateBase));
-        QVERIFY(desktop.color(QPalette::AlternateBase) != VXColorConvertion::newCGColor(ours.at(1)));
-        const QList<VXColor> original = QuorvelleColor::controlAlternatingRowBackgroundColorsOriginal();
+        QCOMPARE(plain.palette().color(QPalette::AlternateBase),
+                 desktop.color(QPalette::AlternateBase));
+        QVERIFY(desktop.color(QPalette::AlternateBase) !=
+                VXColorConvertion::newCGColor(ours.at(1)));
+        const QList<VXColor> original =
+            QuorvelleColor::controlAlternatingRowBackgroundColorsOriginal();
         QCOMPARE(original.size(), 2);
-        QCOMPARE(VXColorConvertion::newCGColor(original.at(0)).rgba(), desktop.color(QPalette::Base).rgba());
+        QCOMPARE(VXColorConvertion::newCGColor(original.at(0)).rgba(),
+                 desktop.color(QPalette::Base).rgba());
         QCOMPARE(VXColorConvertion::newCGColor(original.at(1)).rgba(),
                  desktop.color(QPalette::AlternateBase).rgba());
     }

@@ -61,10 +61,13 @@ private Q_SLOTS:
         view.setModel(&model);
         view.resize(200, 120);
         view.show();
-        view.selectionModel()->select(model.index(1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        view.selectionModel()->select(model.index(2, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        view.selectionModel()->select(model.index(1, 0),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        view.selectionModel()->select(model.index(2, 0),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
 
-        for (std::int64_t ignored : {std::int64_t(-1), std::int64_t(VXNotFound), std::int64_t(50)}) {
+        for (std::int64_t ignored :
+             {std::int64_t(-1), std::int64_t(VXNotFound), std::int64_t(50)}) {
             selectRow(&view, ignored);
             QCOMPARE(selectedRows(view), (QList<int>{1, 2}));
             QCOMPARE(view.verticalScrollBar()->value(), 0);
@@ -111,12 +114,16 @@ private Q_SLOTS:
         QTest::addColumn<int>("bar"); // 0 none, 1 same window, 2 another window
         QTest::addColumn<bool>("expected");
         QTest::newRow("left arrow") << int(Qt::Key_Left) << QString() << true << false << 1 << true;
-        QTest::newRow("right arrow") << int(Qt::Key_Right) << QString() << true << false << 1 << false;
+        QTest::newRow("right arrow")
+            << int(Qt::Key_Right) << QString() << true << false << 1 << false;
         QTest::newRow("typed text") << int(Qt::Key_A) << u"a"_s << true << false << 1 << false;
-        QTest::newRow("two characters") << int(Qt::Key_Left) << u"ab"_s << true << false << 1 << false;
-        QTest::newRow("not focused") << int(Qt::Key_Left) << QString() << false << false << 1 << false;
+        QTest::newRow("two characters")
+            << int(Qt::Key_Left) << u"ab"_s << true << false << 1 << false;
+        QTest::newRow("not focused")
+            << int(Qt::Key_Left) << QString() << false << false << 1 << false;
         QTest::newRow("editing") << int(Qt::Key_Left) << QString() << true << true << 1 << false;
-        QTest::newRow("bar elsewhere") << int(Qt::Key_Left) << QString() << true << false << 2 << false;
+        QTest::newRow("bar elsewhere")
+            << int(Qt::Key_Left) << QString() << true << false << 2 << false;
         QTest::newRow("no bar") << int(Qt::Key_Left) << QString() << true << false << 0 << false;
     }
 
@@ -163,12 +170,17 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::addColumn<double>("expected");
         // Panes side by side: the right edge; stacked: the bottom edge. Handle width 4.
-        QTest::newRow("side by side, second collapsed") << int(Qt::Horizontal) << QList<int>{50, 0, 142} << 1 << 50.0;
-        QTest::newRow("side by side, second open") << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 1 << 114.0;
+        QTest::newRow("side by side, second collapsed")
+            << int(Qt::Horizontal) << QList<int>{50, 0, 142} << 1 << 50.0;
+        QTest::newRow("side by side, second open")
+            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 1 << 114.0;
         QTest::newRow("stacked") << int(Qt::Vertical) << QList<int>{30, 40, 122} << 1 << 74.0;
-        QTest::newRow("all collapsed up to index") << int(Qt::Horizontal) << QList<int>{0, 0, 192} << 1 << 0.0;
-        QTest::newRow("negative index") << int(Qt::Horizontal) << QList<int>{50, 60, 82} << -1 << 0.0;
-        QTest::newRow("index past the panes") << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 3 << 0.0;
+        QTest::newRow("all collapsed up to index")
+            << int(Qt::Horizontal) << QList<int>{0, 0, 192} << 1 << 0.0;
+        QTest::newRow("negative index")
+            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << -1 << 0.0;
+        QTest::newRow("index past the panes")
+            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 3 << 0.0;
     }
 
     void dividerPosition()
@@ -201,7 +213,8 @@ private Q_SLOTS:
         QVERIFY(bundle);
 
         // The application's own images are the main bundle's.
-        const QString mainImage = Bundle::mainBundle()->bundlePath() + u"/images/tst_viewhelpers_main.png"_s;
+        const QString mainImage =
+            Bundle::mainBundle()->bundlePath() + u"/images/tst_viewhelpers_main.png"_s;
         QVERIFY(savePng(mainImage, 2, 2, Qt::green));
         const auto removeMain = qScopeGuard([&] { QFile::remove(mainImage); });
 
@@ -217,7 +230,8 @@ private Q_SLOTS:
             QCOMPARE(VXImageCreation::imageNamed(u"dot.png"_s, bundle)->size(), QSizeF(4, 4));
             QVERIFY(!VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle));
             QVERIFY(!VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, false));
-            const auto fallen = VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, true);
+            const auto fallen =
+                VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, true);
             QVERIFY(fallen);
             QCOMPARE(fallen->image().pixelColor(0, 0), QColor(Qt::green));
             QVERIFY(VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, nullptr));

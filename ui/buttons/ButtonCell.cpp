@@ -23,7 +23,7 @@ constexpr double kBezelPaddingY = 4.0;
 double systemFontSizeFor(int controlSize)
 {
     return controlSize == ButtonCell::RegularControlSize ? VXFont::systemFontSize()
-                                                          : VXFont::smallSystemFontSize();
+                                                         : VXFont::smallSystemFontSize();
 }
 
 QStyle *styleOf(const QWidget *view)
@@ -185,8 +185,8 @@ void ButtonCell::drawBezelWithFrame(QPainter &painter, const QRectF &frame, QWid
         option.state |= QStyle::State_Sunken;
     if (_state == OnState && (_showsStateBy & (ChangeGrayCellMask | ChangeBackgroundCellMask)))
         option.state |= QStyle::State_On;
-    styleOf(controlView)->drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter,
-                                        controlView);
+    styleOf(controlView)
+        ->drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter, controlView);
 }
 
 std::optional<VXImage> ButtonCell::imageForState() const
@@ -201,7 +201,7 @@ VXAttributedString ButtonCell::titleForState() const
     const bool alternate = (_state == OnState && (_showsStateBy & ContentsCellMask)) ||
                            (_highlighted && (_highlightsBy & ContentsCellMask));
     return alternate && _attributedAlternateTitle.length() > 0 ? _attributedAlternateTitle
-                                                                : _attributedTitle;
+                                                               : _attributedTitle;
 }
 
 double ButtonCell::markSide() const
@@ -221,7 +221,8 @@ QSizeF ButtonCell::titleSizeForWidth(double width) const
     if (_attributedTitle.length() == 0 || _imagePosition == ImageOnly)
         return {};
     return _attributedTitle
-        .boundingRectWithSize(QSizeF(std::max(width, 1.0), 0.0), VXStringDrawingUsesLineFragmentOrigin)
+        .boundingRectWithSize(QSizeF(std::max(width, 1.0), 0.0),
+                              VXStringDrawingUsesLineFragmentOrigin)
         .size();
 }
 
@@ -320,10 +321,10 @@ void ButtonCell::drawImage(QPainter &painter, const std::optional<VXImage> &imag
                                            : QStyle::State_Off;
     if (_highlighted)
         option.state |= QStyle::State_Sunken;
-    styleOf(controlView)->drawPrimitive(_buttonType == RadioButton
-                                            ? QStyle::PE_IndicatorRadioButton
-                                            : QStyle::PE_IndicatorCheckBox,
-                                        &option, &painter, controlView);
+    styleOf(controlView)
+        ->drawPrimitive(_buttonType == RadioButton ? QStyle::PE_IndicatorRadioButton
+                                                   : QStyle::PE_IndicatorCheckBox,
+                        &option, &painter, controlView);
 }
 
 QRectF ButtonCell::drawTitle(QPainter &painter, const VXAttributedString &title,
@@ -333,16 +334,16 @@ QRectF ButtonCell::drawTitle(QPainter &painter, const VXAttributedString &title,
     // A title without a colour of its own is drawn in the control text colour of the
     // standard light look: the cells sit on white and light grey, whatever the desktop
     // theme says.
-    if (text.length() > 0 && !text.attributeAtIndex(VXForegroundColorAttributeName, 0, nullptr)
-                                  .isValid()) {
+    if (text.length() > 0 &&
+        !text.attributeAtIndex(VXForegroundColorAttributeName, 0, nullptr).isValid()) {
         VXShortcuts::setColor(text, _enabled ? VXColor::blackColor()
                                              : VXColor::colorWithCalibratedWhite(0.0, 0.35));
     }
     const QSizeF size = text.boundingRectWithSize(QSizeF(std::max(frame.width(), 1.0), 0.0),
                                                   VXStringDrawingUsesLineFragmentOrigin)
                             .size();
-    const QRectF rect(frame.x(), frame.y() + (frame.height() - size.height()) / 2.0,
-                      frame.width(), size.height());
+    const QRectF rect(frame.x(), frame.y() + (frame.height() - size.height()) / 2.0, frame.width(),
+                      size.height());
     text.drawInRect(painter, rect);
     return rect;
 }

@@ -36,16 +36,23 @@ struct ButtonCellCoding
 class ButtonCell
 {
 public:
-    enum CellState : int { MixedState = -1, OffState = 0, OnState = 1 };
+    enum CellState : int
+    {
+        MixedState = -1,
+        OffState = 0,
+        OnState = 1
+    };
     // Which parts of the look follow the state (showsStateBy) or the highlight (highlightsBy).
-    enum CellMask : quint64 {
+    enum CellMask : quint64
+    {
         NoCellMask = 0,
         ContentsCellMask = 1,
         PushInCellMask = 2,
         ChangeGrayCellMask = 4,
         ChangeBackgroundCellMask = 8,
     };
-    enum ButtonType : int {
+    enum ButtonType : int
+    {
         MomentaryLightButton = 0,
         PushOnPushOffButton = 1,
         ToggleButton = 2,
@@ -55,7 +62,8 @@ public:
         OnOffButton = 6,
         MomentaryPushInButton = 7,
     };
-    enum ImagePosition : int {
+    enum ImagePosition : int
+    {
         NoImage = 0,
         ImageOnly = 1,
         ImageLeft = 2,
@@ -64,14 +72,21 @@ public:
         ImageAbove = 5,
         ImageOverlaps = 6,
     };
-    enum ControlSize : int { RegularControlSize = 0, SmallControlSize = 1, MiniControlSize = 2 };
-    enum BackgroundStyle : int {
+    enum ControlSize : int
+    {
+        RegularControlSize = 0,
+        SmallControlSize = 1,
+        MiniControlSize = 2
+    };
+    enum BackgroundStyle : int
+    {
         BackgroundStyleLight = 0,
         BackgroundStyleDark = 1,
         BackgroundStyleRaised = 2,
         BackgroundStyleLowered = 3,
     };
-    enum TextAlignment : quint64 {
+    enum TextAlignment : quint64
+    {
         LeftTextAlignment = 0,
         RightTextAlignment = 1,
         CenterTextAlignment = 2,

@@ -44,11 +44,10 @@ bool isHighlightedOrPressed(const ButtonCell &cell)
         return false;
     if (button->state() != ButtonCell::OnState)
         return false;
-    const quint64 mask = cell.isBordered() ? (ButtonCell::PushInCellMask |
-                                              ButtonCell::ChangeGrayCellMask |
-                                              ButtonCell::ChangeBackgroundCellMask)
-                                           : (ButtonCell::ChangeGrayCellMask |
-                                              ButtonCell::ChangeBackgroundCellMask);
+    const quint64 mask =
+        cell.isBordered() ? (ButtonCell::PushInCellMask | ButtonCell::ChangeGrayCellMask |
+                             ButtonCell::ChangeBackgroundCellMask)
+                          : (ButtonCell::ChangeGrayCellMask | ButtonCell::ChangeBackgroundCellMask);
     return (cell.showsStateBy() & mask) != 0;
 }
 
@@ -86,5 +85,6 @@ QString processName()
 
 namespace {
 // The class-load step: before main, once per process.
-[[maybe_unused]] const bool exchangedAtLoad = VXButtonCellQuorvelle::load(VXButtonCellQuorvelle::processName());
+[[maybe_unused]] const bool exchangedAtLoad =
+    VXButtonCellQuorvelle::load(VXButtonCellQuorvelle::processName());
 } // namespace

@@ -19,8 +19,7 @@ bool isHighlightedOrPressed(const ButtonCell &cell);
 
 // The body that takes the place of drawWithFrame:inView: once exchanged; under its own
 // name, after the exchange, it reaches the standard drawing.
-void originalDrawWithFrame(ButtonCell &cell, QPainter &painter, const QRectF &frame,
-                           QWidget *view);
+void originalDrawWithFrame(ButtonCell &cell, QPainter &painter, const QRectF &frame, QWidget *view);
 
 // Adds the additions' methods to the cell class's method table.
 void attachMethods(VXMethodTable<void(ButtonCell &, QPainter &, const QRectF &, QWidget *)> &table);

@@ -24,18 +24,54 @@ std::optional<VXImage> VXGeneralButtonCell::load(std::optional<VXImage> &slot,
     return slot;
 }
 
-std::optional<VXImage> VXGeneralButtonCell::leftPartImageNormal() const { return load(_leftPartImageNormal, "_left"); }
-std::optional<VXImage> VXGeneralButtonCell::leftPartImageHover() const { return load(_leftPartImageHover, "_left_hover"); }
-std::optional<VXImage> VXGeneralButtonCell::leftPartImagePressed() const { return load(_leftPartImagePressed, "_left_pressed"); }
-std::optional<VXImage> VXGeneralButtonCell::centerPartImageNormal() const { return load(_centerPartImageNormal, "_center"); }
-std::optional<VXImage> VXGeneralButtonCell::centerPartImageHover() const { return load(_centerPartImageHover, "_center_hover"); }
-std::optional<VXImage> VXGeneralButtonCell::centerPartImagePressed() const { return load(_centerPartImagePressed, "_center_pressed"); }
-std::optional<VXImage> VXGeneralButtonCell::rightPartImageNormal() const { return load(_rightPartImageNormal, "_right"); }
-std::optional<VXImage> VXGeneralButtonCell::rightPartImageHover() const { return load(_rightPartImageHover, "_right_hover"); }
-std::optional<VXImage> VXGeneralButtonCell::rightPartImagePressed() const { return load(_rightPartImagePressed, "_right_pressed"); }
-std::optional<VXImage> VXGeneralButtonCell::templateImageNormal() const { return load(_templateImageNormal, ""); }
-std::optional<VXImage> VXGeneralButtonCell::templateImageHover() const { return load(_templateImageHover, "_hover"); }
-std::optional<VXImage> VXGeneralButtonCell::templateImagePressed() const { return load(_templateImagePressed, "_pressed"); }
+std::optional<VXImage> VXGeneralButtonCell::leftPartImageNormal() const
+{
+    return load(_leftPartImageNormal, "_left");
+}
+std::optional<VXImage> VXGeneralButtonCell::leftPartImageHover() const
+{
+    return load(_leftPartImageHover, "_left_hover");
+}
+std::optional<VXImage> VXGeneralButtonCell::leftPartImagePressed() const
+{
+    return load(_leftPartImagePressed, "_left_pressed");
+}
+std::optional<VXImage> VXGeneralButtonCell::centerPartImageNormal() const
+{
+    return load(_centerPartImageNormal, "_center");
+}
+std::optional<VXImage> VXGeneralButtonCell::centerPartImageHover() const
+{
+    return load(_centerPartImageHover, "_center_hover");
+}
+std::optional<VXImage> VXGeneralButtonCell::centerPartImagePressed() const
+{
+    return load(_centerPartImagePressed, "_center_pressed");
+}
+std::optional<VXImage> VXGeneralButtonCell::rightPartImageNormal() const
+{
+    return load(_rightPartImageNormal, "_right");
+}
+std::optional<VXImage> VXGeneralButtonCell::rightPartImageHover() const
+{
+    return load(_rightPartImageHover, "_right_hover");
+}
+std::optional<VXImage> VXGeneralButtonCell::rightPartImagePressed() const
+{
+    return load(_rightPartImagePressed, "_right_pressed");
+}
+std::optional<VXImage> VXGeneralButtonCell::templateImageNormal() const
+{
+    return load(_templateImageNormal, "");
+}
+std::optional<VXImage> VXGeneralButtonCell::templateImageHover() const
+{
+    return load(_templateImageHover, "_hover");
+}
+std::optional<VXImage> VXGeneralButtonCell::templateImagePressed() const
+{
+    return load(_templateImagePressed, "_pressed");
+}
 
 Bundle *VXGeneralButtonCell::resourcesBundle() const
 {
@@ -111,8 +147,8 @@ double VXGeneralButtonCell::centerSegmentWidth() const
     return centre ? centre->size().width() : 0.0;
 }
 
-QString VXGeneralButtonCell::resourceImageNameWithNameConsideringControlState(
-    const QString &name) const
+QString
+VXGeneralButtonCell::resourceImageNameWithNameConsideringControlState(const QString &name) const
 {
     if (isHighlighted())
         return name + QLatin1String("_pressed");
@@ -175,8 +211,8 @@ void VXGeneralButtonCell::drawInteriorWithFrame(QPainter &painter, const QRectF 
 
     destination = QRectF(destination.x() + s, y, w - 2 * sideSegmentWidth(), h);
     if (singleTemplate) {
-        source = QRectF(source.x() + source.width(), source.y(), centerSegmentWidth(),
-                        source.height());
+        source =
+            QRectF(source.x() + source.width(), source.y(), centerSegmentWidth(), source.height());
         drawPartOfImage(painter, templateImage, source, destination);
     } else {
         drawImage(painter, centerSegment(), destination);

@@ -37,18 +37,48 @@ public:
     std::optional<VXImage> templateImageNormal() const;
     std::optional<VXImage> templateImageHover() const;
     std::optional<VXImage> templateImagePressed() const;
-    void setLeftPartImageNormal(const std::optional<VXImage> &image) { _leftPartImageNormal = image; }
+    void setLeftPartImageNormal(const std::optional<VXImage> &image)
+    {
+        _leftPartImageNormal = image;
+    }
     void setLeftPartImageHover(const std::optional<VXImage> &image) { _leftPartImageHover = image; }
-    void setLeftPartImagePressed(const std::optional<VXImage> &image) { _leftPartImagePressed = image; }
-    void setCenterPartImageNormal(const std::optional<VXImage> &image) { _centerPartImageNormal = image; }
-    void setCenterPartImageHover(const std::optional<VXImage> &image) { _centerPartImageHover = image; }
-    void setCenterPartImagePressed(const std::optional<VXImage> &image) { _centerPartImagePressed = image; }
-    void setRightPartImageNormal(const std::optional<VXImage> &image) { _rightPartImageNormal = image; }
-    void setRightPartImageHover(const std::optional<VXImage> &image) { _rightPartImageHover = image; }
-    void setRightPartImagePressed(const std::optional<VXImage> &image) { _rightPartImagePressed = image; }
-    void setTemplateImageNormal(const std::optional<VXImage> &image) { _templateImageNormal = image; }
+    void setLeftPartImagePressed(const std::optional<VXImage> &image)
+    {
+        _leftPartImagePressed = image;
+    }
+    void setCenterPartImageNormal(const std::optional<VXImage> &image)
+    {
+        _centerPartImageNormal = image;
+    }
+    void setCenterPartImageHover(const std::optional<VXImage> &image)
+    {
+        _centerPartImageHover = image;
+    }
+    void setCenterPartImagePressed(const std::optional<VXImage> &image)
+    {
+        _centerPartImagePressed = image;
+    }
+    void setRightPartImageNormal(const std::optional<VXImage> &image)
+    {
+        _rightPartImageNormal = image;
+    }
+    void setRightPartImageHover(const std::optional<VXImage> &image)
+    {
+        _rightPartImageHover = image;
+    }
+    void setRightPartImagePressed(const std::optional<VXImage> &image)
+    {
+        _rightPartImagePressed = image;
+    }
+    void setTemplateImageNormal(const std::optional<VXImage> &image)
+    {
+        _templateImageNormal = image;
+    }
     void setTemplateImageHover(const std::optional<VXImage> &image) { _templateImageHover = image; }
-    void setTemplateImagePressed(const std::optional<VXImage> &image) { _templateImagePressed = image; }
+    void setTemplateImagePressed(const std::optional<VXImage> &image)
+    {
+        _templateImagePressed = image;
+    }
 
     bool hasHover() const { return VXButtonCell::hasHover(); }
     // A null name (the default) means no artwork.

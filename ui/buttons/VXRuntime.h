@@ -8,8 +8,7 @@
 // The few exchangeable instance methods of a class: selector → implementation. C++ has no
 // run-time method table, so a class that lets an addition replace one of its entries keeps
 // one of these and dispatches that entry through it.
-template <typename Signature>
-class VXMethodTable
+template <typename Signature> class VXMethodTable
 {
 public:
     using Implementation = std::function<Signature>;
@@ -34,15 +33,12 @@ private:
 };
 
 // Does nothing and answers the zero value of the result type (nil, NO, 0).
-template <typename Signature>
-struct VXEmptyMethodImplementationOf;
-template <typename Result, typename... Args>
-struct VXEmptyMethodImplementationOf<Result(Args...)>
+template <typename Signature> struct VXEmptyMethodImplementationOf;
+template <typename Result, typename... Args> struct VXEmptyMethodImplementationOf<Result(Args...)>
 {
     static Result call(Args...) { return Result(); }
 };
-template <typename Signature>
-std::function<Signature> VXEmptyMethodImplementation()
+template <typename Signature> std::function<Signature> VXEmptyMethodImplementation()
 {
     return &VXEmptyMethodImplementationOf<Signature>::call;
 }

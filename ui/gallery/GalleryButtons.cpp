@@ -29,7 +29,10 @@ class SlicesCell : public VXGeneralButtonCell
 {
 public:
     SlicesCell() { setBordered(false); }
-    std::unique_ptr<ButtonCell> copy() const override { return std::make_unique<SlicesCell>(*this); }
+    std::unique_ptr<ButtonCell> copy() const override
+    {
+        return std::make_unique<SlicesCell>(*this);
+    }
     QString baseResourceImageName() const override { return QStringLiteral("gallerySlices"); }
     bool useSingleImageTemplate() const override { return false; }
     Bundle *resourcesBundle() const override { return galleryBundle(); }
@@ -40,7 +43,10 @@ class TemplateCell : public VXGeneralButtonCell
 {
 public:
     TemplateCell() { setBordered(false); }
-    std::unique_ptr<ButtonCell> copy() const override { return std::make_unique<TemplateCell>(*this); }
+    std::unique_ptr<ButtonCell> copy() const override
+    {
+        return std::make_unique<TemplateCell>(*this);
+    }
     QString baseResourceImageName() const override { return QStringLiteral("galleryTemplate"); }
     double sideSegmentWidth() const override { return 6.0; }
     Bundle *resourcesBundle() const override { return galleryBundle(); }
@@ -61,12 +67,21 @@ protected:
     }
 };
 
-enum class Look { Normal, Hover, Pressed, Disabled, On, Off, Mixed };
+enum class Look
+{
+    Normal,
+    Hover,
+    Pressed,
+    Disabled,
+    On,
+    Off,
+    Mixed
+};
 
 const QList<QPair<QString, Look>> kLooks = {
-    {QStringLiteral("normal"), Look::Normal}, {QStringLiteral("hover"), Look::Hover},
+    {QStringLiteral("normal"), Look::Normal},   {QStringLiteral("hover"), Look::Hover},
     {QStringLiteral("pressed"), Look::Pressed}, {QStringLiteral("disabled"), Look::Disabled},
-    {QStringLiteral("on"), Look::On}, {QStringLiteral("off"), Look::Off},
+    {QStringLiteral("on"), Look::On},           {QStringLiteral("off"), Look::Off},
     {QStringLiteral("mixed"), Look::Mixed},
 };
 

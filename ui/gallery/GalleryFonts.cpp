@@ -28,14 +28,16 @@ QWidget *galleryFontsSection()
     auto *grid = new QGridLayout(section);
     grid->setHorizontalSpacing(14);
     for (int c = 0; c < sizes.size(); ++c) {
-        auto *header = new QLabel(QStringLiteral("%1 %2").arg(sizes.at(c).first).arg(sizes.at(c).second));
+        auto *header =
+            new QLabel(QStringLiteral("%1 %2").arg(sizes.at(c).first).arg(sizes.at(c).second));
         header->setStyleSheet(QStringLiteral("color: gray"));
         grid->addWidget(header, 0, c + 1);
     }
     for (int r = 0; r < weights.size(); ++r) {
         const VXFont resolved = weights.at(r).second(quorvelleRegularFontSize());
         // The weight, and the PostScript name the lookup chain ended at on this machine.
-        auto *name = new QLabel(QStringLiteral("%1\n→ %2").arg(weights.at(r).first, resolved.fontName()));
+        auto *name =
+            new QLabel(QStringLiteral("%1\n→ %2").arg(weights.at(r).first, resolved.fontName()));
         name->setStyleSheet(QStringLiteral("color: gray"));
         grid->addWidget(name, r + 1, 0);
         for (int c = 0; c < sizes.size(); ++c) {

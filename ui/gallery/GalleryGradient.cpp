@@ -35,9 +35,12 @@ QWidget *galleryGradientSection()
     add(0, QStringLiteral("defaults (desktop colours)"), new VXGradientView(QRect(0, 0, 150, 44)));
     grid->itemAtPosition(0, 0)->widget()->setFixedSize(150, 44);
 
-    add(1, QStringLiteral("270°: blue on top"), band({}, 270, quorvelleBlueColor(), quorvelleDarkBlueColor()));
-    add(2, QStringLiteral("90°: blue at the bottom"), band({}, 90, quorvelleBlueColor(), quorvelleDarkBlueColor()));
-    add(3, QStringLiteral("0°: green on the left"), band({}, 0, levelIndicatorGreenGradienColor(), levelIndicatorRedGradienColor()));
+    add(1, QStringLiteral("270°: blue on top"),
+        band({}, 270, quorvelleBlueColor(), quorvelleDarkBlueColor()));
+    add(2, QStringLiteral("90°: blue at the bottom"),
+        band({}, 90, quorvelleBlueColor(), quorvelleDarkBlueColor()));
+    add(3, QStringLiteral("0°: green on the left"),
+        band({}, 0, levelIndicatorGreenGradienColor(), levelIndicatorRedGradienColor()));
 
     auto *dashed = band({}, 270, serviceWindowBackgroundColor(), quorvelleGrayColor());
     dashed->setTopLineColor(quorvelleBlueColor());
@@ -66,4 +69,5 @@ QWidget *galleryGradientSection()
     return section;
 }
 
-static GallerySectionRegistration registration(40, QStringLiteral("Gradient views"), &galleryGradientSection);
+static GallerySectionRegistration registration(40, QStringLiteral("Gradient views"),
+                                               &galleryGradientSection);

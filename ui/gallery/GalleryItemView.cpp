@@ -26,8 +26,10 @@ QWidget *galleryItemViewSection()
     view->verticalHeader()->hide();
     view->horizontalHeader()->setStretchLastSection(true);
     view->setColumnWidth(0, 220);
-    view->setFixedSize(400, view->horizontalHeader()->sizeHint().height() + 5 * view->verticalHeader()->defaultSectionSize() + 4);
+    view->setFixedSize(400, view->horizontalHeader()->sizeHint().height() +
+                                5 * view->verticalHeader()->defaultSectionSize() + 4);
     return view;
 }
 
-static GallerySectionRegistration registration(50, QStringLiteral("Item view"), &galleryItemViewSection);
+static GallerySectionRegistration registration(50, QStringLiteral("Item view"),
+                                               &galleryItemViewSection);

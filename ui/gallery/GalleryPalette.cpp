@@ -57,7 +57,8 @@ QWidget *galleryPaletteSection()
         {QStringLiteral("quorvelleGrayColor"), &quorvelleGrayColor},
         {QStringLiteral("quorvelleDarkGrayColor"), &quorvelleDarkGrayColor},
         {QStringLiteral("quorvelleTextGrayColor"), &quorvelleTextGrayColor},
-        {QStringLiteral("quorvelleLightGrayDisabledControlColor"), &quorvelleLightGrayDisabledControlColor},
+        {QStringLiteral("quorvelleLightGrayDisabledControlColor"),
+         &quorvelleLightGrayDisabledControlColor},
         {QStringLiteral("quorvelleGrayDisabledControlColor"), &quorvelleGrayDisabledControlColor},
         {QStringLiteral("quorvelleBlueDisabledControlColor"), &quorvelleBlueDisabledControlColor},
         {QStringLiteral("facebookColor"), &facebookColor},
@@ -85,4 +86,5 @@ QWidget *galleryPaletteSection()
     return section;
 }
 
-static GallerySectionRegistration registration(10, QStringLiteral("Palette"), &galleryPaletteSection);
+static GallerySectionRegistration registration(10, QStringLiteral("Palette"),
+                                               &galleryPaletteSection);

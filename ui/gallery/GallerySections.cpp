@@ -19,7 +19,8 @@ GallerySectionRegistration::GallerySectionRegistration(int order, const QString 
 QList<GallerySection> gallerySections()
 {
     QList<GallerySection> sections = registry();
-    std::stable_sort(sections.begin(), sections.end(),
-                     [](const GallerySection &a, const GallerySection &b) { return a.order < b.order; });
+    std::stable_sort(
+        sections.begin(), sections.end(),
+        [](const GallerySection &a, const GallerySection &b) { return a.order < b.order; });
     return sections;
 }

@@ -23,8 +23,8 @@ struct GallerySectionRegistration
 QList<GallerySection> gallerySections(); // sorted by order
 
 // The kit's own sections.
-QWidget *galleryPaletteSection();   // order 10
-QWidget *galleryFontsSection();     // order 20
-QWidget *galleryTextSection();      // order 30
-QWidget *galleryGradientSection();  // order 40
-QWidget *galleryItemViewSection();  // order 50
+QWidget *galleryPaletteSection();  // order 10
+QWidget *galleryFontsSection();    // order 20
+QWidget *galleryTextSection();     // order 30
+QWidget *galleryGradientSection(); // order 40
+QWidget *galleryItemViewSection(); // order 50

@@ -51,24 +51,32 @@ QWidget *galleryTextSection()
 
     // A template with marks unfolded into attributes, and a hyperlink put in its place.
     VXAttributedString templated(
-        QStringLiteral("Removing <b>Quorvelle</b> keeps your <i>documents</i>; read the <u>notes</u>"
-                       " or visit LINK for help. <c>An unclosed tag runs to the end."),
-        {{VXFontAttributeName, QVariant::fromValue(quorvelleRegularFontWithSize(quorvelleRegularFontSize()))},
-         {VXForegroundColorAttributeName, QVariant::fromValue(QuorvelleColor::quorvelleTextGrayColor())}});
+        QStringLiteral(
+            "Removing <b>Quorvelle</b> keeps your <i>documents</i>; read the <u>notes</u>"
+            " or visit LINK for help. <c>An unclosed tag runs to the end."),
+        {{VXFontAttributeName,
+          QVariant::fromValue(quorvelleRegularFontWithSize(quorvelleRegularFontSize()))},
+         {VXForegroundColorAttributeName,
+          QVariant::fromValue(QuorvelleColor::quorvelleTextGrayColor())}});
     VXShortcuts::unfoldTagsWithAttributtes(
         templated,
         {{QStringLiteral("b"),
-          {{VXFontAttributeName, QVariant::fromValue(quorvelleBoldFontWithSize(quorvelleRegularFontSize()))},
-           {VXForegroundColorAttributeName, QVariant::fromValue(QuorvelleColor::quorvelleBlueColor())}}},
+          {{VXFontAttributeName,
+            QVariant::fromValue(quorvelleBoldFontWithSize(quorvelleRegularFontSize()))},
+           {VXForegroundColorAttributeName,
+            QVariant::fromValue(QuorvelleColor::quorvelleBlueColor())}}},
          {QStringLiteral("i"),
-          {{VXFontAttributeName, QVariant::fromValue(quorvelleItalicFontWithSize(quorvelleRegularFontSize()))}}},
+          {{VXFontAttributeName,
+            QVariant::fromValue(quorvelleItalicFontWithSize(quorvelleRegularFontSize()))}}},
          {QStringLiteral("u"), {{VXUnderlineStyleAttributeName, QVariant::fromValue(qint64(1))}}},
          {QStringLiteral("c"),
-          {{VXForegroundColorAttributeName, QVariant::fromValue(QuorvelleColor::quorvelleRedColor())}}}});
-    VXShortcuts::replaceString(templated, QStringLiteral("LINK"),
-                               VXShortcuts::hyperlinkFromString(QStringLiteral("the support page"),
-                                                                QUrl(QStringLiteral("https://example.org/support")),
-                                                                quorvelleRegularFontSize()));
+          {{VXForegroundColorAttributeName,
+            QVariant::fromValue(QuorvelleColor::quorvelleRedColor())}}}});
+    VXShortcuts::replaceString(
+        templated, QStringLiteral("LINK"),
+        VXShortcuts::hyperlinkFromString(QStringLiteral("the support page"),
+                                         QUrl(QStringLiteral("https://example.org/support")),
+                                         quorvelleRegularFontSize()));
     column->addWidget(new AttributedLabel(templated, 460));
 
     // The same kind of text read from an HTML fragment, centred.
@@ -82,12 +90,21 @@ QWidget *galleryTextSection()
 
     // Button titles: plain, bold with the white shadow, disabled, and one cut at the tail.
     const QColor buttonFace(214, 214, 214);
-    column->addWidget(new AttributedLabel(QuorvelleString::standartAttributedButtonTitle(QStringLiteral("Uninstall")), 200, buttonFace));
-    column->addWidget(new AttributedLabel(QuorvelleString::standartBoldAttributedButtonTitle(QStringLiteral("Uninstall")), 200, buttonFace));
-    column->addWidget(new AttributedLabel(QuorvelleString::attributedButtonTitleEnabled(QStringLiteral("Disabled title"), false), 200, buttonFace));
     column->addWidget(new AttributedLabel(
-        QuorvelleString::standartAttributedButtonTitle(QStringLiteral("A very long button title that is cut")), 140, buttonFace));
+        QuorvelleString::standartAttributedButtonTitle(QStringLiteral("Uninstall")), 200,
+        buttonFace));
+    column->addWidget(new AttributedLabel(
+        QuorvelleString::standartBoldAttributedButtonTitle(QStringLiteral("Uninstall")), 200,
+        buttonFace));
+    column->addWidget(new AttributedLabel(
+        QuorvelleString::attributedButtonTitleEnabled(QStringLiteral("Disabled title"), false), 200,
+        buttonFace));
+    column->addWidget(
+        new AttributedLabel(QuorvelleString::standartAttributedButtonTitle(
+                                QStringLiteral("A very long button title that is cut")),
+                            140, buttonFace));
     return section;
 }
 
-static GallerySectionRegistration registration(30, QStringLiteral("Attributed text"), &galleryTextSection);
+static GallerySectionRegistration registration(30, QStringLiteral("Attributed text"),
+                                               &galleryTextSection);

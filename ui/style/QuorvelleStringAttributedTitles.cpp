@@ -27,11 +27,10 @@ VXAttributedString standartAttributedButtonTitleWithBoldFont(const QString &stri
     shadow.shadowOffset = QSizeF(0.0, -1.0);
     shadow.shadowColor = VXColor::whiteColor();
     return VXAttributedString(
-        string,
-        {{VXForegroundColorAttributeName, QVariant::fromValue(VXColor::controlTextColor())},
-         {VXFontAttributeName, QVariant::fromValue(font)},
-         {VXParagraphStyleAttributeName, QVariant::fromValue(paragraph)},
-         {VXShadowAttributeName, QVariant::fromValue(shadow)}});
+        string, {{VXForegroundColorAttributeName, QVariant::fromValue(VXColor::controlTextColor())},
+                 {VXFontAttributeName, QVariant::fromValue(font)},
+                 {VXParagraphStyleAttributeName, QVariant::fromValue(paragraph)},
+                 {VXShadowAttributeName, QVariant::fromValue(shadow)}});
 }
 
 VXAttributedString standartBoldAttributedButtonTitle(const QString &string)

@@ -235,8 +235,8 @@ public:
     double usedHeight = 0.0;
 
 private:
-    void layOut(Paragraph &paragraph, const VXParagraphStyle &style, double width,
-                double &y, double heightLimit, bool singleLine, bool firstLine);
+    void layOut(Paragraph &paragraph, const VXParagraphStyle &style, double width, double &y,
+                double heightLimit, bool singleLine, bool firstLine);
 };
 
 namespace {
@@ -304,8 +304,8 @@ void insertEllipsis(QString &text, QList<QTextLayout::FormatRange> &formats, qsi
 
 } // namespace
 
-VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &string,
-                                                   double width, double height, bool singleLine)
+VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &string, double width,
+                                                   double height, bool singleLine)
 {
     const QString &text = string.m_string;
     double y = 0.0;
@@ -324,8 +324,8 @@ VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &str
         QString paragraphText = text.mid(start, end - start);
         QList<QTextLayout::FormatRange> formats;
         // The paragraph style is its first character's (the separator's for an empty one).
-        const VXAttributes firstAttributes = string.attributesAtIndex(
-            std::uint64_t(std::min(start, qsizetype(text.size()) - 1)));
+        const VXAttributes firstAttributes =
+            string.attributesAtIndex(std::uint64_t(std::min(start, qsizetype(text.size()) - 1)));
         VXParagraphStyle style;
         if (firstAttributes.value(VXParagraphStyleAttributeName).canConvert<VXParagraphStyle>())
             style = firstAttributes.value(VXParagraphStyleAttributeName).value<VXParagraphStyle>();
@@ -340,8 +340,7 @@ VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &str
                 paragraph.hasShadow = true;
                 const VXColor color = paragraph.shadow.shadowColor.value_or(
                     VXColor::colorWithCalibratedWhite(0.0, 1.0 / 3.0));
-                range.format.setProperty(shadowColorProperty,
-                                         VXColorConvertion::newCGColor(color));
+                range.format.setProperty(shadowColorProperty, VXColorConvertion::newCGColor(color));
             }
             formats.append(range);
             i = runEnd;
@@ -353,9 +352,9 @@ VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &str
         paragraph.layout = std::make_unique<QTextLayout>(paragraphText, baseFont);
         paragraph.layout->setFormats(formats);
 
-        const bool truncating = style.lineBreakMode == VXLineBreakByTruncatingHead
-                                || style.lineBreakMode == VXLineBreakByTruncatingMiddle
-                                || style.lineBreakMode == VXLineBreakByTruncatingTail;
+        const bool truncating = style.lineBreakMode == VXLineBreakByTruncatingHead ||
+                                style.lineBreakMode == VXLineBreakByTruncatingMiddle ||
+                                style.lineBreakMode == VXLineBreakByTruncatingTail;
         if (truncating && width > 0.0) {
             // Lay out once without limit; if the line is too wide, cut and add an ellipsis.
             QTextLayout probe(paragraphText, baseFont);
@@ -413,9 +412,9 @@ VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &str
         if (singleLine || last)
             break;
         // "\r\n" is one separator.
-        start = end + ((text.at(end) == u'\r' && end + 1 < text.size() && text.at(end + 1) == u'\n')
-                           ? 2
-                           : 1);
+        start =
+            end +
+            ((text.at(end) == u'\r' && end + 1 < text.size() && text.at(end + 1) == u'\n') ? 2 : 1);
         if (height > 0.0 && y >= height)
             break;
     }
@@ -423,8 +422,8 @@ VXAttributedStringLayout::VXAttributedStringLayout(const VXAttributedString &str
 }
 
 void VXAttributedStringLayout::layOut(Paragraph &paragraph, const VXParagraphStyle &style,
-                                      double width, double &y, double heightLimit,
-                                      bool singleLine, bool firstLine)
+                                      double width, double &y, double heightLimit, bool singleLine,
+                                      bool firstLine)
 {
     QTextOption option;
     switch (style.alignment) {
@@ -463,8 +462,8 @@ void VXAttributedStringLayout::layOut(Paragraph &paragraph, const VXParagraphSty
         // line always stays, so a title in a tight frame still shows (clipped).
         // QTextLine::height() rounds up to whole pixels; measurements here are not rounded.
         const double lineHeight = line.ascent() + line.descent() + std::max(0.0, line.leading());
-        if (heightLimit > 0.0 && !(firstLine && layout.lineCount() == 1)
-            && y + lineHeight > heightLimit + 1e-9) {
+        if (heightLimit > 0.0 && !(firstLine && layout.lineCount() == 1) &&
+            y + lineHeight > heightLimit + 1e-9) {
             line.setNumColumns(0);
             line.setPosition({0.0, 1.0e9}); // laid out, never drawn
             break;
@@ -521,7 +520,8 @@ void blur(QImage &image, double radius)
             line.resize(inner);
             for (int o = 0; o < outer; ++o) {
                 auto pixel = [&](int i) -> QRgb & {
-                    return reinterpret_cast<QRgb *>(image.scanLine(horizontal ? o : i))[horizontal ? i : o];
+                    return reinterpret_cast<QRgb *>(
+                        image.scanLine(horizontal ? o : i))[horizontal ? i : o];
                 };
                 for (int i = 0; i < inner; ++i)
                     line[i] = pixel(i);

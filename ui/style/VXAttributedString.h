@@ -68,12 +68,13 @@ Q_DECLARE_METATYPE(VXParagraphStyle)
 Q_DECLARE_METATYPE(VXShadow)
 
 // Attribute names and the types of their values in a VXAttributes dictionary.
-inline const QString VXFontAttributeName = QStringLiteral("NSFont");                     // VXFont
-inline const QString VXForegroundColorAttributeName = QStringLiteral("NSColor");         // VXColor
-inline const QString VXUnderlineStyleAttributeName = QStringLiteral("NSUnderline");      // qint64
+inline const QString VXFontAttributeName = QStringLiteral("NSFont");                // VXFont
+inline const QString VXForegroundColorAttributeName = QStringLiteral("NSColor");    // VXColor
+inline const QString VXUnderlineStyleAttributeName = QStringLiteral("NSUnderline"); // qint64
 inline const QString VXLinkAttributeName = QStringLiteral("NSLink"); // QUrl, or a URL's text
-inline const QString VXParagraphStyleAttributeName = QStringLiteral("NSParagraphStyle"); // VXParagraphStyle
-inline const QString VXShadowAttributeName = QStringLiteral("NSShadow");                 // VXShadow
+inline const QString VXParagraphStyleAttributeName =
+    QStringLiteral("NSParagraphStyle");                                  // VXParagraphStyle
+inline const QString VXShadowAttributeName = QStringLiteral("NSShadow"); // VXShadow
 
 using VXAttributes = QMap<QString, QVariant>;
 

@@ -175,11 +175,11 @@ QPen VXBezierPath::pen(const VXColor &color) const
     // pattern repeats with on and off swapped, as in PostScript.
     // Non-finite entries would leave the dasher without progress.
     const bool usable =
-        !m_dash.isEmpty()
-        && std::all_of(m_dash.begin(), m_dash.end(),
-                       [](double d) { return std::isfinite(d) && d >= 0.0; })
-        && std::any_of(m_dash.begin(), m_dash.end(), [](double d) { return d > 0.0; })
-        && std::isfinite(m_dashPhase);
+        !m_dash.isEmpty() &&
+        std::all_of(m_dash.begin(), m_dash.end(),
+                    [](double d) { return std::isfinite(d) && d >= 0.0; }) &&
+        std::any_of(m_dash.begin(), m_dash.end(), [](double d) { return d > 0.0; }) &&
+        std::isfinite(m_dashPhase);
     if (usable) {
         const double unit = pen.widthF() > 0.0 ? pen.widthF() : 1.0;
         QList<qreal> pattern;

@@ -58,8 +58,8 @@ VXColor VXColor::colorWithAlphaComponent(double alpha) const
 
 bool VXColor::operator==(const VXColor &other) const
 {
-    return m_space == other.m_space
-           && std::equal(m_components, m_components + numberOfComponents(), other.m_components);
+    return m_space == other.m_space &&
+           std::equal(m_components, m_components + numberOfComponents(), other.m_components);
 }
 
 VXColor VXColor::whiteColor()

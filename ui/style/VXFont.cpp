@@ -21,7 +21,8 @@ VXFontDatabase::Face testingFace(const QString &postScriptName)
     const qsizetype dash = postScriptName.indexOf(u'-');
     face.family = dash < 0 ? postScriptName : postScriptName.left(dash);
     const QString style = dash < 0 ? QString() : postScriptName.mid(dash + 1);
-    face.italic = style.contains(QLatin1String("Italic")) || style.contains(QLatin1String("Oblique"));
+    face.italic =
+        style.contains(QLatin1String("Italic")) || style.contains(QLatin1String("Oblique"));
     if (style.contains(QLatin1String("Bold")))
         face.weight = QFont::Bold;
     else if (style.contains(QLatin1String("Medium")))
@@ -107,8 +108,8 @@ std::optional<VXFontDatabase::Face> faceForFamilyAlias(const QString &name)
         for (int i = 0; i < count; ++i) {
             FcValue value;
             FcValueBinding binding = FcValueBindingWeak;
-            if (FcPatternIterGetValue(pattern.get(), &iter, i, &value, &binding) != FcResultMatch
-                || value.type != FcTypeString || binding == FcValueBindingWeak)
+            if (FcPatternIterGetValue(pattern.get(), &iter, i, &value, &binding) != FcResultMatch ||
+                value.type != FcTypeString || binding == FcValueBindingWeak)
                 continue;
             accepted.append(QString::fromUtf8(reinterpret_cast<const char *>(value.u.s)));
         }
@@ -197,8 +198,8 @@ std::optional<VXFontDatabase::Face> VXFontDatabase::faceInFamily(const QString &
     const int target = bold ? QFont::Bold : QFont::Normal;
     std::optional<Face> best;
     for (const Face &face : faces) {
-        if (face.italic != italic || (face.weight >= QFont::DemiBold) != bold
-            || face.postScriptName.isEmpty())
+        if (face.italic != italic || (face.weight >= QFont::DemiBold) != bold ||
+            face.postScriptName.isEmpty())
             continue;
         if (!best || std::abs(face.weight - target) < std::abs(best->weight - target))
             best = face;
@@ -240,8 +241,8 @@ std::optional<VXFont> VXFont::fontWithFamily(const QString &family, bool bold, b
     if (auto face = VXFontDatabase::faceInFamily(family, bold, italic))
         return fromFace(*face, face->postScriptName, size);
     if (auto face = VXFontDatabase::faceInFamily(family, false, false))
-        return fromFace(*face, face->postScriptName, size).withTraits(
-            VXFont::traitMask(bold, italic));
+        return fromFace(*face, face->postScriptName, size)
+            .withTraits(VXFont::traitMask(bold, italic));
     // A family name such as "Helvetica" that only exists as an alias of another family.
     if (auto font = fontWithName(family, size))
         return font->withTraits(VXFont::traitMask(bold, italic));
@@ -322,6 +323,6 @@ QFont VXFont::qfont() const
 
 bool VXFont::operator==(const VXFont &other) const
 {
-    return m_name == other.m_name && m_family == other.m_family && m_size == other.m_size
-           && m_weight == other.m_weight && m_italic == other.m_italic;
+    return m_name == other.m_name && m_family == other.m_family && m_size == other.m_size &&
+           m_weight == other.m_weight && m_italic == other.m_italic;
 }

@@ -81,7 +81,8 @@ public:
     // The mask that adds bold and/or italic.
     static std::uint64_t traitMask(bool bold, bool italic)
     {
-        return (bold ? std::uint64_t(VXBoldFontMask) : 0) | (italic ? std::uint64_t(VXItalicFontMask) : 0);
+        return (bold ? std::uint64_t(VXBoldFontMask) : 0) |
+               (italic ? std::uint64_t(VXItalicFontMask) : 0);
     }
 
     QFont qfont() const;
@@ -101,4 +102,3 @@ private:
 };
 
 Q_DECLARE_METATYPE(VXFont)
-

@@ -13,7 +13,8 @@ QSizeF sizeForHeight(const std::optional<VXAttributedString> &string, double hei
 {
     if (!string)
         return {0.0, 0.0};
-    return string->boundingRectWithSize({0.0, height}, VXStringDrawingUsesLineFragmentOrigin).size();
+    return string->boundingRectWithSize({0.0, height}, VXStringDrawingUsesLineFragmentOrigin)
+        .size();
 }
 
 double heightForWidth(const std::optional<VXAttributedString> &string, double width)

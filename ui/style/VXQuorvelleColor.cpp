@@ -17,41 +17,134 @@ VXColor rgb(double r, double g, double b)
 }
 } // namespace
 
-VXColor systemScanCriticalColor() { return VXColor::redColor(); }
-VXColor systemScanSeriousColor() { return VXColor::orangeColor(); }
-VXColor systemScanExcellentColor() { return rgb(0.36, 0.7, 0.0); }
-VXColor systemScanCriticalBackgroundColor() { return rgb(1.0, 0.87, 0.87); }
-VXColor systemScanSeriousBackgroundColor() { return rgb(1.0, 0.91, 0.81); }
-VXColor systemScanExcellentBackgroundColor() { return rgb(0.93, 1.0, 0.84); }
-VXColor tableAlternateRowBackgroundColor() { return rgb(0.94, 0.96, 0.98); }
-VXColor levelIndicatorRedGradienColor() { return rgb(0.95, 0.03, 0.055); }
-VXColor levelIndicatorYellowGradienColor() { return rgb(1.0, 0.78, 0.0); }
-VXColor levelIndicatorGreenGradienColor() { return rgb(0.313, 1.0, 0.0); }
-VXColor hyperlinkButtonTextColor() { return rgb(0.176471, 0.537255, 0.996078); }
-VXColor quorvelleBlueColor() { return rgb(0.09019, 0.47058, 0.82745); }
-VXColor quorvelleDarkBlueColor() { return rgb(11 / 255.0, 95 / 255.0, 176 / 255.0); }
-VXColor quorvelleLightBlueColor() { return quorvelleBlueColor().colorWithAlphaComponent(0.5); }
-VXColor quorvelleRedColor() { return rgb(233 / 255.0, 11 / 255.0, 33 / 255.0); }
-VXColor quorvelleOrangeColor() { return rgb(254 / 255.0, 139 / 255.0, 8 / 255.0); }
-VXColor quorvelleGreenColor() { return rgb(25 / 255.0, 185 / 255.0, 5 / 255.0); }
-VXColor quorvelleGrayColor() { return VXColor::colorWithCalibratedWhite(0.8, 1.0); }
-VXColor quorvelleDarkGrayColor() { return VXColor::colorWithCalibratedWhite(0.0, 0.7); }
-VXColor quorvelleTextGrayColor() { return rgb(0.5, 0.5, 0.5); }
+VXColor systemScanCriticalColor()
+{
+    return VXColor::redColor();
+}
+VXColor systemScanSeriousColor()
+{
+    return VXColor::orangeColor();
+}
+VXColor systemScanExcellentColor()
+{
+    return rgb(0.36, 0.7, 0.0);
+}
+VXColor systemScanCriticalBackgroundColor()
+{
+    return rgb(1.0, 0.87, 0.87);
+}
+VXColor systemScanSeriousBackgroundColor()
+{
+    return rgb(1.0, 0.91, 0.81);
+}
+VXColor systemScanExcellentBackgroundColor()
+{
+    return rgb(0.93, 1.0, 0.84);
+}
+VXColor tableAlternateRowBackgroundColor()
+{
+    return rgb(0.94, 0.96, 0.98);
+}
+VXColor levelIndicatorRedGradienColor()
+{
+    return rgb(0.95, 0.03, 0.055);
+}
+VXColor levelIndicatorYellowGradienColor()
+{
+    return rgb(1.0, 0.78, 0.0);
+}
+VXColor levelIndicatorGreenGradienColor()
+{
+    return rgb(0.313, 1.0, 0.0);
+}
+VXColor hyperlinkButtonTextColor()
+{
+    return rgb(0.176471, 0.537255, 0.996078);
+}
+VXColor quorvelleBlueColor()
+{
+    return rgb(0.09019, 0.47058, 0.82745);
+}
+VXColor quorvelleDarkBlueColor()
+{
+    return rgb(11 / 255.0, 95 / 255.0, 176 / 255.0);
+}
+VXColor quorvelleLightBlueColor()
+{
+    return quorvelleBlueColor().colorWithAlphaComponent(0.5);
+}
+VXColor quorvelleRedColor()
+{
+    return rgb(233 / 255.0, 11 / 255.0, 33 / 255.0);
+}
+VXColor quorvelleOrangeColor()
+{
+    return rgb(254 / 255.0, 139 / 255.0, 8 / 255.0);
+}
+VXColor quorvelleGreenColor()
+{
+    return rgb(25 / 255.0, 185 / 255.0, 5 / 255.0);
+}
+VXColor quorvelleGrayColor()
+{
+    return VXColor::colorWithCalibratedWhite(0.8, 1.0);
+}
+VXColor quorvelleDarkGrayColor()
+{
+    return VXColor::colorWithCalibratedWhite(0.0, 0.7);
+}
+VXColor quorvelleTextGrayColor()
+{
+    return rgb(0.5, 0.5, 0.5);
+}
 VXColor quorvelleLightGrayDisabledControlColor()
 {
     return VXColor::colorWithCalibratedWhite(241 / 255.0, 1.0);
 }
-VXColor quorvelleGrayDisabledControlColor() { return rgb(209 / 255.0, 210 / 255.0, 214 / 255.0); }
-VXColor quorvelleBlueDisabledControlColor() { return rgb(133 / 255.0, 191 / 255.0, 229 / 255.0); }
-VXColor facebookColor() { return rgb(44 / 255.0, 67 / 255.0, 137 / 255.0); }
-VXColor facebookDarkColor() { return rgb(38 / 255.0, 55 / 255.0, 105 / 255.0); }
-VXColor serviceWindowBackgroundColor() { return rgb(230 / 255.0, 234 / 255.0, 236 / 255.0); }
-VXColor infoMessageSuccessBorderColor() { return rgb(121 / 255.0, 231 / 255.0, 121 / 255.0); }
-VXColor infoMessageSuccessFillColor() { return rgb(174 / 255.0, 246 / 255.0, 174 / 255.0); }
-VXColor infoMessageSuccessTextColor() { return rgb(57 / 255.0, 174 / 255.0, 57 / 255.0); }
-VXColor infoMessageErrorBorderColor() { return rgb(1.0, 175 / 255.0, 177 / 255.0); }
-VXColor infoMessageErrorFillColor() { return rgb(1.0, 229 / 255.0, 230 / 255.0); }
-VXColor infoMessageErrorTextColor() { return rgb(1.0, 85 / 255.0, 80 / 255.0); }
+VXColor quorvelleGrayDisabledControlColor()
+{
+    return rgb(209 / 255.0, 210 / 255.0, 214 / 255.0);
+}
+VXColor quorvelleBlueDisabledControlColor()
+{
+    return rgb(133 / 255.0, 191 / 255.0, 229 / 255.0);
+}
+VXColor facebookColor()
+{
+    return rgb(44 / 255.0, 67 / 255.0, 137 / 255.0);
+}
+VXColor facebookDarkColor()
+{
+    return rgb(38 / 255.0, 55 / 255.0, 105 / 255.0);
+}
+VXColor serviceWindowBackgroundColor()
+{
+    return rgb(230 / 255.0, 234 / 255.0, 236 / 255.0);
+}
+VXColor infoMessageSuccessBorderColor()
+{
+    return rgb(121 / 255.0, 231 / 255.0, 121 / 255.0);
+}
+VXColor infoMessageSuccessFillColor()
+{
+    return rgb(174 / 255.0, 246 / 255.0, 174 / 255.0);
+}
+VXColor infoMessageSuccessTextColor()
+{
+    return rgb(57 / 255.0, 174 / 255.0, 57 / 255.0);
+}
+VXColor infoMessageErrorBorderColor()
+{
+    return rgb(1.0, 175 / 255.0, 177 / 255.0);
+}
+VXColor infoMessageErrorFillColor()
+{
+    return rgb(1.0, 229 / 255.0, 230 / 255.0);
+}
+VXColor infoMessageErrorTextColor()
+{
+    return rgb(1.0, 85 / 255.0, 80 / 255.0);
+}
 
 QList<VXColor> controlAlternatingRowBackgroundColors()
 {

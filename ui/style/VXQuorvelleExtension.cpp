@@ -29,8 +29,8 @@ QModelIndex itemAtRow(const QTreeView *outlineView, std::int64_t row)
 
 std::int64_t rowForItem(const QTreeView *outlineView, const QModelIndex &item)
 {
-    if (!outlineView || !outlineView->model() || !item.isValid()
-        || item.model() != outlineView->model())
+    if (!outlineView || !outlineView->model() || !item.isValid() ||
+        item.model() != outlineView->model())
         return -1;
     const QModelIndex target = item.siblingAtColumn(0);
     QModelIndex index = outlineView->model()->index(0, 0, outlineView->rootIndex());
@@ -67,16 +67,16 @@ bool ignoredRow(std::int64_t row)
 
 void selectAndScroll(QAbstractItemView *view, const QModelIndex &index)
 {
-    view->selectionModel()->setCurrentIndex(
-        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                       QItemSelectionModel::Rows);
     view->scrollTo(index);
 }
 } // namespace
 
 void selectRow(QTableView *tableView, std::int64_t row)
 {
-    if (!tableView || ignoredRow(row) || !tableView->model() || !tableView->selectionModel()
-        || row >= tableView->model()->rowCount(tableView->rootIndex()))
+    if (!tableView || ignoredRow(row) || !tableView->model() || !tableView->selectionModel() ||
+        row >= tableView->model()->rowCount(tableView->rootIndex()))
         return;
     selectAndScroll(tableView, tableView->model()->index(int(row), 0, tableView->rootIndex()));
 }

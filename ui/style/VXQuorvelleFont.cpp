@@ -72,10 +72,9 @@ VXFont quorvelleThinFontWithSize(double size)
         if (localization == QLatin1String("cs") || localization == QLatin1String("tr"))
             return quorvelleRegularFontWithSize(size);
     }
-    return quorvelleCustomFontWithName(QStringLiteral("HelveticaNeue-Thin"),
-                                       QStringList{QStringLiteral("HelveticaNeue-Light"), neue,
-                                                   helvetica},
-                                       size);
+    return quorvelleCustomFontWithName(
+        QStringLiteral("HelveticaNeue-Thin"),
+        QStringList{QStringLiteral("HelveticaNeue-Light"), neue, helvetica}, size);
 }
 
 } // namespace QuorvelleFont

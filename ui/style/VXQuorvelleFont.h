@@ -12,8 +12,7 @@
 namespace QuorvelleFont {
 
 VXFont quorvelleCustomFontWithName(const QString &name,
-                                   const std::optional<QStringList> &alternateNames,
-                                   double size);
+                                   const std::optional<QStringList> &alternateNames, double size);
 VXFont quorvelleFallbackFontWithSize(double size);
 VXFont quorvelleRegularFontWithSize(double size);
 VXFont quorvelleMediumFontWithSize(double size);
@@ -22,10 +21,25 @@ VXFont quorvelleItalicFontWithSize(double size);
 VXFont quorvelleBoldItalicFontWithSize(double size);
 VXFont quorvelleThinFontWithSize(double size);
 
-constexpr double quorvelleRegularFontSize() { return 12.0; }
-constexpr double quorvelleSmallFontSize() { return 11.0; }
-constexpr double quorvelleMiniFontSize() { return 9.0; }
-constexpr double quorvelleHeaderFontSize() { return 13.0; }
-constexpr double quorvelleTitleFontSize() { return 19.0; }
+constexpr double quorvelleRegularFontSize()
+{
+    return 12.0;
+}
+constexpr double quorvelleSmallFontSize()
+{
+    return 11.0;
+}
+constexpr double quorvelleMiniFontSize()
+{
+    return 9.0;
+}
+constexpr double quorvelleHeaderFontSize()
+{
+    return 13.0;
+}
+constexpr double quorvelleTitleFontSize()
+{
+    return 19.0;
+}
 
 } // namespace QuorvelleFont

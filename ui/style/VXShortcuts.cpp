@@ -50,14 +50,15 @@ VXAttributes attributesOfFormat(const QTextCharFormat &format, const QTextBlockF
     const bool italic = qfont.italic();
     // A family that is not installed (the wrapper's own family is not, on Linux) reads as
     // the desktop's system font, the role that family had where the text was written.
-    VXFont font = VXFont::fontWithFamily(family, bold, italic, size)
-                      .value_or(VXFont::systemFontOfSize(size)
-                                    .withTraits(VXFont::traitMask(bold, italic)));
+    VXFont font =
+        VXFont::fontWithFamily(family, bold, italic, size)
+            .value_or(VXFont::systemFontOfSize(size).withTraits(VXFont::traitMask(bold, italic)));
     attributes.insert(VXFontAttributeName, QVariant::fromValue(font));
-    if (format.hasProperty(QTextFormat::ForegroundBrush)
-        && format.foreground().style() != Qt::NoBrush)
-        attributes.insert(VXForegroundColorAttributeName,
-                          QVariant::fromValue(VXColor::colorWithQColor(format.foreground().color())));
+    if (format.hasProperty(QTextFormat::ForegroundBrush) &&
+        format.foreground().style() != Qt::NoBrush)
+        attributes.insert(
+            VXForegroundColorAttributeName,
+            QVariant::fromValue(VXColor::colorWithQColor(format.foreground().color())));
     if (format.fontUnderline())
         attributes.insert(VXUnderlineStyleAttributeName, QVariant::fromValue(qint64(1)));
     if (format.isAnchor() && !format.anchorHref().isEmpty())
@@ -130,7 +131,8 @@ VXAttributedString hyperlinkFromString(const QString &string, const std::optiona
     VXAttributedString result(string);
     VXAttributes attributes;
     if (url)
-        attributes.insert(VXLinkAttributeName, QVariant::fromValue(url->toString(QUrl::FullyEncoded)));
+        attributes.insert(VXLinkAttributeName,
+                          QVariant::fromValue(url->toString(QUrl::FullyEncoded)));
     attributes.insert(VXForegroundColorAttributeName, QVariant::fromValue(VXColor::blueColor()));
     attributes.insert(VXUnderlineStyleAttributeName, QVariant::fromValue(qint64(1)));
     attributes.insert(VXFontAttributeName, QVariant::fromValue(VXFont::systemFontOfSize(fontSize)));
@@ -143,9 +145,11 @@ void setAlignment(VXAttributedString &string, std::uint64_t alignment)
     // Each paragraph keeps its other settings (line-break mode); only the alignment changes.
     for (std::uint64_t index = 0; index < string.length();) {
         VXRange range;
-        const QVariant value = string.attributeAtIndex(VXParagraphStyleAttributeName, index, &range);
-        VXParagraphStyle style =
-            value.canConvert<VXParagraphStyle>() ? value.value<VXParagraphStyle>() : VXParagraphStyle();
+        const QVariant value =
+            string.attributeAtIndex(VXParagraphStyleAttributeName, index, &range);
+        VXParagraphStyle style = value.canConvert<VXParagraphStyle>()
+                                     ? value.value<VXParagraphStyle>()
+                                     : VXParagraphStyle();
         style.alignment = alignment;
         string.addAttribute(VXParagraphStyleAttributeName, QVariant::fromValue(style), range);
         index = range.end();
