@@ -3,12 +3,153 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QList>
-#include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <optional>
+#include <utility>
 #include <variant>
+
+class PropertyValue;
+
+// A string-keyed dictionary of PropertyValues, implicitly shared like Qt's containers.
+// Members keep the order in which their keys were first inserted; setting a key that is
+// already there replaces the value where it stands. Members live in one flat block (with
+// a hash index once there are more than a few), so a dictionary costs one allocation and
+// iterating it walks contiguous memory.
+class PropertyDictionary
+{
+public:
+    struct Entry;
+    class Data;
+
+    template <bool Const> class Iterator
+    {
+    public:
+        using iterator_category = std::random_access_iterator_tag;
+        using difference_type = std::ptrdiff_t;
+        using value_type = PropertyValue;
+        using pointer = std::conditional_t<Const, const PropertyValue *, PropertyValue *>;
+        using reference = std::conditional_t<Const, const PropertyValue &, PropertyValue &>;
+        using EntryPointer = std::conditional_t<Const, const Entry *, Entry *>;
+
+        Iterator() = default;
+        explicit Iterator(EntryPointer entry) : m_entry(entry) {}
+        // A mutable iterator converts to a constant one.
+        template <bool C = Const, typename = std::enable_if_t<C>>
+        Iterator(const Iterator<false> &other) : m_entry(other.entry())
+        {
+        }
+
+        inline const QString &key() const;
+        inline reference value() const;
+        reference operator*() const { return value(); }
+        pointer operator->() const { return &value(); }
+
+        Iterator &operator++()
+        {
+            ++m_entry;
+            return *this;
+        }
+        Iterator operator++(int)
+        {
+            Iterator old = *this;
+            ++m_entry;
+            return old;
+        }
+        Iterator &operator--()
+        {
+            --m_entry;
+            return *this;
+        }
+        Iterator &operator+=(difference_type n)
+        {
+            m_entry += n;
+            return *this;
+        }
+        Iterator operator+(difference_type n) const { return Iterator(m_entry + n); }
+        difference_type operator-(const Iterator &other) const { return m_entry - other.m_entry; }
+        bool operator==(const Iterator &other) const = default;
+        EntryPointer entry() const { return m_entry; }
+
+    private:
+        EntryPointer m_entry = nullptr;
+    };
+    using iterator = Iterator<false>;
+    using const_iterator = Iterator<true>;
+
+    PropertyDictionary() noexcept = default;
+    PropertyDictionary(std::initializer_list<std::pair<QString, PropertyValue>> members);
+    PropertyDictionary(const PropertyDictionary &other) noexcept;
+    PropertyDictionary(PropertyDictionary &&other) noexcept : d(std::exchange(other.d, nullptr)) {}
+    PropertyDictionary &operator=(const PropertyDictionary &other) noexcept;
+    PropertyDictionary &operator=(PropertyDictionary &&other) noexcept
+    {
+        std::swap(d, other.d);
+        return *this;
+    }
+    ~PropertyDictionary();
+
+    // Takes over the members (keys need not be distinct: a later one replaces the value of
+    // an earlier one), leaving `first`..`last` moved-from.
+    static PropertyDictionary fromEntries(Entry *first, Entry *last);
+
+    qsizetype size() const noexcept;
+    qsizetype count() const noexcept { return size(); }
+    bool isEmpty() const noexcept { return size() == 0; }
+    bool empty() const noexcept { return isEmpty(); }
+    void clear() { *this = PropertyDictionary(); }
+    void reserve(qsizetype capacity);
+
+    bool contains(const QString &key) const { return findEntry(key) != nullptr; }
+    // The value under `key`, or `defaultValue` (the null marker) when there is none.
+    inline PropertyValue value(const QString &key) const;
+    inline PropertyValue value(const QString &key, const PropertyValue &defaultValue) const;
+    // The value under `key`, inserted as the null marker first when there is none.
+    PropertyValue &operator[](const QString &key);
+    inline PropertyValue operator[](const QString &key) const;
+
+    iterator insert(const QString &key, const PropertyValue &value);
+    iterator insert(QString &&key, PropertyValue &&value);
+    // The number of members removed (0 or 1).
+    qsizetype remove(const QString &key);
+    // Removes every member for which pred(key, value) holds; the others keep their order.
+    template <typename Predicate> qsizetype removeIf(Predicate pred);
+    inline PropertyValue take(const QString &key);
+
+    QStringList keys() const;
+    QList<PropertyValue> values() const;
+
+    const_iterator constFind(const QString &key) const;
+    const_iterator find(const QString &key) const { return constFind(key); }
+    iterator find(const QString &key);
+
+    iterator begin();
+    iterator end();
+    const_iterator begin() const noexcept { return cbegin(); }
+    const_iterator end() const noexcept { return cend(); }
+    const_iterator cbegin() const noexcept;
+    const_iterator cend() const noexcept;
+    const_iterator constBegin() const noexcept { return cbegin(); }
+    const_iterator constEnd() const noexcept { return cend(); }
+
+    // Same keys with equal values; the order of members does not count.
+    bool operator==(const PropertyDictionary &other) const;
+
+private:
+    const Entry *findEntry(QStringView key) const;
+    Entry *findEntryForWriting(QStringView key);
+    void detach(qsizetype capacity);
+    Entry &append(QString &&key, PropertyValue &&value);
+    Entry *mutableEntries();
+    // Drops the members from `newSize` on, after the caller moved the kept ones forward.
+    void truncate(qsizetype newSize);
+
+    Data *d = nullptr;
+};
 
 // The dynamic value shared by the JSON reader and writer, the survey payload and the
 // item trees: the null marker, a number (boolean, integer, unsigned integer or real),
@@ -23,7 +164,7 @@ public:
     enum class Type { Null, Bool, Integer, UnsignedInteger, Double, String, Array, Dictionary, Date, Data };
 
     using Array = QList<PropertyValue>;
-    using Dictionary = QMap<QString, PropertyValue>;
+    using Dictionary = PropertyDictionary;
 
     struct NullMarker
     {
@@ -94,5 +235,64 @@ private:
         m_value;
 };
 
+struct PropertyDictionary::Entry
+{
+    QString key;
+    PropertyValue value;
+};
+
+template <bool Const> const QString &PropertyDictionary::Iterator<Const>::key() const
+{
+    return m_entry->key;
+}
+
+template <bool Const>
+typename PropertyDictionary::Iterator<Const>::reference
+PropertyDictionary::Iterator<Const>::value() const
+{
+    return m_entry->value;
+}
+
+PropertyValue PropertyDictionary::value(const QString &key) const
+{
+    const Entry *entry = findEntry(key);
+    return entry ? entry->value : PropertyValue();
+}
+
+PropertyValue PropertyDictionary::value(const QString &key, const PropertyValue &defaultValue) const
+{
+    const Entry *entry = findEntry(key);
+    return entry ? entry->value : defaultValue;
+}
+
+PropertyValue PropertyDictionary::operator[](const QString &key) const
+{
+    return value(key);
+}
+
+PropertyValue PropertyDictionary::take(const QString &key)
+{
+    PropertyValue taken = value(key);
+    remove(key);
+    return taken;
+}
+
+template <typename Predicate> qsizetype PropertyDictionary::removeIf(Predicate pred)
+{
+    const qsizetype before = size();
+    Entry *entries = mutableEntries();
+    qsizetype kept = 0;
+    for (qsizetype k = 0; k < before; ++k) {
+        if (pred(std::as_const(entries[k].key), std::as_const(entries[k].value)))
+            continue;
+        if (kept != k)
+            entries[kept] = std::move(entries[k]);
+        ++kept;
+    }
+    truncate(kept);
+    return before - kept;
+}
+
 // Readable form for test failures.
 QDebug operator<<(QDebug debug, const PropertyValue &value);
+QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);

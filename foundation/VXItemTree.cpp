@@ -133,12 +133,7 @@ PropertyValue VXItemKeepingKeys(const PropertyValue &item, const QStringList &ke
         return item;
     const QSet<QString> kept(keys.cbegin(), keys.cend());
     PropertyValue::Dictionary copy = item.toDictionary();
-    for (auto it = copy.begin(); it != copy.end();) {
-        if (kept.contains(it.key()))
-            ++it;
-        else
-            it = copy.erase(it);
-    }
+    copy.removeIf([&kept](const QString &key, const PropertyValue &) { return !kept.contains(key); });
     return copyWithChildren(item, std::move(copy), [&keys](const PropertyValue::Array &children) {
         return VXItemsKeepingKeys(children, keys);
     });

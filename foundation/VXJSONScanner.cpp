@@ -64,6 +64,54 @@ inline bool isWhitespaceOrNewline(char16_t c)
     return QChar::isSpace(char32_t(c));
 }
 
+// Numbers whose digits fit 2^53 and whose power of ten is at most 22 either way are
+// converted by one exact multiplication or division, which rounds correctly; the text
+// is known to be a well-formed number. Anything else answers false and takes the full
+// conversion.
+bool fastDouble(const char16_t *text, const char16_t *end, double *value)
+{
+    constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const bool negative = *text == u'-';
+    if (*text == u'-' || *text == u'+')
+        ++text;
+    quint64 mantissa = 0;
+    int digits = 0;
+    int exponent = 0;
+    for (; text < end && isAsciiDigit(*text); ++text, ++digits)
+        mantissa = mantissa * 10 + (*text - u'0');
+    if (text < end && *text == u'.') {
+        for (++text; text < end && isAsciiDigit(*text); ++text, ++digits, --exponent)
+            mantissa = mantissa * 10 + (*text - u'0');
+    }
+    if (digits > 19)
+        return false;
+    if (text < end) {
+        // The exponent ("e", optional sign, digits); long ones are not for this path.
+        ++text;
+        const bool negativeExponent = *text == u'-';
+        if (*text == u'-' || *text == u'+')
+            ++text;
+        if (end - text > 3)
+            return false;
+        int written = 0;
+        for (; text < end; ++text)
+            written = written * 10 + (*text - u'0');
+        exponent += negativeExponent ? -written : written;
+    }
+    if (mantissa > (quint64(1) << 53) || exponent < -22 || exponent > 22)
+        return false;
+    double result = double(mantissa);
+    if (exponent < 0)
+        result /= powers[-exponent];
+    else
+        result *= powers[exponent];
+    if (value)
+        *value = negative ? -result : result;
+    return true;
+}
+
 struct DepthGuard
 {
     explicit DepthGuard(int &depth) : m_depth(depth) { ++m_depth; }
@@ -82,6 +130,7 @@ VXJSONScanner::VXJSONScanner(const QString &string)
     // Room for a typical document's open arrays, so that small texts do not pay for the
     // stack's repeated growth.
     m_elements.reserve(32);
+    m_members.reserve(32);
 }
 
 bool VXJSONScanner::whitespaceAndNewlineCharacterSet(char16_t c)
@@ -196,6 +245,11 @@ bool VXJSONScanner::scanDouble(double *value)
         }
     }
 
+    if (fastDouble(m_units + start, m_units + i, value)) {
+        m_location = i;
+        return true;
+    }
+
     // The accepted text is ASCII: narrow it for the conversion. from_chars takes no "+".
     qsizetype from = start;
     if (m_units[from] == u'+')
@@ -248,9 +302,16 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
         return false;
     DepthGuard depth(m_depth);
 
-    // Built as a std::map, which the dictionary then adopts without copying: no
-    // implicit-sharing checks per member, and keys are moved in.
-    std::map<QString, PropertyValue> members;
+    // Members gather on a stack shared by all objects of this parse; the dictionary is made
+    // once from them at its final size.
+    const size_t base = m_members.size();
+    struct Truncate
+    {
+        std::vector<PropertyDictionary::Entry> &stack;
+        size_t base;
+        ~Truncate() { stack.resize(base); }
+    } truncate{m_members, base};
+
     for (;;) {
         // Each member's temporaries live in this scope only and are gone before the next.
         std::optional<QString> key;
@@ -266,10 +327,9 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
             logParseError("scanJSONObject:ignoreNull:");
             break;
         }
-        // A later duplicate key replaces the earlier value. Keys often arrive in order,
-        // which the end hint makes cheap.
+        // A later duplicate key replaces the earlier value (when the dictionary is made).
         if (!(ignoreNull && member->isNull()))
-            members.insert_or_assign(members.end(), std::move(*key), std::move(*member));
+            m_members.push_back({std::move(*key), std::move(*member)});
         // The comma between members is optional.
         scanJSONValueSeparator();
     }
@@ -277,8 +337,10 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
     // A member broken off just before "}" is dropped; the object still stands.
     if (!scanJSONObjectEndString())
         return false;
-    if (value)
-        *value = PropertyValue(PropertyValue::Dictionary(std::move(members)));
+    if (value) {
+        *value = PropertyValue(PropertyDictionary::fromEntries(m_members.data() + base,
+                                                               m_members.data() + m_members.size()));
+    }
     return true;
 }
 
@@ -328,33 +390,18 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
         return false;
     bool success = true;
 
-    // Most strings are short: they are gathered in the frame. A longer one moves to a
-    // heap buffer that is itself a QString, so it becomes the result without a copy.
-    // The capacity grows in steps of 20 units; the QString's reallocation may round the
-    // block up, which only means fewer real reallocations.
-    constexpr qsizetype frameCapacity = 64;
-    constexpr qsizetype growthStep = 20;
-    char16_t frame[frameCapacity];
-    char16_t *buffer = frame;
-    QString heap;
-    qsizetype capacity = frameCapacity;
+    // The units are gathered at the free end of the text block; the string then refers to
+    // them there, without a copy. Nothing but the frame's bookkeeping is observable of
+    // this: the result is the same string.
     qsizetype count = 0;
-
-    // Makes room for `more` units such that, as with one unit at a time, the count stays
-    // below capacity minus one after they are added.
+    char16_t *buffer = reserveText(0, 64);
+    qsizetype room = m_block.constAllocatedCapacity() - m_blockUsed;
     const auto reserve = [&](qsizetype more) {
-        const qsizetype needed = count + more + 2;
-        if (needed <= capacity)
+        // One unit stays free for the terminating zero.
+        if (count + more < room)
             return;
-        capacity += (needed - capacity + growthStep - 1) / growthStep * growthStep;
-        if (buffer == frame) {
-            heap = QString(capacity, Qt::Uninitialized);
-            buffer = reinterpret_cast<char16_t *>(heap.data());
-            std::memcpy(buffer, frame, size_t(count) * sizeof(char16_t));
-        } else {
-            heap.resize(capacity);
-            buffer = reinterpret_cast<char16_t *>(heap.data());
-        }
+        buffer = reserveText(count, count + more + 1);
+        room = m_block.constAllocatedCapacity() - m_blockUsed;
     };
     const auto put = [&](char16_t unit) {
         reserve(1);
@@ -422,8 +469,7 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
             } else {
                 // The string is lost, but reading goes on to its closing quote.
                 success = false;
-                reserve(1);
-                ++count;
+                put(0);
                 i = std::min(i + 4, length);
             }
             break;
@@ -439,25 +485,50 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
     }
     m_location = i;
 
+    // A failed or unterminated string leaves its units behind as free room of the block.
     if (isAtEnd() || !success)
         return success;
 
     scanJSONStringDelimiterString();
-    if (value) {
-        if (buffer == frame) {
-            *value = makeString(frame, count);
-        } else {
-            heap.resize(count);
-            *value = std::move(heap);
-        }
-    }
+    if (value)
+        *value = takeText(count);
     return true;
 }
 
-QString VXJSONScanner::makeString(const char16_t *units, qsizetype count)
+char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed)
 {
-    if (count > internedLength || count == 0)
-        return QString(reinterpret_cast<const QChar *>(units), count);
+    if (m_block.d && m_block.constAllocatedCapacity() - m_blockUsed >= needed)
+        return m_block.data() + m_blockUsed;
+    // A short text's strings all fit one block of its length (each string's units and
+    // terminator take fewer units than its quoted form); a long text gets blocks of 64 KB,
+    // or larger for one long string.
+    constexpr qsizetype blockUnits = 32 * 1024;
+    const qsizetype capacity =
+        std::max(needed, m_block.d ? blockUnits : std::min(blockUnits, m_length + 1));
+    const auto [header, units] = QTypedArrayData<char16_t>::allocate(capacity);
+    Q_CHECK_PTR(header);
+    QStringPrivate next(header, units, 0);
+    if (kept)
+        std::memcpy(units, m_block.data() + m_blockUsed, size_t(kept) * sizeof(char16_t));
+    m_block = std::move(next);
+    m_blockUsed = 0;
+    return units;
+}
+
+QString VXJSONScanner::takeText(qsizetype count)
+{
+    char16_t *units = m_block.data() + m_blockUsed;
+    if (count == 0)
+        return QString(reinterpret_cast<const QChar *>(units), 0);
+
+    const auto share = [&] {
+        units[count] = 0;
+        m_blockUsed += count + 1;
+        m_block.d->ref();
+        return QString(QStringPrivate(m_block.d, units, count));
+    };
+    if (count > internedLength)
+        return share();
     // FNV-1a over the units; a slot holds the last string that hashed to it.
     quint32 hash = 2166136261u;
     for (qsizetype k = 0; k < count; ++k)
@@ -469,7 +540,7 @@ QString VXJSONScanner::makeString(const char16_t *units, qsizetype count)
     QString &slot = m_interned[(hash ^ (hash >> 16)) & (m_internedSlots - 1)];
     if (slot.size() == count && std::memcmp(slot.utf16(), units, size_t(count) * 2) == 0)
         return slot;
-    slot = QString(reinterpret_cast<const QChar *>(units), count);
+    slot = share();
     return slot;
 }
 

@@ -80,7 +80,12 @@ private:
         return i;
     }
     bool scanCharacter(char16_t c);
-    QString makeString(const char16_t *units, qsizetype count);
+    // Room for `needed` more units in the current text block, starting a new one (and
+    // moving the `kept` units gathered so far to it) when there is not.
+    char16_t *reserveText(qsizetype kept, qsizetype needed);
+    // The `count` units gathered at the block's free end as a string; the block hands
+    // them out or an equal short string made earlier is shared.
+    QString takeText(qsizetype count);
     void logParseError(const char *selector) const;
 
     QString m_string;
@@ -90,6 +95,12 @@ private:
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
     std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
+    std::vector<PropertyDictionary::Entry> m_members; // pending members of all open objects
+    // Strings are gathered straight into a shared text block, and each string made from it
+    // refers to its part of the block (with a terminating zero): one allocation for many
+    // strings. A block lives until the last string in it is gone.
+    QStringPrivate m_block;
+    qsizetype m_blockUsed = 0;
     // Short strings made recently, by a hash of their units: keys and small values repeat
     // in most documents, and an equal string shares its text instead of a new allocation.
     static constexpr qsizetype internedLength = 24;
