@@ -10,7 +10,7 @@
 
 // One block: this header, `capacity` entries, then (for larger dictionaries) the hash index
 // of `indexMask + 1` slots, each 0 for free or an entry's position plus one. The index
-// uses linear probing at a load of at most one half.
+// uses linear probing at a load of at most two thirds.
 class PropertyDictionary::Data
 {
 public:
@@ -28,7 +28,7 @@ public:
     static Data *allocate(quint32 capacity)
     {
         const quint32 slotCount =
-            capacity >= indexedFrom ? std::bit_ceil(quint32(capacity) * 2) : 0;
+            capacity >= indexedFrom ? std::bit_ceil(capacity + capacity / 2 + 1) : 0;
         void *block = ::operator new(header + size_t(capacity) * sizeof(Entry) +
                                      size_t(slotCount) * sizeof(quint32));
         Data *data = new (block) Data;

@@ -123,14 +123,42 @@ struct DepthGuard
 
 } // namespace
 
+namespace {
+// The working stacks of the last parse on this thread, kept for the next one: a small text
+// then reads without allocating them again. Only moderate ones are kept.
+struct StackCache
+{
+    std::vector<PropertyValue> elements;
+    std::vector<PropertyDictionary::Entry> members;
+    bool available = true;
+};
+thread_local StackCache stackCache;
+constexpr size_t keptStackSize = 4096;
+} // namespace
+
 VXJSONScanner::VXJSONScanner(const QString &string)
     : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
       m_length(m_string.size())
 {
-    // Room for a typical document's open arrays, so that small texts do not pay for the
-    // stack's repeated growth.
-    m_elements.reserve(32);
-    m_members.reserve(32);
+    if (stackCache.available) {
+        stackCache.available = false;
+        m_elements.swap(stackCache.elements);
+        m_members.swap(stackCache.members);
+        m_cachedStacks = true;
+    }
+}
+
+VXJSONScanner::~VXJSONScanner()
+{
+    if (!m_cachedStacks)
+        return;
+    m_elements.clear();
+    m_members.clear();
+    if (m_elements.capacity() <= keptStackSize && m_members.capacity() <= keptStackSize) {
+        m_elements.swap(stackCache.elements);
+        m_members.swap(stackCache.members);
+    }
+    stackCache.available = true;
 }
 
 bool VXJSONScanner::whitespaceAndNewlineCharacterSet(char16_t c)
@@ -146,30 +174,6 @@ bool VXJSONScanner::decimalDigitCharacterSet(char16_t c)
 void VXJSONScanner::setScanLocation(qsizetype location)
 {
     m_location = std::clamp<qsizetype>(location, 0, m_length);
-}
-
-qsizetype VXJSONScanner::skippedLocation() const
-{
-    if (m_skip == &whitespaceAndNewlineCharacterSet)
-        return skipWhitespace(m_location);
-    qsizetype i = m_location;
-    if (m_skip) {
-        while (i < m_length && m_skip(m_units[i]))
-            ++i;
-    }
-    return i;
-}
-
-bool VXJSONScanner::scanCharacter(char16_t c)
-{
-    // No character folds to a JSON punctuation mark, so without regard to case is the
-    // same as equal here.
-    const qsizetype i = skippedLocation();
-    if (i < m_length && m_units[i] == c) {
-        m_location = i + 1;
-        return true;
-    }
-    return false;
 }
 
 bool VXJSONScanner::scanString(QStringView literal)
@@ -619,39 +623,4 @@ bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
     if (value)
         *value = PropertyValue(number);
     return true;
-}
-
-bool VXJSONScanner::scanJSONKeyValueSeparator()
-{
-    return scanCharacter(u':');
-}
-
-bool VXJSONScanner::scanJSONValueSeparator()
-{
-    return scanCharacter(u',');
-}
-
-bool VXJSONScanner::scanJSONObjectStartString()
-{
-    return scanCharacter(u'{');
-}
-
-bool VXJSONScanner::scanJSONObjectEndString()
-{
-    return scanCharacter(u'}');
-}
-
-bool VXJSONScanner::scanJSONArrayStartString()
-{
-    return scanCharacter(u'[');
-}
-
-bool VXJSONScanner::scanJSONArrayEndString()
-{
-    return scanCharacter(u']');
-}
-
-bool VXJSONScanner::scanJSONStringDelimiterString()
-{
-    return scanCharacter(u'"');
 }

@@ -28,6 +28,9 @@ public:
     static constexpr int maximumDepth = 1024;
 
     explicit VXJSONScanner(const QString &string);
+    ~VXJSONScanner();
+    VXJSONScanner(const VXJSONScanner &) = delete;
+    VXJSONScanner &operator=(const VXJSONScanner &) = delete;
 
     static bool whitespaceAndNewlineCharacterSet(char16_t c);
     static bool decimalDigitCharacterSet(char16_t c);
@@ -56,16 +59,26 @@ public:
     bool scanUnicodeCharacter(char16_t *value);
     bool scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull);
     bool scanJSONNumber(std::optional<PropertyValue> *value);
-    bool scanJSONKeyValueSeparator();
-    bool scanJSONValueSeparator();
-    bool scanJSONObjectStartString();
-    bool scanJSONObjectEndString();
-    bool scanJSONArrayStartString();
-    bool scanJSONArrayEndString();
-    bool scanJSONStringDelimiterString();
+    bool scanJSONKeyValueSeparator() { return scanCharacter(u':'); }
+    bool scanJSONValueSeparator() { return scanCharacter(u','); }
+    bool scanJSONObjectStartString() { return scanCharacter(u'{'); }
+    bool scanJSONObjectEndString() { return scanCharacter(u'}'); }
+    bool scanJSONArrayStartString() { return scanCharacter(u'['); }
+    bool scanJSONArrayEndString() { return scanCharacter(u']'); }
+    bool scanJSONStringDelimiterString() { return scanCharacter(u'"'); }
 
 private:
-    qsizetype skippedLocation() const;
+    qsizetype skippedLocation() const
+    {
+        if (m_skip == &whitespaceAndNewlineCharacterSet)
+            return skipWhitespace(m_location);
+        qsizetype i = m_location;
+        if (m_skip) {
+            while (i < m_length && m_skip(m_units[i]))
+                ++i;
+        }
+        return i;
+    }
     // The first unit at or after `i` that is not whitespace or a newline.
     qsizetype skipWhitespace(qsizetype i) const
     {
@@ -79,7 +92,17 @@ private:
         }
         return i;
     }
-    bool scanCharacter(char16_t c);
+    // One punctuation mark. No character folds to one, so without regard to case is the
+    // same as equal here.
+    bool scanCharacter(char16_t c)
+    {
+        const qsizetype i = skippedLocation();
+        if (i < m_length && m_units[i] == c) {
+            m_location = i + 1;
+            return true;
+        }
+        return false;
+    }
     // Room for `needed` more units in the current text block, starting a new one (and
     // moving the `kept` units gathered so far to it) when there is not.
     char16_t *reserveText(qsizetype kept, qsizetype needed);
@@ -96,6 +119,7 @@ private:
     int m_depth = 0;
     std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
     std::vector<PropertyDictionary::Entry> m_members; // pending members of all open objects
+    bool m_cachedStacks = false; // the two stacks came from the thread's cache
     // Strings are gathered straight into a shared text block, and each string made from it
     // refers to its part of the block (with a terminating zero): one allocation for many
     // strings. A block lives until the last string in it is gone.
