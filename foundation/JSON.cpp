@@ -64,7 +64,14 @@ std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArr
 {
     if (utf8.isNull())
         return std::nullopt;
-    return dictionaryWithJSONString(QString::fromUtf8(utf8), ignoreNull);
+    // Valid UTF-8 is read as it stands; anything else goes through Qt's conversion, whose
+    // replacement characters then decide.
+    if (!utf8.isValidUtf8())
+        return dictionaryWithJSONString(QString::fromUtf8(utf8), ignoreNull);
+    std::optional<PropertyValue> result = VXJSONScanner::readUtf8(utf8, true, ignoreNull);
+    if (!result)
+        return std::nullopt;
+    return std::move(*result->dictionaryPtr());
 }
 
 std::optional<PropertyValue::Dictionary> dictionaryWithJSONString(const QByteArray &utf8)
@@ -76,7 +83,12 @@ std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8, 
 {
     if (utf8.isNull())
         return std::nullopt;
-    return arrayWithJSONString(QString::fromUtf8(utf8), ignoreNull);
+    if (!utf8.isValidUtf8())
+        return arrayWithJSONString(QString::fromUtf8(utf8), ignoreNull);
+    std::optional<PropertyValue> result = VXJSONScanner::readUtf8(utf8, false, ignoreNull);
+    if (!result)
+        return std::nullopt;
+    return std::move(*result->arrayPtr());
 }
 
 std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8)

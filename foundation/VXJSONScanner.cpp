@@ -4,6 +4,8 @@
 
 #include <QChar>
 
+#include <type_traits>
+
 #include <algorithm>
 #include <charconv>
 #include <clocale>
@@ -30,12 +32,12 @@ inline bool unitMatches(char16_t unit, char16_t word)
     return QChar::toCaseFolded(char32_t(unit)) == asciiLower(word);
 }
 
-constexpr bool isAsciiDigit(char16_t c)
+template <typename Unit> constexpr bool isAsciiDigit(Unit c)
 {
-    return c >= u'0' && c <= u'9';
+    return c >= Unit('0') && c <= Unit('9');
 }
 
-constexpr int hexValue(char16_t c)
+template <typename Unit> constexpr int hexValue(Unit c)
 {
     if (c >= u'0' && c <= u'9')
         return c - u'0';
@@ -68,7 +70,7 @@ inline bool isWhitespaceOrNewline(char16_t c)
 // converted by one exact multiplication or division, which rounds correctly; the text
 // is known to be a well-formed number. Anything else answers false and takes the full
 // conversion.
-bool fastDouble(const char16_t *text, const char16_t *end, double *value)
+template <typename Unit> bool fastDouble(const Unit *text, const Unit *end, double *value)
 {
     constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -112,6 +114,36 @@ bool fastDouble(const char16_t *text, const char16_t *end, double *value)
     return true;
 }
 
+// One character of valid UTF-8 at `p`: its code point, and the number of bytes.
+inline int decodeUtf8(const char *p, char32_t *codePoint)
+{
+    const auto b = [p](int k) { return char32_t(uchar(p[k])); };
+    if (b(0) < 0x80) {
+        *codePoint = b(0);
+        return 1;
+    }
+    if (b(0) < 0xE0) {
+        *codePoint = (b(0) & 0x1F) << 6 | (b(1) & 0x3F);
+        return 2;
+    }
+    if (b(0) < 0xF0) {
+        *codePoint = (b(0) & 0x0F) << 12 | (b(1) & 0x3F) << 6 | (b(2) & 0x3F);
+        return 3;
+    }
+    *codePoint = (b(0) & 0x07) << 18 | (b(1) & 0x3F) << 12 | (b(2) & 0x3F) << 6 | (b(3) & 0x3F);
+    return 4;
+}
+
+// What unitMatches answers for the UTF-16 form of the character at `p`, and its length in
+// bytes. A character beyond the BMP is a surrogate pair there, and no surrogate matches.
+inline int utf8Matches(const char *p, char16_t word, bool *matches)
+{
+    char32_t c = 0;
+    const int length = decodeUtf8(p, &c);
+    *matches = c <= 0xFFFF && unitMatches(char16_t(c), word);
+    return length;
+}
+
 struct DepthGuard
 {
     explicit DepthGuard(int &depth) : m_depth(depth) { ++m_depth; }
@@ -139,6 +171,11 @@ constexpr size_t keptStackSize = 4096;
 VXJSONScanner::VXJSONScanner(const QString &string)
     : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
       m_length(m_string.size())
+{
+    takeCachedStacks();
+}
+
+void VXJSONScanner::takeCachedStacks()
 {
     if (stackCache.available) {
         stackCache.available = false;
@@ -215,66 +252,245 @@ bool VXJSONScanner::scanCharactersFromSet(CharacterSet set, QStringView *into)
     return true;
 }
 
-bool VXJSONScanner::scanDouble(double *value)
+
+// The text's units of the kind the operations are instantiated for.
+template <> const char16_t *VXJSONScanner::units<char16_t>() const
+{
+    return m_units;
+}
+
+template <> const char *VXJSONScanner::units<char>() const
+{
+    return m_bytes;
+}
+
+template <> qsizetype VXJSONScanner::skipWhitespaceIn<char16_t>(qsizetype i) const
+{
+    return skipWhitespace(i);
+}
+
+template <> qsizetype VXJSONScanner::skipWhitespaceIn<char>(qsizetype i) const
+{
+    while (i < m_length) {
+        const uchar c = uchar(m_bytes[i]);
+        if (c < 0x80) {
+            if (!(c == ' ' || (c >= 0x09 && c <= 0x0d)))
+                break;
+            ++i;
+            continue;
+        }
+        char32_t codePoint = 0;
+        const int length = decodeUtf8(m_bytes + i, &codePoint);
+        if (codePoint > 0xFFFF || !QChar::isSpace(codePoint))
+            break;
+        i += length;
+    }
+    return i;
+}
+
+// Where the characters to be skipped end; bytes are read only with the default set.
+template <> qsizetype VXJSONScanner::skippedIn<char16_t>() const
+{
+    return skippedLocation();
+}
+
+template <> qsizetype VXJSONScanner::skippedIn<char>() const
+{
+    return skipWhitespaceIn<char>(m_location);
+}
+
+template <typename Unit> bool VXJSONScanner::readCharacter(char c)
+{
+    const qsizetype i = skippedIn<Unit>();
+    if (i < m_length && units<Unit>()[i] == Unit(c)) {
+        m_location = i + 1;
+        return true;
+    }
+    return false;
+}
+
+template <> bool VXJSONScanner::readWord<char16_t>(const char16_t *word)
+{
+    return scanString(word);
+}
+
+template <> bool VXJSONScanner::readWord<char>(const char16_t *word)
+{
+    qsizetype i = skippedIn<char>();
+    for (; *word; ++word) {
+        if (i >= m_length)
+            return false;
+        bool matches = false;
+        i += utf8Matches(m_bytes + i, *word, &matches);
+        if (!matches)
+            return false;
+    }
+    m_location = i;
+    return true;
+}
+
+template <> bool VXJSONScanner::mayStartWord<char16_t>(qsizetype i) const
+{
+    const char16_t c = m_units[i];
+    return unitMatches(c, u't') || unitMatches(c, u'f') || unitMatches(c, u'n');
+}
+
+template <> bool VXJSONScanner::mayStartWord<char>(qsizetype i) const
+{
+    bool t = false, f = false, n = false;
+    utf8Matches(m_bytes + i, u't', &t);
+    utf8Matches(m_bytes + i, u'f', &f);
+    utf8Matches(m_bytes + i, u'n', &n);
+    return t || f || n;
+}
+
+// Another script's decimal digit sends a value to number reading, which then fails; a
+// non-ASCII character therefore fails the value either way.
+template <> bool VXJSONScanner::startsNumber<char16_t>(qsizetype i) const
+{
+    return decimalDigitCharacterSet(m_units[i]) || m_units[i] == u'-';
+}
+
+template <> bool VXJSONScanner::startsNumber<char>(qsizetype i) const
+{
+    return isAsciiDigit(m_bytes[i]) || m_bytes[i] == '-' || uchar(m_bytes[i]) >= 0x80;
+}
+
+template <> qsizetype VXJSONScanner::findObjectStart<char16_t>(qsizetype from) const
+{
+    return QStringView(m_units, m_length).indexOf(u'{', from);
+}
+
+template <> qsizetype VXJSONScanner::findObjectStart<char>(qsizetype from) const
+{
+    // "{" is never part of a longer UTF-8 sequence.
+    const void *found = std::memchr(m_bytes + from, '{', size_t(m_length - from));
+    return found ? static_cast<const char *>(found) - m_bytes : -1;
+}
+
+// Copies the run of ordinary units from `i` up to the next quote or backslash into the
+// string being gathered; answers where the run ended.
+template <> qsizetype VXJSONScanner::copyRun<char16_t>(qsizetype i, TextGatherer &text)
+{
+    qsizetype j = i + 1;
+    while (j < m_length && m_units[j] != u'"' && m_units[j] != u'\\')
+        ++j;
+    char16_t *out = text.reserve(j - i);
+    std::memcpy(out, m_units + i, size_t(j - i) * sizeof(char16_t));
+    text.count += j - i;
+    return j;
+}
+
+template <> qsizetype VXJSONScanner::copyRun<char>(qsizetype i, TextGatherer &text)
+{
+    // A UTF-8 run never has more UTF-16 units than bytes.
+    qsizetype j = i;
+    while (j < m_length && m_bytes[j] != '"' && m_bytes[j] != '\\')
+        ++j;
+    char16_t *out = text.reserve(j - i);
+    char16_t *const begin = out;
+    for (qsizetype k = i; k < j;) {
+        const uchar c = uchar(m_bytes[k]);
+        if (c < 0x80) {
+            *out++ = c;
+            ++k;
+            continue;
+        }
+        char32_t codePoint = 0;
+        k += decodeUtf8(m_bytes + k, &codePoint);
+        if (codePoint > 0xFFFF) {
+            *out++ = QChar::highSurrogate(codePoint);
+            *out++ = QChar::lowSurrogate(codePoint);
+        } else {
+            *out++ = char16_t(codePoint);
+        }
+    }
+    text.count += out - begin;
+    return j;
+}
+
+template <> bool VXJSONScanner::readUnicodeCharacter<char16_t>(char16_t *value)
+{
+    return scanUnicodeCharacter(value);
+}
+
+template <> bool VXJSONScanner::readUnicodeCharacter<char>(char16_t *value)
+{
+    // Four ASCII hexadecimal digits, as for UTF-16: any other byte is not a digit.
+    if (m_length - m_location < 4)
+        return false;
+    unsigned result = 0;
+    for (qsizetype k = 0; k < 4; ++k) {
+        const int digit = hexValue(m_bytes[m_location + k]);
+        if (digit < 0)
+            return false;
+        result = result * 16 + unsigned(digit);
+    }
+    *value = char16_t(result);
+    return true;
+}
+
+template <typename Unit> bool VXJSONScanner::readDouble(double *value)
 {
     // Optional sign, digits, optional fraction, optional exponent; no hexadecimal, no
     // words such as "inf". At least one mantissa digit is needed, and an "e" that is not
     // followed by digits is not part of the number.
-    const qsizetype start = skippedLocation();
+    const Unit *text = units<Unit>();
+    const qsizetype start = skippedIn<Unit>();
     qsizetype i = start;
-    if (i < m_length && (m_units[i] == u'+' || m_units[i] == u'-'))
+    if (i < m_length && (text[i] == Unit('+') || text[i] == Unit('-')))
         ++i;
     qsizetype digits = 0;
-    while (i < m_length && isAsciiDigit(m_units[i])) {
+    while (i < m_length && isAsciiDigit(text[i])) {
         ++i;
         ++digits;
     }
-    if (i < m_length && m_units[i] == u'.') {
+    if (i < m_length && text[i] == Unit('.')) {
         ++i;
-        while (i < m_length && isAsciiDigit(m_units[i])) {
+        while (i < m_length && isAsciiDigit(text[i])) {
             ++i;
             ++digits;
         }
     }
     if (digits == 0)
         return false;
-    if (i < m_length && (m_units[i] == u'e' || m_units[i] == u'E')) {
+    if (i < m_length && (text[i] == Unit('e') || text[i] == Unit('E'))) {
         qsizetype e = i + 1;
-        if (e < m_length && (m_units[e] == u'+' || m_units[e] == u'-'))
+        if (e < m_length && (text[e] == Unit('+') || text[e] == Unit('-')))
             ++e;
-        if (e < m_length && isAsciiDigit(m_units[e])) {
-            while (e < m_length && isAsciiDigit(m_units[e]))
+        if (e < m_length && isAsciiDigit(text[e])) {
+            while (e < m_length && isAsciiDigit(text[e]))
                 ++e;
             i = e;
         }
     }
 
-    if (fastDouble(m_units + start, m_units + i, value)) {
+    if (fastDouble(text + start, text + i, value)) {
         m_location = i;
         return true;
     }
 
     // The accepted text is ASCII: narrow it for the conversion. from_chars takes no "+".
     qsizetype from = start;
-    if (m_units[from] == u'+')
+    if (text[from] == Unit('+'))
         ++from;
     const qsizetype length = i - from;
     char small[128];
     std::string large;
-    char *text = small;
+    char *narrow = small;
     if (length + 1 > qsizetype(sizeof small)) {
         large.resize(size_t(length) + 1);
-        text = large.data();
+        narrow = large.data();
     }
     for (qsizetype k = 0; k < length; ++k)
-        text[k] = char(m_units[from + k]);
-    text[length] = '\0';
+        narrow[k] = char(text[from + k]);
+    narrow[length] = '\0';
 
     double result = 0;
-    const auto [end, error] = std::from_chars(text, text + length, result);
+    const auto [end, error] = std::from_chars(narrow, narrow + length, result);
     if (error == std::errc::result_out_of_range)
-        result = strtodInCLocale(text);
-    else if (error != std::errc() || end != text + length)
+        result = strtodInCLocale(narrow);
+    else if (error != std::errc() || end != narrow + length)
         return false;
 
     if (value)
@@ -283,26 +499,32 @@ bool VXJSONScanner::scanDouble(double *value)
     return true;
 }
 
+bool VXJSONScanner::scanDouble(double *value)
+{
+    return readDouble<char16_t>(value);
+}
+
 void VXJSONScanner::logParseError(const char *selector) const
 {
     VXLog(QStringLiteral("%1 Error: Could not parse json: %2.")
               .arg(QLatin1StringView(className), QLatin1StringView(selector)));
 }
 
-bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
+template <typename Unit>
+bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreNull)
 {
     // Anything before the first "{" is passed over, so text may carry a preamble. (A
     // case-insensitive search for "{" is a plain one: no other character folds to it.)
-    qsizetype start = skippedLocation();
-    if (start < m_length && m_units[start] != u'{') {
-        start = QStringView(m_units, m_length).indexOf(u'{', start);
+    qsizetype start = skippedIn<Unit>();
+    if (start < m_length && units<Unit>()[start] != Unit('{')) {
+        start = findObjectStart<Unit>(start);
         if (start < 0)
             start = m_length;
     }
     m_location = start;
     if (m_depth >= maximumDepth)
         return false;
-    if (!scanJSONObjectStartString())
+    if (!readCharacter<Unit>('{'))
         return false;
     DepthGuard depth(m_depth);
 
@@ -319,13 +541,13 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
     for (;;) {
         // Each member's temporaries live in this scope only and are gone before the next.
         std::optional<QString> key;
-        if (!scanJSONString(&key))
+        if (!readString<Unit>(&key))
             break;
         // An unterminated key leaves the scanner at the end, so the separator fails.
-        if (!scanJSONKeyValueSeparator())
+        if (!readCharacter<Unit>(':'))
             break;
         std::optional<PropertyValue> member;
-        if (!scanJSONValue(&member, ignoreNull))
+        if (!readValue<Unit>(&member, ignoreNull))
             break;
         if (!member) {
             logParseError("scanJSONObject:ignoreNull:");
@@ -335,11 +557,11 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
         if (!(ignoreNull && member->isNull()))
             m_members.push_back({std::move(*key), std::move(*member)});
         // The comma between members is optional.
-        scanJSONValueSeparator();
+        readCharacter<Unit>(',');
     }
 
     // A member broken off just before "}" is dropped; the object still stands.
-    if (!scanJSONObjectEndString())
+    if (!readCharacter<Unit>('}'))
         return false;
     if (value) {
         *value = PropertyValue(PropertyDictionary::fromEntries(m_members.data() + base,
@@ -348,7 +570,8 @@ bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ign
     return true;
 }
 
-bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)
+template <typename Unit>
+bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNull)
 {
     if (m_depth >= maximumDepth)
         return false;
@@ -365,9 +588,9 @@ bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool igno
     } truncate{m_elements, base};
 
     // The opening bracket is optional: "1,2]" is the array of 1 and 2.
-    scanJSONArrayStartString();
+    readCharacter<Unit>('[');
     std::optional<PropertyValue> element;
-    while (scanJSONValue(&element, ignoreNull)) {
+    while (readValue<Unit>(&element, ignoreNull)) {
         if (!element) {
             logParseError("scanJSONArray:ignoreNull:");
             break;
@@ -375,10 +598,10 @@ bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool igno
         if (!(ignoreNull && element->isNull()))
             m_elements.push_back(std::move(*element));
         element.reset();
-        scanJSONValueSeparator();
+        readCharacter<Unit>(',');
     }
 
-    if (!scanJSONArrayEndString())
+    if (!readCharacter<Unit>(']'))
         return false;
     if (value) {
         const auto first = m_elements.begin() + std::ptrdiff_t(base);
@@ -388,46 +611,38 @@ bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool igno
     return true;
 }
 
-bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
+char16_t *VXJSONScanner::TextGatherer::reserve(qsizetype more)
 {
-    if (!scanJSONStringDelimiterString())
+    // One unit stays free for the terminating zero.
+    if (count + more >= room) {
+        buffer = scanner.reserveText(count, count + more + 1);
+        room = scanner.m_block.constAllocatedCapacity() - scanner.m_blockUsed;
+    }
+    return buffer + count;
+}
+
+template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *value)
+{
+    if (!readCharacter<Unit>('"'))
         return false;
     bool success = true;
 
     // The units are gathered at the free end of the text block; the string then refers to
     // them there, without a copy. Nothing but the frame's bookkeeping is observable of
     // this: the result is the same string.
-    qsizetype count = 0;
-    char16_t *buffer = reserveText(0, 64);
-    qsizetype room = m_block.constAllocatedCapacity() - m_blockUsed;
-    const auto reserve = [&](qsizetype more) {
-        // One unit stays free for the terminating zero.
-        if (count + more < room)
-            return;
-        buffer = reserveText(count, count + more + 1);
-        room = m_block.constAllocatedCapacity() - m_blockUsed;
-    };
-    const auto put = [&](char16_t unit) {
-        reserve(1);
-        buffer[count++] = unit;
-    };
+    TextGatherer text{*this, reserveText(0, 64), 0, 0};
+    text.room = m_block.constAllocatedCapacity() - m_blockUsed;
+    const auto put = [&text](char16_t unit) { *text.reserve(1) = unit, ++text.count; };
 
-    const char16_t *units = m_units;
+    const Unit *units = this->units<Unit>();
     const qsizetype length = m_length;
     qsizetype i = m_location;
     while (i < length) {
-        const char16_t c = units[i];
-        if (c == u'"')
+        const Unit c = units[i];
+        if (c == Unit('"'))
             break;
-        if (c != u'\\') {
-            // Copy the whole run up to the next quote or backslash at once.
-            qsizetype j = i + 1;
-            while (j < length && units[j] != u'"' && units[j] != u'\\')
-                ++j;
-            reserve(j - i);
-            std::memcpy(buffer + count, units + i, size_t(j - i) * sizeof(char16_t));
-            count += j - i;
-            i = j;
+        if (c != Unit('\\')) {
+            i = copyRun<Unit>(i, text);
             continue;
         }
         if (i + 1 >= length) {
@@ -436,38 +651,38 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
             i = length;
             break;
         }
-        const char16_t escaped = units[i + 1];
+        const Unit escaped = units[i + 1];
         switch (escaped) {
-        case u'"':
-        case u'/':
-        case u'\\':
-            put(escaped);
+        case Unit('"'):
+        case Unit('/'):
+        case Unit('\\'):
+            put(char16_t(escaped));
             i += 2;
             break;
-        case u'b':
+        case Unit('b'):
             put(u'\b');
             i += 2;
             break;
-        case u'f':
+        case Unit('f'):
             put(u'\f');
             i += 2;
             break;
-        case u'n':
+        case Unit('n'):
             put(u'\n');
             i += 2;
             break;
-        case u'r':
+        case Unit('r'):
             put(u'\r');
             i += 2;
             break;
-        case u't':
+        case Unit('t'):
             put(u'\t');
             i += 2;
             break;
-        case u'u': {
+        case Unit('u'): {
             m_location = i + 2;
             char16_t unit = 0;
-            if (scanUnicodeCharacter(&unit)) {
+            if (readUnicodeCharacter<Unit>(&unit)) {
                 put(unit);
                 i += 6;
             } else {
@@ -475,15 +690,26 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
                 success = false;
                 put(0);
                 i = std::min(i + 4, length);
+                if constexpr (std::is_same_v<Unit, char>) {
+                    // Four bytes may end inside a character: go on from the next quote.
+                    const void *quote = std::memchr(units + i, '"', size_t(length - i));
+                    i = quote ? static_cast<const char *>(quote) - units : length;
+                }
             }
             break;
         }
         default:
-            // Unknown escapes are kept as written: backslash and character.
-            reserve(2);
-            buffer[count++] = u'\\';
-            buffer[count++] = escaped;
-            i += 2;
+            // Unknown escapes are kept as written: backslash and character. (In UTF-8 the
+            // character may take more than one byte; the next run copies the rest of it.)
+            put(u'\\');
+            i += 1;
+            if constexpr (std::is_same_v<Unit, char16_t>) {
+                put(escaped);
+                i += 1;
+            } else if (uchar(escaped) < 0x80) {
+                put(char16_t(escaped));
+                i += 1;
+            }
             break;
         }
     }
@@ -493,10 +719,117 @@ bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
     if (isAtEnd() || !success)
         return success;
 
-    scanJSONStringDelimiterString();
+    readCharacter<Unit>('"');
     if (value)
-        *value = takeText(count);
+        *value = takeText(text.count);
     return true;
+}
+
+template <typename Unit>
+bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    // Whitespace and newlines are passed over whatever the characters to be skipped are.
+    m_location = skipWhitespaceIn<Unit>(m_location);
+
+    if (isAtEnd()) {
+        logParseError("scanJSONValue:ignoreNull:");
+        return false;
+    }
+
+    switch (units<Unit>()[m_location]) {
+    case Unit('{'):
+        return readObject<Unit>(value, ignoreNull);
+    case Unit('['):
+        return readArray<Unit>(value, ignoreNull);
+    case Unit('"'): {
+        std::optional<QString> string;
+        const bool scanned = readString<Unit>(&string);
+        if (string && value)
+            *value = PropertyValue(std::move(*string));
+        return scanned;
+    }
+    default:
+        break;
+    }
+
+    // Literal words match in any letter case and consume only the word itself. Only a
+    // unit that can start one of them is worth the three attempts.
+    const bool mayBeWord = mayStartWord<Unit>(m_location);
+    if (mayBeWord && readWord<Unit>(u"true")) {
+        if (value)
+            *value = PropertyValue(true);
+        return true;
+    }
+    if (mayBeWord && readWord<Unit>(u"false")) {
+        if (value)
+            *value = PropertyValue(false);
+        return true;
+    }
+    if (mayBeWord && readWord<Unit>(u"null")) {
+        if (value)
+            *value = PropertyValue::null();
+        return true;
+    }
+    if (startsNumber<Unit>(m_location)) {
+        double number = 0;
+        if (!readDouble<Unit>(&number))
+            return false;
+        if (value)
+            *value = PropertyValue(number);
+        return true;
+    }
+    return false;
+}
+
+bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    return readObject<char16_t>(value, ignoreNull);
+}
+
+bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    return readArray<char16_t>(value, ignoreNull);
+}
+
+bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
+{
+    return readString<char16_t>(value);
+}
+
+bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
+{
+    return readValue<char16_t>(value, ignoreNull);
+}
+
+bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
+{
+    double number = 0;
+    if (!scanDouble(&number))
+        return false;
+    if (value)
+        *value = PropertyValue(number);
+    return true;
+}
+
+VXJSONScanner::VXJSONScanner(QByteArrayView utf8)
+    : m_units(nullptr), m_bytes(utf8.data()), m_length(utf8.size())
+{
+    takeCachedStacks();
+}
+
+std::optional<PropertyValue> VXJSONScanner::readUtf8(QByteArrayView utf8, bool asObject,
+                                                     bool ignoreNull)
+{
+    // Qt's conversion drops a byte-order mark at the start.
+    if (utf8.startsWith("\xEF\xBB\xBF"))
+        utf8 = utf8.sliced(3);
+    VXJSONScanner scanner(utf8);
+    std::optional<PropertyValue> result;
+    if (asObject)
+        scanner.readObject<char>(&result, ignoreNull);
+    else
+        scanner.readArray<char>(&result, ignoreNull);
+    return result;
 }
 
 char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed)
@@ -562,65 +895,5 @@ bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)
     }
     if (value)
         *value = char16_t(result & 0xFFFF);
-    return true;
-}
-
-bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
-{
-    // Whitespace and newlines are passed over whatever the characters to be skipped are.
-    m_location = skipWhitespace(m_location);
-
-    if (isAtEnd()) {
-        logParseError("scanJSONValue:ignoreNull:");
-        return false;
-    }
-
-    const char16_t c = m_units[m_location];
-    switch (c) {
-    case u'{':
-        return scanJSONObject(value, ignoreNull);
-    case u'[':
-        return scanJSONArray(value, ignoreNull);
-    case u'"': {
-        std::optional<QString> string;
-        const bool scanned = scanJSONString(&string);
-        if (string && value)
-            *value = PropertyValue(std::move(*string));
-        return scanned;
-    }
-    default:
-        break;
-    }
-
-    // Literal words match in any letter case and consume only the word itself. Only a
-    // unit that can start one of them is worth the three attempts.
-    const bool mayBeWord = unitMatches(c, u't') || unitMatches(c, u'f') || unitMatches(c, u'n');
-    if (mayBeWord && scanString(u"true")) {
-        if (value)
-            *value = PropertyValue(true);
-        return true;
-    }
-    if (mayBeWord && scanString(u"false")) {
-        if (value)
-            *value = PropertyValue(false);
-        return true;
-    }
-    if (mayBeWord && scanString(u"null")) {
-        if (value)
-            *value = PropertyValue::null();
-        return true;
-    }
-    if (decimalDigitCharacterSet(c) || c == u'-')
-        return scanJSONNumber(value);
-    return false;
-}
-
-bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
-{
-    double number = 0;
-    if (!scanDouble(&number))
-        return false;
-    if (value)
-        *value = PropertyValue(number);
     return true;
 }

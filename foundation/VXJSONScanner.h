@@ -2,6 +2,7 @@
 
 #include "PropertyValue.h"
 
+#include <QByteArrayView>
 #include <QChar>
 #include <QString>
 #include <QStringView>
@@ -67,7 +68,45 @@ public:
     bool scanJSONArrayEndString() { return scanCharacter(u']'); }
     bool scanJSONStringDelimiterString() { return scanCharacter(u'"'); }
 
+    // Reads a whole text given as valid UTF-8 bytes, as scanJSONObject (`asObject`) or
+    // scanJSONArray would read QString::fromUtf8(utf8) from its start: same result, same
+    // log lines. Positions are then counted in bytes, which nothing outside observes.
+    static std::optional<PropertyValue> readUtf8(QByteArrayView utf8, bool asObject,
+                                                 bool ignoreNull);
+
 private:
+    explicit VXJSONScanner(QByteArrayView utf8);
+    void takeCachedStacks();
+
+    // A string being gathered at the free end of the text block.
+    struct TextGatherer
+    {
+        VXJSONScanner &scanner;
+        char16_t *buffer;
+        qsizetype count;
+        qsizetype room;
+        // Room for `more` units after the `count` gathered; where they go.
+        char16_t *reserve(qsizetype more);
+    };
+
+    // The JSON operations over the text's own units: char16_t for a QString, char for
+    // UTF-8 bytes.
+    template <typename Unit> const Unit *units() const;
+    template <typename Unit> qsizetype skipWhitespaceIn(qsizetype i) const;
+    template <typename Unit> qsizetype skippedIn() const;
+    template <typename Unit> bool readCharacter(char c);
+    template <typename Unit> bool readWord(const char16_t *word);
+    template <typename Unit> bool mayStartWord(qsizetype i) const;
+    template <typename Unit> bool startsNumber(qsizetype i) const;
+    template <typename Unit> qsizetype findObjectStart(qsizetype from) const;
+    template <typename Unit> qsizetype copyRun(qsizetype i, TextGatherer &text);
+    template <typename Unit> bool readUnicodeCharacter(char16_t *value);
+    template <typename Unit> bool readDouble(double *value);
+    template <typename Unit> bool readObject(std::optional<PropertyValue> *value, bool ignoreNull);
+    template <typename Unit> bool readArray(std::optional<PropertyValue> *value, bool ignoreNull);
+    template <typename Unit> bool readString(std::optional<QString> *value);
+    template <typename Unit> bool readValue(std::optional<PropertyValue> *value, bool ignoreNull);
+
     qsizetype skippedLocation() const
     {
         if (m_skip == &whitespaceAndNewlineCharacterSet)
@@ -113,6 +152,7 @@ private:
 
     QString m_string;
     const char16_t *m_units;
+    const char *m_bytes = nullptr; // the text when it is read as UTF-8
     qsizetype m_length;
     qsizetype m_location = 0;
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;

@@ -1,6 +1,7 @@
 // Feeds arbitrary bytes to the JSON reader, both as UTF-8 and as raw UTF-16 code units
 // (odd lengths and lone surrogates included), with and without dropping nulls. Whatever
-// reads is written back, and the written text must read again.
+// reads is written back, and the written text must read again; the bytes read directly
+// must give what their conversion to a QString gives.
 #include "JSON.h"
 
 #include <QLoggingCategory>
@@ -61,9 +62,24 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     return 0;
 }
 
+// Reading bytes straight as UTF-8 gives what reading Qt's conversion of them gives.
+void checkBytes(const QByteArray &bytes, const QString &converted)
+{
+    for (bool ignoreNull : {false, true}) {
+        if (JSON::dictionaryWithJSONString(bytes, ignoreNull) !=
+                JSON::dictionaryWithJSONString(converted, ignoreNull) ||
+            JSON::arrayWithJSONString(bytes, ignoreNull) !=
+                JSON::arrayWithJSONString(converted, ignoreNull))
+            std::abort();
+    }
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    check(QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size)));
+    const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
+    const QString converted = QString::fromUtf8(bytes);
+    check(converted);
+    checkBytes(bytes, converted);
 
     QString units(qsizetype(size / 2), Qt::Uninitialized);
     std::memcpy(units.data(), data, size / 2 * 2);

@@ -248,6 +248,58 @@ private Q_SLOTS:
         QCOMPARE(JSON::arrayWithJSONString(array), values);
     }
 
+    // The byte entries read what the QString entries read of Qt's conversion of the same
+    // bytes: same result, same log lines. Every row of the tables above, and bytes whose
+    // non-ASCII characters stand where the reader decides something.
+    void readUtf8_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        for (const char *row : {
+                 "{\"a\":1,\"b\":[1,2.5e3,-0],\"c\":{\"d\":null}}",
+                 "\xef\xbb\xbf{\"bom\":1}",                      // byte-order mark first
+                 "{\"a\":\xc2\xa0\xe2\x80\xa8\xe3\x80\x80 1}",      // other spaces
+                 "{\"a\":\xc2\x85[1]}",                            // next line
+                 "{\"a\":fal\xc5\xbf" "e,\"b\":\xc5\xbftrue}",            // long s folds to s
+                 "{\"a\":\xe2\x84\xaanull}",                         // Kelvin sign
+                 "{\"a\":\xd9\xa1}",                                // another script's digit
+                 "[\xf0\x9f\x98\x80]", "[\"\xf0\x9f\x98\x80x\xc3\xa9\xe6\x97\xa5\"]",
+                 "{\"\xc3\xa9\xf0\x9f\x98\x80\":\"v\"}",                 // key beyond ASCII
+                 "[\"\\\xc3\xa9\\\xf0\x9f\x98\x80\"]",                // unknown escapes
+                 "[\"\\u\xc3\xa9\xc3\xa9\"]", "[\"\\u12\xe6\x97\xa5\"]", "[\"\\u\"]",
+                 "[\"\\ud83d\\ude00\\ud83d\"]",                        // pairs and halves
+                 "x\xc3\xa9{\"a\":1}\xff",                           // preamble and tail
+                 "[\"\xff\"]", "{\"a\":\"\xe2\x82\"}", "[\"\xc0\xaf\"]",          // invalid
+                 "[\"\xed\xa0\x80\"]", "{\xe2\x82{\"a\":1}", "[1,\"\xc3\xa9", "[1,",
+             }) {
+            QTest::newRow(row) << QByteArray(row);
+        }
+        // Rows of the tables above, as bytes.
+        for (const char *row : {"  {\"a\":[1,2.5,-3e2],\"b\":\"x\\u0041y\"}", "garbage{\"a\":1} t",
+                                "{\"a\" }", "{\"a\":\"\\u00G1\"}", "{\"a\":\"abc", "[1,2", "1,2]",
+                                "[TRUE,Null,nullx]", "\\", "[\"\\", "{\"a\":\"\\u12"})
+            QTest::newRow(row) << QByteArray(row);
+    }
+
+    void readUtf8()
+    {
+        QFETCH(QByteArray, bytes);
+        const QString converted = QString::fromUtf8(bytes);
+        const auto compare = [](auto fromBytes, auto fromString) {
+            LogCapture bytesLog;
+            const auto result = fromBytes();
+            const QStringList bytesLines = bytesLog.lines();
+            LogCapture stringLog;
+            QCOMPARE(result, fromString());
+            QCOMPARE(bytesLines, stringLog.lines());
+        };
+        for (bool ignoreNull : {false, true}) {
+            compare([&] { return JSON::dictionaryWithJSONString(bytes, ignoreNull); },
+                    [&] { return JSON::dictionaryWithJSONString(converted, ignoreNull); });
+            compare([&] { return JSON::arrayWithJSONString(bytes, ignoreNull); },
+                    [&] { return JSON::arrayWithJSONString(converted, ignoreNull); });
+        }
+    }
+
     void write_data()
     {
         QTest::addColumn<PropertyValue>("value");
