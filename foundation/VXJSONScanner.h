@@ -85,8 +85,13 @@ private:
         char16_t *buffer;
         qsizetype count;
         qsizetype room;
-        // Room for `more` units after the `count` gathered; where they go.
-        char16_t *reserve(qsizetype more);
+        // Room for `more` units after the `count` gathered (one unit stays free for the
+        // terminating zero); where they go.
+        char16_t *reserve(qsizetype more)
+        {
+            return count + more < room ? buffer + count : grow(more);
+        }
+        char16_t *grow(qsizetype more);
     };
 
     // The JSON operations over the text's own units: char16_t for a QString, char for
