@@ -259,22 +259,22 @@ bool VXJSONScanner::scanCharactersFromSet(CharacterSet set, QStringView *into)
 
 
 // The text's units of the kind the operations are instantiated for.
-template <> const char16_t *VXJSONScanner::units<char16_t>() const
+template <> inline const char16_t *VXJSONScanner::units<char16_t>() const
 {
     return m_units;
 }
 
-template <> const char *VXJSONScanner::units<char>() const
+template <> inline const char *VXJSONScanner::units<char>() const
 {
     return m_bytes;
 }
 
-template <> qsizetype VXJSONScanner::skipWhitespaceIn<char16_t>(qsizetype i) const
+template <> inline qsizetype VXJSONScanner::skipWhitespaceIn<char16_t>(qsizetype i) const
 {
     return skipWhitespace(i);
 }
 
-template <> qsizetype VXJSONScanner::skipWhitespaceIn<char>(qsizetype i) const
+template <> inline qsizetype VXJSONScanner::skipWhitespaceIn<char>(qsizetype i) const
 {
     while (i < m_length) {
         const uchar c = uchar(m_bytes[i]);
@@ -294,17 +294,17 @@ template <> qsizetype VXJSONScanner::skipWhitespaceIn<char>(qsizetype i) const
 }
 
 // Where the characters to be skipped end; bytes are read only with the default set.
-template <> qsizetype VXJSONScanner::skippedIn<char16_t>() const
+template <> inline qsizetype VXJSONScanner::skippedIn<char16_t>() const
 {
     return skippedLocation();
 }
 
-template <> qsizetype VXJSONScanner::skippedIn<char>() const
+template <> inline qsizetype VXJSONScanner::skippedIn<char>() const
 {
     return skipWhitespaceIn<char>(m_location);
 }
 
-template <typename Unit> bool VXJSONScanner::readCharacter(char c)
+template <typename Unit> inline bool VXJSONScanner::readCharacter(char c)
 {
     const qsizetype i = skippedIn<Unit>();
     if (i < m_length && units<Unit>()[i] == Unit(c)) {
