@@ -71,54 +71,6 @@ inline bool isWhitespaceOrNewline(char16_t c)
     return QChar::isSpace(char32_t(c));
 }
 
-// Numbers whose digits fit 2^53 and whose power of ten is at most 22 either way are
-// converted by one exact multiplication or division, which rounds correctly; the text
-// is known to be a well-formed number. Anything else answers false and takes the full
-// conversion.
-template <typename Unit> bool fastDouble(const Unit *text, const Unit *end, double *value)
-{
-    constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    const bool negative = *text == u'-';
-    if (*text == u'-' || *text == u'+')
-        ++text;
-    quint64 mantissa = 0;
-    int digits = 0;
-    int exponent = 0;
-    for (; text < end && isAsciiDigit(*text); ++text, ++digits)
-        mantissa = mantissa * 10 + (*text - u'0');
-    if (text < end && *text == u'.') {
-        for (++text; text < end && isAsciiDigit(*text); ++text, ++digits, --exponent)
-            mantissa = mantissa * 10 + (*text - u'0');
-    }
-    if (digits > 19)
-        return false;
-    if (text < end) {
-        // The exponent ("e", optional sign, digits); long ones are not for this path.
-        ++text;
-        const bool negativeExponent = *text == u'-';
-        if (*text == u'-' || *text == u'+')
-            ++text;
-        if (end - text > 3)
-            return false;
-        int written = 0;
-        for (; text < end; ++text)
-            written = written * 10 + (*text - u'0');
-        exponent += negativeExponent ? -written : written;
-    }
-    if (mantissa > (quint64(1) << 53) || exponent < -22 || exponent > 22)
-        return false;
-    double result = double(mantissa);
-    if (exponent < 0)
-        result /= powers[-exponent];
-    else
-        result *= powers[exponent];
-    if (value)
-        *value = negative ? -result : result;
-    return true;
-}
-
 // One character of valid UTF-8 at `p`: its code point, and the number of bytes.
 inline int decodeUtf8(const char *p, char32_t *codePoint)
 {
@@ -484,34 +436,51 @@ template <typename Unit> bool VXJSONScanner::readDouble(double *value)
     const Unit *text = units<Unit>();
     const qsizetype start = skippedIn<Unit>();
     qsizetype i = start;
-    if (i < m_length && (text[i] == Unit('+') || text[i] == Unit('-')))
+    bool negative = false;
+    if (i < m_length && (text[i] == Unit('+') || text[i] == Unit('-'))) {
+        negative = text[i] == Unit('-');
         ++i;
-    qsizetype digits = 0;
-    while (i < m_length && isAsciiDigit(text[i])) {
-        ++i;
-        ++digits;
     }
+    // The digits are gathered while they are scanned, for the exact conversion below.
+    quint64 mantissa = 0;
+    int digits = 0;
+    int power = 0;
+    for (; i < m_length && isAsciiDigit(text[i]); ++i, ++digits)
+        mantissa = mantissa * 10 + unsigned(text[i] - Unit('0'));
     if (i < m_length && text[i] == Unit('.')) {
-        ++i;
-        while (i < m_length && isAsciiDigit(text[i])) {
-            ++i;
-            ++digits;
-        }
+        for (++i; i < m_length && isAsciiDigit(text[i]); ++i, ++digits, --power)
+            mantissa = mantissa * 10 + unsigned(text[i] - Unit('0'));
     }
     if (digits == 0)
         return false;
     if (i < m_length && (text[i] == Unit('e') || text[i] == Unit('E'))) {
         qsizetype e = i + 1;
-        if (e < m_length && (text[e] == Unit('+') || text[e] == Unit('-')))
+        bool negativeExponent = false;
+        if (e < m_length && (text[e] == Unit('+') || text[e] == Unit('-'))) {
+            negativeExponent = text[e] == Unit('-');
             ++e;
+        }
         if (e < m_length && isAsciiDigit(text[e])) {
-            while (e < m_length && isAsciiDigit(text[e]))
-                ++e;
+            int written = 0;
+            for (; e < m_length && isAsciiDigit(text[e]); ++e) {
+                if (written < 100000)
+                    written = written * 10 + int(text[e] - Unit('0'));
+            }
+            power += negativeExponent ? -written : written;
             i = e;
         }
     }
 
-    if (fastDouble(text + start, text + i, value)) {
+    // Digits that fit 2^53 with a power of ten of at most 22 either way convert by one
+    // exact multiplication or division, which rounds correctly.
+    constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    if (digits <= 19 && mantissa <= (quint64(1) << 53) && power >= -22 && power <= 22) {
+        double result = double(mantissa);
+        result = power < 0 ? result / powers[-power] : result * powers[power];
+        if (value)
+            *value = negative ? -result : result;
         m_location = i;
         return true;
     }

@@ -5,7 +5,9 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <clocale>
 #include <cmath>
+#include <locale.h>
 #include <limits>
 
 using Dict = PropertyValue::Dictionary;
@@ -246,6 +248,38 @@ private Q_SLOTS:
                 .replace(QRegularExpression(QStringLiteral("\"k\\d+\":")), QString()) +
             u']';
         QCOMPARE(JSON::arrayWithJSONString(array), values);
+    }
+
+    // Numbers of every shape against the C library's own conversion: short and long
+    // digit strings, fractions, exponents near and past the exact range, signs.
+    void readNumbers()
+    {
+        QRandomGenerator random(7);
+        QStringList texts;
+        for (int n = 0; n < 4000; ++n) {
+            QString text = random.bounded(2) ? QStringLiteral("-") : QString();
+            for (int k = random.bounded(1, 22); k > 0; --k)
+                text += QChar(u'0' + random.bounded(10));
+            if (random.bounded(2)) {
+                text += u'.';
+                for (int k = random.bounded(0, 20); k > 0; --k)
+                    text += QChar(u'0' + random.bounded(10));
+            }
+            if (random.bounded(2))
+                text += QStringLiteral("e%1").arg(random.bounded(-340, 340));
+            texts.append(text);
+        }
+        const auto read = JSON::arrayWithJSONString(u'[' + texts.join(u',') + u']');
+        QVERIFY(read);
+        QCOMPARE(read->size(), texts.size());
+        const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
+        for (qsizetype k = 0; k < texts.size(); ++k) {
+            const double expected = strtod_l(texts[k].toLatin1().constData(), nullptr, cLocale);
+            QVERIFY2(read->at(k).toDouble() == expected &&
+                         std::signbit(read->at(k).toDouble()) == std::signbit(expected),
+                     qPrintable(texts[k]));
+        }
+        freelocale(cLocale);
     }
 
     // The byte entries read what the QString entries read of Qt's conversion of the same
