@@ -23,7 +23,7 @@ public:
     static constexpr quint32 indexedFrom = 9;
 
     Entry *entries() { return reinterpret_cast<Entry *>(reinterpret_cast<char *>(this) + header); }
-    quint32 *slots() { return reinterpret_cast<quint32 *>(entries() + capacity); }
+    quint32 *indexSlots() { return reinterpret_cast<quint32 *>(entries() + capacity); }
 
     static Data *allocate(quint32 capacity)
     {
@@ -35,7 +35,7 @@ public:
         data->capacity = capacity;
         if (slotCount) {
             data->indexMask = slotCount - 1;
-            std::memset(data->slots(), 0, slotCount * sizeof(quint32));
+            std::memset(data->indexSlots(), 0, slotCount * sizeof(quint32));
         }
         return data;
     }
@@ -72,7 +72,7 @@ public:
             }
             return nullptr;
         }
-        quint32 *table = slots();
+        quint32 *table = indexSlots();
         for (size_t s = hash(key) & indexMask;; s = (s + 1) & indexMask) {
             const quint32 slot = table[s];
             if (!slot) {
@@ -89,7 +89,7 @@ public:
     {
         if (!indexMask)
             return;
-        quint32 *table = slots();
+        quint32 *table = indexSlots();
         std::memset(table, 0, (size_t(indexMask) + 1) * sizeof(quint32));
         Entry *all = entries();
         for (quint32 k = 0; k < size; ++k) {
