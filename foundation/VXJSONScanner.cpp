@@ -570,7 +570,7 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
         }
         // A later duplicate key replaces the earlier value (when the dictionary is made).
         if (!(ignoreNull && member->isNull()))
-            m_members.push_back({std::move(*key), std::move(*member)});
+            m_members.emplace_back(std::move(*key), std::move(*member));
         // The comma between members is optional.
         readCharacter<Unit>(',');
     }
@@ -748,7 +748,8 @@ bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNu
         return false;
     }
 
-    switch (units<Unit>()[m_location]) {
+    const Unit c = units<Unit>()[m_location];
+    switch (c) {
     case Unit('{'):
         return readObject<Unit>(value, ignoreNull);
     case Unit('['):
@@ -766,7 +767,10 @@ bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNu
 
     // Literal words match in any letter case and consume only the word itself. Only a
     // unit that can start one of them is worth the three attempts.
-    const bool mayBeWord = mayStartWord<Unit>(m_location);
+    const auto unit = std::make_unsigned_t<Unit>(c);
+    const bool mayBeWord = unit < 0x80 ? ((unit | 0x20) == 't' || (unit | 0x20) == 'f' ||
+                                          (unit | 0x20) == 'n')
+                                       : mayStartWord<Unit>(m_location);
     if (mayBeWord && readWord<Unit>(u"true")) {
         if (value)
             *value = PropertyValue(true);
