@@ -71,6 +71,27 @@ inline bool isWhitespaceOrNewline(char16_t c)
     return QChar::isSpace(char32_t(c));
 }
 
+// Whether eight bytes (read little-endian) are all ASCII digits, and their value.
+constexpr bool allDigits(quint64 eight)
+{
+    return ((eight & 0xF0F0F0F0F0F0F0F0ull) |
+            (((eight + 0x0606060606060606ull) & 0xF0F0F0F0F0F0F0F0ull) >> 4)) ==
+           0x3333333333333333ull;
+}
+
+constexpr quint64 eightDigitsValue(quint64 eight)
+{
+    // Pairs, then fours, then the eight, each step by one multiplication.
+    eight -= 0x3030303030303030ull;
+    eight = eight * 10 + (eight >> 8);
+    return ((eight & 0x000000FF000000FFull) * (100 + (1000000ull << 32)) +
+            ((eight >> 16) & 0x000000FF000000FFull) * (1 + (10000ull << 32))) >>
+           32;
+}
+static_assert(allDigits(0x3736353433323130ull) && !allDigits(0x3736353433323a30ull) &&
+              !allDigits(0x37363534333232f0ull));
+static_assert(eightDigitsValue(0x3837363534333231ull) == 12345678);
+
 // One character of valid UTF-8 at `p`: its code point, and the number of bytes.
 inline int decodeUtf8(const char *p, char32_t *codePoint)
 {
@@ -445,11 +466,27 @@ template <typename Unit> bool VXJSONScanner::readDouble(double *value)
     quint64 mantissa = 0;
     int digits = 0;
     int power = 0;
-    for (; i < m_length && isAsciiDigit(text[i]); ++i, ++digits)
-        mantissa = mantissa * 10 + unsigned(text[i] - Unit('0'));
-    if (i < m_length && text[i] == Unit('.')) {
-        for (++i; i < m_length && isAsciiDigit(text[i]); ++i, ++digits, --power)
+    const auto gatherDigits = [&](bool fraction) {
+        const qsizetype first = i;
+        if constexpr (std::is_same_v<Unit, char>) {
+            // Eight digits at a time while they last (the result only matters for up to
+            // 19 digits, where it cannot overflow).
+            quint64 eight = 0;
+            while (m_length - i >= 8 && (std::memcpy(&eight, text + i, 8), allDigits(eight))) {
+                mantissa = mantissa * 100000000 + eightDigitsValue(eight);
+                i += 8;
+            }
+        }
+        for (; i < m_length && isAsciiDigit(text[i]); ++i)
             mantissa = mantissa * 10 + unsigned(text[i] - Unit('0'));
+        digits += int(i - first);
+        if (fraction)
+            power -= int(i - first);
+    };
+    gatherDigits(false);
+    if (i < m_length && text[i] == Unit('.')) {
+        ++i;
+        gatherDigits(true);
     }
     if (digits == 0)
         return false;
@@ -473,9 +510,9 @@ template <typename Unit> bool VXJSONScanner::readDouble(double *value)
 
     // Digits that fit 2^53 with a power of ten of at most 22 either way convert by one
     // exact multiplication or division, which rounds correctly.
-    constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     if (digits <= 19 && mantissa <= (quint64(1) << 53) && power >= -22 && power <= 22) {
         double result = double(mantissa);
         result = power < 0 ? result / powers[-power] : result * powers[power];

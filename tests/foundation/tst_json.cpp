@@ -269,15 +269,20 @@ private Q_SLOTS:
                 text += QStringLiteral("e%1").arg(random.bounded(-340, 340));
             texts.append(text);
         }
-        const auto read = JSON::arrayWithJSONString(u'[' + texts.join(u',') + u']');
-        QVERIFY(read);
-        QCOMPARE(read->size(), texts.size());
+        // Read from a QString and from UTF-8 bytes.
+        const QString text = u'[' + texts.join(u',') + u']';
         const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
-        for (qsizetype k = 0; k < texts.size(); ++k) {
-            const double expected = strtod_l(texts[k].toLatin1().constData(), nullptr, cLocale);
-            QVERIFY2(read->at(k).toDouble() == expected &&
-                         std::signbit(read->at(k).toDouble()) == std::signbit(expected),
-                     qPrintable(texts[k]));
+        for (const auto &read : {JSON::arrayWithJSONString(text),
+                                 JSON::arrayWithJSONString(text.toUtf8())}) {
+            QVERIFY(read);
+            QCOMPARE(read->size(), texts.size());
+            for (qsizetype k = 0; k < texts.size(); ++k) {
+                const double expected =
+                    strtod_l(texts[k].toLatin1().constData(), nullptr, cLocale);
+                QVERIFY2(read->at(k).toDouble() == expected &&
+                             std::signbit(read->at(k).toDouble()) == std::signbit(expected),
+                         qPrintable(texts[k]));
+            }
         }
         freelocale(cLocale);
     }
