@@ -679,7 +679,9 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     // The units are gathered at the free end of the text block; the string then refers to
     // them there, without a copy. Nothing but the frame's bookkeeping is observable of
     // this: the result is the same string.
-    TextGatherer text{*this, reserveText(0, 64), 0, 0};
+    qsizetype room = m_block.d ? m_block.constAllocatedCapacity() - m_blockUsed : 0;
+    char16_t *buffer = room >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64);
+    TextGatherer text{*this, buffer, 0, 0};
     text.room = m_block.constAllocatedCapacity() - m_blockUsed;
     const auto put = [&text](char16_t unit) { *text.reserve(1) = unit, ++text.count; };
 
@@ -768,7 +770,12 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     if (isAtEnd() || !success)
         return success;
 
-    readCharacter<Unit>('"');
+    // The loop stopped at the closing quote; it is passed over as a literal match would
+    // (which, with a set of characters to be skipped of one's own, might skip more).
+    if (std::is_same_v<Unit, char> || m_skip == &whitespaceAndNewlineCharacterSet)
+        m_location = i + 1;
+    else
+        readCharacter<Unit>('"');
     if (value)
         *value = takeText(text.count);
     return true;
@@ -919,10 +926,15 @@ QString VXJSONScanner::takeText(qsizetype count)
     };
     if (count > internedLength)
         return share();
-    // FNV-1a over the units; a slot holds the last string that hashed to it.
-    quint32 hash = 2166136261u;
-    for (qsizetype k = 0; k < count; ++k)
-        hash = (hash ^ units[k]) * 16777619u;
+    // A multiplicative hash over four units at a time; a slot holds the last string that
+    // hashed to it.
+    quint64 mixed = quint64(count);
+    for (qsizetype k = 0; k < count; k += 4) {
+        quint64 word = 0;
+        std::memcpy(&word, units + k, size_t(std::min<qsizetype>(4, count - k)) * 2);
+        mixed = (mixed ^ word) * 0x9E3779B97F4A7C15ull;
+    }
+    const quint32 hash = quint32(mixed >> 32);
     if (!m_interned) {
         m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
         m_interned = std::make_unique<QString[]>(m_internedSlots);
