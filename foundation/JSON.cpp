@@ -160,6 +160,44 @@ template <bool Escape, bool Utf8> inline int unitsNeedingWork(__m128i units)
 }
 #endif
 
+// Writes the unit at `from` (and its low surrogate, for a pair), advancing both pointers.
+// For UTF-8 output a surrogate that is not part of a pair gives false and writes nothing.
+template <bool Escape, typename Unit>
+inline bool putUnit(Unit *&out, const char16_t *&from, const char16_t *to)
+{
+    const char16_t c = *from++;
+    if (c < 0x80) {
+        if (Escape && escapes.second[c]) {
+            out[0] = Unit('\\');
+            out[1] = Unit(escapes.second[c]);
+            out += 2;
+        } else {
+            *out++ = Unit(c);
+        }
+    } else if constexpr (!std::is_same_v<Unit, char>) {
+        *out++ = c;
+    } else if (c < 0x800) {
+        out[0] = char(0xc0 | (c >> 6));
+        out[1] = char(0x80 | (c & 0x3f));
+        out += 2;
+    } else if (!QChar::isSurrogate(c)) {
+        out[0] = char(0xe0 | (c >> 12));
+        out[1] = char(0x80 | ((c >> 6) & 0x3f));
+        out[2] = char(0x80 | (c & 0x3f));
+        out += 3;
+    } else if (QChar::isHighSurrogate(c) && from != to && QChar::isLowSurrogate(*from)) {
+        const char32_t u = QChar::surrogateToUcs4(c, *from++);
+        out[0] = char(0xf0 | (u >> 18));
+        out[1] = char(0x80 | ((u >> 12) & 0x3f));
+        out[2] = char(0x80 | ((u >> 6) & 0x3f));
+        out[3] = char(0x80 | (u & 0x3f));
+        out += 4;
+    } else {
+        return false;
+    }
+    return true;
+}
+
 // Writes the units [from, to) with the escapes when asked, converted to the output unit.
 // `out` must have room for the worst case (see TextWriter::putQuoted). For UTF-8 output a
 // surrogate that is not part of a pair gives nullptr: the caller leaves that text to Qt.
@@ -171,59 +209,32 @@ Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
         std::memcpy(out, from, size_t(to - from) * sizeof(char16_t));
         return out + (to - from);
     }
-    while (from != to) {
 #ifdef __SSE2__
-        // Eight units at a time while they need nothing but a copy (narrowing for UTF-8).
-        // A block holding a unit that needs work is stored whole all the same, and only its
-        // clean start is kept: the rest is overwritten.
-        while (to - from >= 8) {
-            const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
-            if constexpr (utf8)
-                _mm_storel_epi64(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(units, units));
-            else
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out), units);
-            if (const int work = unitsNeedingWork<Escape, utf8>(units)) {
-                const int clean = std::countr_zero(unsigned(work)) / 2;
-                from += clean;
-                out += clean;
-                break;
-            }
+    // Eight units at a time, stored whole (narrowed for UTF-8) before they are looked at.
+    // When some need work, only the clean ones before the first are kept, that one is
+    // written alone, and the next block starts right after it.
+    while (to - from >= 8) {
+        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
+        if constexpr (utf8)
+            _mm_storel_epi64(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(units, units));
+        else
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(out), units);
+        const int work = unitsNeedingWork<Escape, utf8>(units);
+        if (!work) {
             from += 8;
             out += 8;
+            continue;
         }
-        if (from == to)
-            break;
-#endif
-        const char16_t c = *from++;
-        if (c < 0x80) {
-            if (Escape && escapes.second[c]) {
-                out[0] = Unit('\\');
-                out[1] = Unit(escapes.second[c]);
-                out += 2;
-            } else {
-                *out++ = Unit(c);
-            }
-        } else if constexpr (!utf8) {
-            *out++ = c;
-        } else if (c < 0x800) {
-            out[0] = char(0xc0 | (c >> 6));
-            out[1] = char(0x80 | (c & 0x3f));
-            out += 2;
-        } else if (!QChar::isSurrogate(c)) {
-            out[0] = char(0xe0 | (c >> 12));
-            out[1] = char(0x80 | ((c >> 6) & 0x3f));
-            out[2] = char(0x80 | (c & 0x3f));
-            out += 3;
-        } else if (QChar::isHighSurrogate(c) && from != to && QChar::isLowSurrogate(*from)) {
-            const char32_t u = QChar::surrogateToUcs4(c, *from++);
-            out[0] = char(0xf0 | (u >> 18));
-            out[1] = char(0x80 | ((u >> 12) & 0x3f));
-            out[2] = char(0x80 | ((u >> 6) & 0x3f));
-            out[3] = char(0x80 | (u & 0x3f));
-            out += 4;
-        } else {
+        const int clean = std::countr_zero(unsigned(work)) / 2;
+        from += clean;
+        out += clean;
+        if (!putUnit<Escape>(out, from, to))
             return nullptr;
-        }
+    }
+#endif
+    while (from != to) {
+        if (!putUnit<Escape>(out, from, to))
+            return nullptr;
     }
     return out;
 }
@@ -257,7 +268,7 @@ public:
     // The text between double quotes; with Escape, the eight escapes applied.
     template <bool Escape> void putQuoted(const QString &text)
     {
-        const char16_t *units = reinterpret_cast<const char16_t *>(text.utf16());
+        const char16_t *units = reinterpret_cast<const char16_t *>(text.constData());
         const qsizetype length = text.size();
         // Per unit at most: an escape (2 units), 3 UTF-8 bytes; a pair makes 4 bytes of 2.
         Unit *const start = reserve((utf8 || Escape ? (utf8 ? 3 : 2) * length : length) + 2);
@@ -318,14 +329,41 @@ private:
         constexpr qsizetype room = 32;
         Unit *out = reserve(room);
         if constexpr (utf8) {
-            m_out = std::to_chars(out, out + room, number).ptr;
+            m_out = numberText(out, number);
         } else {
             char text[room];
-            const char *end = std::to_chars(text, text + room, number).ptr;
+            const char *end = numberText(text, number);
             for (const char *c = text; c != end; ++c)
                 *out++ = char16_t(*c);
             m_out = out;
         }
+    }
+
+    template <typename Number> static char *numberText(char *out, Number number)
+    {
+        if constexpr (std::is_floating_point_v<Number>) {
+            // Integral doubles, common in what the reader makes, are converted as integers,
+            // which is several times faster, when that gives the same text. Below 2^53 the
+            // shortest digits of such a double are its integer digits without trailing
+            // zeros (every other candidate is at least 1 away, more than half the spacing),
+            // and the decimal form is taken unless the exponent form is strictly shorter.
+            constexpr double exactLimit = 9007199254740992.0; // 2^53
+            if (number > -exactLimit && number < exactLimit && number != 0.0) {
+                const auto integer = qint64(number);
+                if (double(integer) == number) {
+                    char *digits = out + (integer < 0);
+                    char *end = std::to_chars(out, out + 32, integer).ptr;
+                    const qsizetype length = end - digits;
+                    qsizetype significant = length;
+                    while (digits[significant - 1] == '0')
+                        --significant;
+                    // d[.ddd]e+XX: the exponent is below 16 here, always two digits.
+                    if (length <= significant + (significant > 1) + 4)
+                        return end;
+                }
+            }
+        }
+        return std::to_chars(out, out + 32, number).ptr;
     }
 
     // Qt decides what a surrogate without its partner becomes in UTF-8; the whole quoted

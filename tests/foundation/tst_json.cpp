@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -330,6 +331,29 @@ private Q_SLOTS:
         addRow("swapped pair", u"a"_s + QChar(0xdc00) + QChar(0xd800) + u"b"_s);
         addRow("lone high before an escape", QChar(0xd800) + u"\n"_s);
         addRow("only non-ASCII", u"\u00e9\u65e5\U0001F600\u00e9\u65e5\U0001F600\u00e9\u65e5"_s);
+        // Doubles around the integer shortcut's limits; the text is the library's own.
+        Arr numbers;
+        QString numbersText = u"["_s;
+        const double doubles[] = {0.0,
+                                  -0.0,
+                                  -12.0,
+                                  10000.0,
+                                  100000.0,
+                                  1200000.0,
+                                  123456789012.0,
+                                  9007199254740991.0,
+                                  -9007199254740991.0,
+                                  9007199254740992.0,
+                                  1.234567890123e18,
+                                  0.5};
+        for (const double d : doubles) {
+            char digits[32];
+            const char *end = std::to_chars(digits, digits + sizeof digits, d).ptr;
+            numbers.append(d);
+            numbersText += (numbers.size() > 1 ? u","_s : QString()) +
+                           QString::fromLatin1(digits, end - digits);
+        }
+        QTest::newRow("doubles") << PropertyValue(numbers) << numbersText + u']';
         // Many short values, so that the output grows between and inside them.
         Arr many;
         QString manyText = u"["_s;
