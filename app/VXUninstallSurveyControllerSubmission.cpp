@@ -54,11 +54,9 @@ void VXUninstallSurveyController::uninstall()
     std::call_once(filterInstalled,
                    [] { previousHandler = qInstallMessageHandler(dropMissingContentTypeWarning); });
 
-    const QString json = JSON::JSONString(uninstallData());
     // A plain "name=value" body: the server reads the JSON as it stands, so nothing is
     // percent-encoded, even "&", "+" or "=" in the comment.
-    const QByteArray body =
-        QStringLiteral("%1=%2").arg(QStringLiteral("uninstallData"), json).toUtf8();
+    const QByteArray body = "uninstallData=" + JSON::JSONUtf8(uninstallData());
 
     const QUrl url = VXProductInformation::accountServiceSecureURLWithPath(
         QStringLiteral("/mac/uninstall-survey"));

@@ -2,13 +2,21 @@
 
 #include "VXJSONScanner.h"
 
+#include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace JSON {
 
@@ -96,108 +104,41 @@ std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8)
     return arrayWithJSONString(utf8, false);
 }
 
+// The writer. One template serves both outputs: char16_t units for the QString form and
+// UTF-8 bytes for the QByteArray form, so the two cannot drift apart.
 namespace {
-
-// The output is gathered in chunks: a small one inside the sink for the usual short text,
-// then heap chunks of a fixed size, and copied once into a QString of the exact length.
-// Growing one large buffer instead would reallocate and copy it repeatedly, touching
-// fresh pages each time, which dominated the time for outputs of several megabytes.
-class TextSink
-{
-public:
-    TextSink() = default;
-    TextSink(const TextSink &) = delete;
-    TextSink &operator=(const TextSink &) = delete;
-
-    void put(char16_t unit)
-    {
-        if (m_count == m_capacity)
-            nextChunk();
-        m_units[m_count++] = unit;
-    }
-    void put(const char16_t *units, qsizetype length)
-    {
-        while (length > 0) {
-            if (m_count == m_capacity)
-                nextChunk();
-            const qsizetype n = std::min(length, m_capacity - m_count);
-            std::memcpy(m_units + m_count, units, size_t(n) * sizeof(char16_t));
-            m_count += n;
-            units += n;
-            length -= n;
-        }
-    }
-    void put(QStringView text) { put(text.utf16(), text.size()); }
-    void putLatin1(const char *text, qsizetype length)
-    {
-        for (qsizetype k = 0; k < length; ++k)
-            put(char16_t(uchar(text[k])));
-    }
-    QString take()
-    {
-        qsizetype total = m_count;
-        for (const auto &[units, count] : m_full)
-            total += count;
-        QString text(total, Qt::Uninitialized);
-        char16_t *out = reinterpret_cast<char16_t *>(text.data());
-        for (const auto &[units, count] : m_full) {
-            std::memcpy(out, units, size_t(count) * sizeof(char16_t));
-            out += count;
-        }
-        std::memcpy(out, m_units, size_t(m_count) * sizeof(char16_t));
-        return text;
-    }
-
-private:
-    static constexpr qsizetype chunkSize = 32 * 1024;
-
-    void nextChunk()
-    {
-        m_full.emplace_back(m_units, m_count);
-        m_owned.push_back(std::make_unique_for_overwrite<char16_t[]>(chunkSize));
-        m_units = m_owned.back().get();
-        m_count = 0;
-        m_capacity = chunkSize;
-    }
-
-    char16_t m_first[512];
-    char16_t *m_units = m_first;
-    qsizetype m_count = 0;
-    qsizetype m_capacity = std::size(m_first);
-    std::vector<std::pair<const char16_t *, qsizetype>> m_full;
-    std::vector<std::unique_ptr<char16_t[]>> m_owned;
-};
 
 // The eight escapes, applied to string values only. Doing them in one pass gives the same
 // text as replacing backslashes first and then each of the others in turn, because no
 // replacement text contains a character that a later replacement looks for.
-constexpr char16_t escapeFor(char16_t c)
+constexpr char escapeFor(char16_t c)
 {
     switch (c) {
     case u'\\':
-        return u'\\';
+        return '\\';
     case u'"':
-        return u'"';
+        return '"';
     case u'/':
-        return u'/';
+        return '/';
     case u'\b':
-        return u'b';
+        return 'b';
     case u'\f':
-        return u'f';
+        return 'f';
     case u'\n':
-        return u'n';
+        return 'n';
     case u'\r':
-        return u'r';
+        return 'r';
     case u'\t':
-        return u't';
+        return 't';
     default:
         return 0;
     }
 }
 
+// The second character of the escape of each ASCII unit, 0 for units written as they are.
 struct EscapeTable
 {
-    char16_t second[128] = {};
+    char second[128] = {};
     constexpr EscapeTable()
     {
         for (char16_t c = 0; c < 128; ++c)
@@ -206,59 +147,280 @@ struct EscapeTable
 };
 constexpr EscapeTable escapes;
 
-void appendEscaped(TextSink &sink, const QString &string)
+#ifdef __SSE2__
+// Bit pairs (one per unit, as _mm_movemask_epi8 gives them) marking the units among eight
+// that need more than a copy: the escaped ones and, for UTF-8 output, every non-ASCII unit.
+// U+000B is caught along with its neighbours U+0008-U+000D; the table then lets it through.
+template <bool Escape, bool Utf8> inline int unitsNeedingWork(__m128i units)
 {
-    const char16_t *units = reinterpret_cast<const char16_t *>(string.utf16());
-    const qsizetype length = string.size();
-    qsizetype runStart = 0;
-    for (qsizetype i = 0; i < length; ++i) {
-        const char16_t c = units[i];
-        // Every character to escape is at most "/" except the backslash: one comparison
-        // settles most units.
-        if ((c > u'/' && c != u'\\') || !escapes.second[c])
-            continue;
-        sink.put(units + runStart, i - runStart);
-        sink.put(u'\\');
-        sink.put(escapes.second[c]);
-        runStart = i + 1;
+    const __m128i zero = _mm_setzero_si128();
+    int bits = 0;
+    if constexpr (Escape) {
+        const __m128i controls = _mm_cmpeq_epi16(
+            _mm_subs_epu16(_mm_sub_epi16(units, _mm_set1_epi16(8)), _mm_set1_epi16(5)), zero);
+        const __m128i marks = _mm_or_si128(_mm_cmpeq_epi16(units, _mm_set1_epi16('"')),
+                                           _mm_cmpeq_epi16(units, _mm_set1_epi16('/')));
+        const __m128i backslashes = _mm_cmpeq_epi16(units, _mm_set1_epi16('\\'));
+        bits = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(controls, marks), backslashes));
     }
-    sink.put(units + runStart, length - runStart);
+    if constexpr (Utf8) {
+        const __m128i ascii =
+            _mm_cmpeq_epi16(_mm_and_si128(units, _mm_set1_epi16(short(0xff80))), zero);
+        bits |= _mm_movemask_epi8(ascii) ^ 0xffff;
+    }
+    return bits;
 }
+#endif
 
-template <typename Number> void appendNumber(TextSink &sink, Number number)
+// Writes the unit at `from` (and its low surrogate, for a pair), advancing both pointers.
+// For UTF-8 output a surrogate that is not part of a pair gives false and writes nothing.
+template <bool Escape, typename Unit>
+inline bool putUnit(Unit *&out, const char16_t *&from, const char16_t *to)
 {
-    char text[32];
-    const auto result = std::to_chars(text, text + sizeof text, number);
-    sink.putLatin1(text, result.ptr - text);
+    const char16_t c = *from++;
+    if (c < 0x80) {
+        if (Escape && escapes.second[c]) {
+            out[0] = Unit('\\');
+            out[1] = Unit(escapes.second[c]);
+            out += 2;
+        } else {
+            *out++ = Unit(c);
+        }
+    } else if constexpr (!std::is_same_v<Unit, char>) {
+        *out++ = c;
+    } else if (c < 0x800) {
+        out[0] = char(0xc0 | (c >> 6));
+        out[1] = char(0x80 | (c & 0x3f));
+        out += 2;
+    } else if (!QChar::isSurrogate(c)) {
+        out[0] = char(0xe0 | (c >> 12));
+        out[1] = char(0x80 | ((c >> 6) & 0x3f));
+        out[2] = char(0x80 | (c & 0x3f));
+        out += 3;
+    } else if (QChar::isHighSurrogate(c) && from != to && QChar::isLowSurrogate(*from)) {
+        const char32_t u = QChar::surrogateToUcs4(c, *from++);
+        out[0] = char(0xf0 | (u >> 18));
+        out[1] = char(0x80 | ((u >> 12) & 0x3f));
+        out[2] = char(0x80 | ((u >> 6) & 0x3f));
+        out[3] = char(0x80 | (u & 0x3f));
+        out += 4;
+    } else {
+        return false;
+    }
+    return true;
 }
 
-void appendDictionary(TextSink &sink, const PropertyValue::Dictionary &dictionary);
-void appendArray(TextSink &sink, const PropertyValue::Array &array);
+// Writes the units [from, to) with the escapes when asked, converted to the output unit.
+// `out` must have room for the worst case (see TextWriter::putQuoted). For UTF-8 output a
+// surrogate that is not part of a pair gives nullptr: the caller leaves that text to Qt.
+template <bool Escape, typename Unit>
+Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
+{
+    constexpr bool utf8 = std::is_same_v<Unit, char>;
+    if constexpr (!utf8 && !Escape) {
+        std::memcpy(out, from, size_t(to - from) * sizeof(char16_t));
+        return out + (to - from);
+    }
+#ifdef __SSE2__
+    // Eight units at a time, stored whole (narrowed for UTF-8) before they are looked at.
+    // When some need work, only the clean ones before the first are kept, that one is
+    // written alone, and the next block starts right after it.
+    while (to - from >= 8) {
+        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
+        if constexpr (utf8)
+            _mm_storel_epi64(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(units, units));
+        else
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(out), units);
+        const int work = unitsNeedingWork<Escape, utf8>(units);
+        if (!work) {
+            from += 8;
+            out += 8;
+            continue;
+        }
+        const int clean = std::countr_zero(unsigned(work)) / 2;
+        from += clean;
+        out += clean;
+        if (!putUnit<Escape>(out, from, to))
+            return nullptr;
+    }
+#endif
+    while (from != to) {
+        if (!putUnit<Escape>(out, from, to))
+            return nullptr;
+    }
+    return out;
+}
 
-// The JSON text of one value, written into the sink.
-void appendJSONStringForValue(TextSink &sink, const PropertyValue &value)
+// Writes straight into the buffer of the result (QString for char16_t, QByteArray for
+// UTF-8), which grows geometrically by realloc: each step reserves the worst case of what
+// it writes, so the units themselves are stored without bounds checks.
+template <typename Unit> class TextWriter
+{
+    static constexpr bool utf8 = std::is_same_v<Unit, char>;
+    using Buffer = std::conditional_t<utf8, QByteArray, QString>;
+
+public:
+    TextWriter() { adopt(0); }
+    TextWriter(const TextWriter &) = delete;
+    TextWriter &operator=(const TextWriter &) = delete;
+
+    Buffer take()
+    {
+        m_buffer.resize(m_out - m_begin);
+        // A doubling buffer may hold up to twice the text; give a large surplus back.
+        if (m_buffer.capacity() - m_buffer.size() > 64 * 1024)
+            m_buffer.squeeze();
+        return std::move(m_buffer);
+    }
+
+    void putValue(const PropertyValue &value);
+    void putDictionary(const PropertyValue::Dictionary &dictionary);
+    void putArray(const PropertyValue::Array &array);
+
+    // The text between double quotes; with Escape, the eight escapes applied.
+    template <bool Escape> void putQuoted(const QString &text)
+    {
+        const char16_t *units = reinterpret_cast<const char16_t *>(text.constData());
+        const qsizetype length = text.size();
+        // Per unit at most: an escape (2 units), 3 UTF-8 bytes; a pair makes 4 bytes of 2.
+        Unit *const start = reserve((utf8 || Escape ? (utf8 ? 3 : 2) * length : length) + 2);
+        Unit *out = start;
+        *out++ = Unit('"');
+        out = putUnits<Escape>(out, units, units + length);
+        if constexpr (utf8) {
+            if (!out) {
+                putLoneSurrogateText<Escape>(start, text);
+                return;
+            }
+        }
+        *out++ = Unit('"');
+        m_out = out;
+    }
+
+private:
+    static constexpr qsizetype firstCapacity = 256;
+
+    Unit *reserve(qsizetype units)
+    {
+        if (m_end - m_out < units) [[unlikely]]
+            grow(units);
+        return m_out;
+    }
+
+    Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void grow(qsizetype units)
+    {
+        adopt(std::max<qsizetype>(2 * (m_end - m_begin), (m_out - m_begin) + units));
+    }
+
+    void adopt(qsizetype capacity)
+    {
+        const qsizetype used = m_out - m_begin;
+        m_buffer.resize(std::max(capacity, firstCapacity));
+        m_begin = reinterpret_cast<Unit *>(m_buffer.data());
+        m_out = m_begin + used;
+        m_end = m_begin + m_buffer.size();
+    }
+
+    void put(char c)
+    {
+        *reserve(1) = Unit(c);
+        ++m_out;
+    }
+
+    void putAscii(std::string_view text)
+    {
+        Unit *out = reserve(qsizetype(text.size()));
+        for (char c : text)
+            *out++ = Unit(c);
+        m_out = out;
+    }
+
+    template <typename Number> void putNumber(Number number)
+    {
+        // Enough for any 64-bit integer and any shortest double ("-2.2250738585072014e-308").
+        constexpr qsizetype room = 32;
+        Unit *out = reserve(room);
+        if constexpr (utf8) {
+            m_out = numberText(out, number);
+        } else {
+            char text[room];
+            const char *end = numberText(text, number);
+            for (const char *c = text; c != end; ++c)
+                *out++ = char16_t(*c);
+            m_out = out;
+        }
+    }
+
+    template <typename Number> static char *numberText(char *out, Number number)
+    {
+        if constexpr (std::is_floating_point_v<Number>) {
+            // Integral doubles, common in what the reader makes, are converted as integers,
+            // which is several times faster, when that gives the same text. Below 2^53 the
+            // shortest digits of such a double are its integer digits without trailing
+            // zeros (every other candidate is at least 1 away, more than half the spacing),
+            // and the decimal form is taken unless the exponent form is strictly shorter.
+            constexpr double exactLimit = 9007199254740992.0; // 2^53
+            if (number > -exactLimit && number < exactLimit && number != 0.0) {
+                const auto integer = qint64(number);
+                if (double(integer) == number) {
+                    char *digits = out + (integer < 0);
+                    char *end = std::to_chars(out, out + 32, integer).ptr;
+                    const qsizetype length = end - digits;
+                    qsizetype significant = length;
+                    while (digits[significant - 1] == '0')
+                        --significant;
+                    // d[.ddd]e+XX: the exponent is below 16 here, always two digits.
+                    if (length <= significant + (significant > 1) + 4)
+                        return end;
+                }
+            }
+        }
+        return std::to_chars(out, out + 32, number).ptr;
+    }
+
+    // Qt decides what a surrogate without its partner becomes in UTF-8; the whole quoted
+    // text goes through its conversion (quotes included, so that the neighbours it sees
+    // are those of the complete output), replacing what was begun at `start`.
+    template <bool Escape>
+    Q_DECL_COLD_FUNCTION void putLoneSurrogateText(Unit *start, const QString &text)
+    {
+        m_out = start;
+        TextWriter<char16_t> wide;
+        wide.putQuoted<Escape>(text);
+        const QByteArray bytes = wide.take().toUtf8();
+        Unit *out = reserve(bytes.size());
+        std::memcpy(out, bytes.constData(), size_t(bytes.size()));
+        m_out = out + bytes.size();
+    }
+
+    Buffer m_buffer;
+    Unit *m_begin = nullptr;
+    Unit *m_out = nullptr;
+    Unit *m_end = nullptr;
+};
+
+// The JSON text of one value.
+template <typename Unit> void TextWriter<Unit>::putValue(const PropertyValue &value)
 {
     switch (value.type()) {
     case PropertyValue::Type::Array:
-        appendArray(sink, *value.arrayPtr());
+        putArray(*value.arrayPtr());
         return;
     case PropertyValue::Type::Dictionary:
-        appendDictionary(sink, *value.dictionaryPtr());
+        putDictionary(*value.dictionaryPtr());
         return;
     case PropertyValue::Type::String:
-        sink.put(u'"');
-        appendEscaped(sink, value.toString());
-        sink.put(u'"');
+        putQuoted<true>(value.toString());
         return;
     case PropertyValue::Type::Bool:
         // Booleans are numbers here and are written as such, never as words.
-        sink.put(value.toBool() ? u'1' : u'0');
+        put(value.toBool() ? '1' : '0');
         return;
     case PropertyValue::Type::Integer:
-        appendNumber(sink, value.toInt64());
+        putNumber(value.toInt64());
         return;
     case PropertyValue::Type::UnsignedInteger:
-        appendNumber(sink, value.toUInt64());
+        putNumber(value.toUInt64());
         return;
     case PropertyValue::Type::Double: {
         // Shortest text that reads back as the same double; integral values come out
@@ -266,9 +428,9 @@ void appendJSONStringForValue(TextSink &sink, const PropertyValue &value)
         // refuse any word for them, so they are written as null.
         const double number = value.toDouble();
         if (std::isfinite(number))
-            appendNumber(sink, number);
+            putNumber(number);
         else
-            sink.putLatin1("null", 4);
+            putAscii("null");
         return;
     }
     case PropertyValue::Type::Null:
@@ -276,54 +438,69 @@ void appendJSONStringForValue(TextSink &sink, const PropertyValue &value)
     case PropertyValue::Type::Data:
         break;
     }
-    sink.putLatin1("null", 4);
+    putAscii("null");
 }
 
-void appendDictionary(TextSink &sink, const PropertyValue::Dictionary &dictionary)
+template <typename Unit>
+void TextWriter<Unit>::putDictionary(const PropertyValue::Dictionary &dictionary)
 {
-    sink.put(u'{');
+    put('{');
     bool first = true;
     for (auto it = dictionary.cbegin(), end = dictionary.cend(); it != end; ++it) {
         if (!first)
-            sink.put(u',');
+            put(',');
         first = false;
         // Keys go out as they are, unescaped; only values are escaped.
-        sink.put(u'"');
-        sink.put(QStringView(it.key()));
-        sink.put(u'"');
-        sink.put(u':');
-        appendJSONStringForValue(sink, it.value());
+        putQuoted<false>(it.key());
+        put(':');
+        putValue(it.value());
     }
-    sink.put(u'}');
+    put('}');
 }
 
-void appendArray(TextSink &sink, const PropertyValue::Array &array)
+template <typename Unit> void TextWriter<Unit>::putArray(const PropertyValue::Array &array)
 {
-    sink.put(u'[');
+    put('[');
     bool first = true;
     for (const PropertyValue &element : array) {
         if (!first)
-            sink.put(u',');
+            put(',');
         first = false;
-        appendJSONStringForValue(sink, element);
+        putValue(element);
     }
-    sink.put(u']');
+    put(']');
+}
+
+template <typename Unit, typename Container> auto write(const Container &container)
+{
+    TextWriter<Unit> writer;
+    if constexpr (std::is_same_v<Container, PropertyValue::Array>)
+        writer.putArray(container);
+    else
+        writer.putDictionary(container);
+    return writer.take();
 }
 
 } // namespace
 
 QString JSONString(const PropertyValue::Dictionary &dictionary)
 {
-    TextSink sink;
-    appendDictionary(sink, dictionary);
-    return sink.take();
+    return write<char16_t>(dictionary);
 }
 
 QString JSONString(const PropertyValue::Array &array)
 {
-    TextSink sink;
-    appendArray(sink, array);
-    return sink.take();
+    return write<char16_t>(array);
+}
+
+QByteArray JSONUtf8(const PropertyValue::Dictionary &dictionary)
+{
+    return write<char>(dictionary);
+}
+
+QByteArray JSONUtf8(const PropertyValue::Array &array)
+{
+    return write<char>(array);
 }
 
 } // namespace JSON

@@ -2,6 +2,7 @@
 
 #include "PropertyValue.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -30,5 +31,8 @@ std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8);
 // Compact JSON text: no whitespace, booleans as 1/0, keys unescaped.
 QString JSONString(const PropertyValue::Dictionary &dictionary);
 QString JSONString(const PropertyValue::Array &array);
+// The same text as UTF-8, byte for byte JSONString(x).toUtf8(), written without the QString.
+QByteArray JSONUtf8(const PropertyValue::Dictionary &dictionary);
+QByteArray JSONUtf8(const PropertyValue::Array &array);
 
 } // namespace JSON

@@ -1,7 +1,7 @@
 // Feeds arbitrary bytes to the JSON reader, both as UTF-8 and as raw UTF-16 code units
 // (odd lengths and lone surrogates included), with and without dropping nulls. Whatever
-// reads is written back, and the written text must read again; the bytes read directly
-// must give what their conversion to a QString gives.
+// reads is written back, as a QString and as UTF-8, and the written text must read again;
+// the bytes read directly must give what their conversion to a QString gives.
 #include "JSON.h"
 
 #include <QLoggingCategory>
@@ -32,7 +32,11 @@ bool readsBackEqual(const PropertyValue &value)
 
 template <typename Tree, typename Read> void writeAndReread(const Tree &tree, Read read)
 {
-    const auto again = read(JSON::JSONString(tree));
+    const QString written = JSON::JSONString(tree);
+    // The UTF-8 writer is held to Qt's conversion of the same text.
+    if (JSON::JSONUtf8(tree) != written.toUtf8())
+        std::abort();
+    const auto again = read(written);
     if (readsBackEqual(PropertyValue(tree)) && again != tree)
         std::abort();
 }

@@ -5,10 +5,13 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <charconv>
 #include <clocale>
 #include <cmath>
 #include <locale.h>
 #include <limits>
+
+using namespace Qt::StringLiterals;
 
 using Dict = PropertyValue::Dictionary;
 using Arr = PropertyValue::Array;
@@ -364,6 +367,105 @@ private Q_SLOTS:
         QCOMPARE(value.isArray() ? JSON::JSONString(value.toArray())
                                  : JSON::JSONString(value.toDictionary()),
                  json);
+    }
+
+    // The UTF-8 writer must give Qt's own conversion of the QString text, lone surrogates
+    // included. Besides the rows above: one key holding a one-element array of the same
+    // text, with a special unit at the edges of eight-unit blocks and of long runs, whose
+    // QString text is built by the eight replacements made one after the other.
+    void writeUtf8_data()
+    {
+        write_data();
+        const auto escaped = [](QString s) {
+            return s.replace(u"\\"_s, u"\\\\"_s)
+                .replace(u"\""_s, u"\\\""_s)
+                .replace(u"/"_s, u"\\/"_s)
+                .replace(u"\b"_s, u"\\b"_s)
+                .replace(u"\f"_s, u"\\f"_s)
+                .replace(u"\n"_s, u"\\n"_s)
+                .replace(u"\r"_s, u"\\r"_s)
+                .replace(u"\t"_s, u"\\t"_s);
+        };
+        const auto addRow = [&](const QByteArray &name, const QString &s) {
+            QTest::newRow(name.constData()) << PropertyValue(Dict{{s, Arr{s}}})
+                                            << u"{\""_s + s + u"\":[\""_s + escaped(s) + u"\"]}"_s;
+        };
+        const std::pair<const char *, QString> specials[] = {
+            {"quote", u"\""_s},
+            {"slash", u"/"_s},
+            {"backslash", u"\\"_s},
+            {"backspace", u"\b"_s},
+            {"U+000B", u"\v"_s},
+            {"carriage return", u"\r"_s},
+            {"2 bytes", u"\u00e9"_s},
+            {"3 bytes", u"\u65e5"_s},
+            {"4 bytes", u"\U0001F600"_s},
+            {"lone high", QString(QChar(0xd800))},
+            {"lone low", QString(QChar(0xdc00))},
+        };
+        // Units that need nothing but a copy, the edges of the tested ranges among them.
+        const QString plain = u"ab z~\x7f.0-\x01\x07\x0e[]"_s;
+        for (const auto &[name, special] : specials) {
+            for (const qsizetype length : {16, 17, 4099}) {
+                for (const qsizetype at :
+                     {qsizetype(0), qsizetype(7), qsizetype(8), length - special.size()}) {
+                    QString s;
+                    for (qsizetype k = 0; k < length; ++k)
+                        s += plain.at(k % plain.size());
+                    s.replace(at, special.size(), special);
+                    addRow(QByteArray(name) + " at " + QByteArray::number(at) + " of " +
+                               QByteArray::number(length),
+                           s);
+                }
+            }
+        }
+        addRow("swapped pair", u"a"_s + QChar(0xdc00) + QChar(0xd800) + u"b"_s);
+        addRow("lone high before an escape", QChar(0xd800) + u"\n"_s);
+        addRow("only non-ASCII", u"\u00e9\u65e5\U0001F600\u00e9\u65e5\U0001F600\u00e9\u65e5"_s);
+        // Doubles around the integer shortcut's limits; the text is the library's own.
+        Arr numbers;
+        QString numbersText = u"["_s;
+        const double doubles[] = {0.0,
+                                  -0.0,
+                                  -12.0,
+                                  10000.0,
+                                  100000.0,
+                                  1200000.0,
+                                  123456789012.0,
+                                  9007199254740991.0,
+                                  -9007199254740991.0,
+                                  9007199254740992.0,
+                                  1.234567890123e18,
+                                  0.5};
+        for (const double d : doubles) {
+            char digits[32];
+            const char *end = std::to_chars(digits, digits + sizeof digits, d).ptr;
+            numbers.append(d);
+            numbersText += (numbers.size() > 1 ? u","_s : QString()) +
+                           QString::fromLatin1(digits, end - digits);
+        }
+        QTest::newRow("doubles") << PropertyValue(numbers) << numbersText + u']';
+        // Many short values, so that the output grows between and inside them.
+        Arr many;
+        QString manyText = u"["_s;
+        for (int k = 0; k < 3000; ++k) {
+            const QString s = specials[k % std::size(specials)].second + QString::number(k);
+            many.append(s);
+            manyText += (k ? u",\""_s : u"\""_s) + escaped(s) + u'"';
+        }
+        QTest::newRow("many values") << PropertyValue(many) << manyText + u']';
+    }
+
+    void writeUtf8()
+    {
+        QFETCH(PropertyValue, value);
+        QFETCH(QString, json);
+        const QString text = value.isArray() ? JSON::JSONString(value.toArray())
+                                             : JSON::JSONString(value.toDictionary());
+        QCOMPARE(text, json);
+        QCOMPARE(value.isArray() ? JSON::JSONUtf8(value.toArray())
+                                 : JSON::JSONUtf8(value.toDictionary()),
+                 text.toUtf8());
     }
 };
 
