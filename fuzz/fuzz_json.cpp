@@ -57,15 +57,6 @@ void check(const QString &text)
     }
 }
 
-} // namespace
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    // The parse-error log lines would drown the fuzzer's own output.
-    QLoggingCategory::setFilterRules(QStringLiteral("quorvelle.info=false"));
-    return 0;
-}
-
 // Reading bytes straight as UTF-8 gives what reading Qt's conversion of them gives.
 void checkBytes(const QByteArray &bytes, const QString &converted)
 {
@@ -76,6 +67,15 @@ void checkBytes(const QByteArray &bytes, const QString &converted)
                 JSON::arrayWithJSONString(converted, ignoreNull))
             std::abort();
     }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    // The parse-error log lines would drown the fuzzer's own output.
+    QLoggingCategory::setFilterRules(QStringLiteral("quorvelle.info=false"));
+    return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
