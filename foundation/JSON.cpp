@@ -410,7 +410,7 @@ template <typename Unit> void TextWriter<Unit>::putValue(const PropertyValue &va
         putDictionary(*value.dictionaryPtr());
         return;
     case PropertyValue::Type::String:
-        putQuoted<true>(value.toString());
+        putQuoted<true>(*value.stringPtr());
         return;
     case PropertyValue::Type::Bool:
         // Booleans are numbers here and are written as such, never as words.

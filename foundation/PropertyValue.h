@@ -214,6 +214,9 @@ public:
     QDateTime toDateTime() const;
     QByteArray toData() const;
 
+    // The string where it stands (nullptr for another kind): reading it costs no copy.
+    const QString *stringPtr() const { return std::get_if<QString>(&m_value); }
+
     // In-place access to a container (nullptr for another kind), for code that edits a
     // tree where it stands.
     Array *arrayPtr() { return std::get_if<Array>(&m_value); }
