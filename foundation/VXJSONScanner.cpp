@@ -607,7 +607,7 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
         }
         // A later duplicate key replaces the earlier value (when the dictionary is made).
         if (!(ignoreNull && member->isNull()))
-            m_members.emplace_back(std::move(*key), std::move(*member));
+            m_members.push_back({std::move(*key), std::move(*member)});
         // The comma between members is optional.
         readCharacter<Unit>(',');
     }
