@@ -7,12 +7,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <iterator>
-#include <memory>
 #include <string_view>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #ifdef __SSE2__
 #include <emmintrin.h>

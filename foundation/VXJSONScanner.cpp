@@ -18,7 +18,6 @@
 #include <cstring>
 #include <iterator>
 #include <locale.h>
-#include <map>
 #include <string>
 
 namespace {
