@@ -111,8 +111,9 @@ public:
     }
 
 private:
-    static constexpr size_t header = (sizeof(QAtomicInt) + 3 * sizeof(quint32) +
-                                      alignof(Entry) - 1) / alignof(Entry) * alignof(Entry);
+    static constexpr size_t header =
+        (sizeof(QAtomicInt) + 3 * sizeof(quint32) + alignof(Entry) - 1) / alignof(Entry) *
+        alignof(Entry);
 };
 
 PropertyDictionary::PropertyDictionary(

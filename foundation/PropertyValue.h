@@ -161,7 +161,19 @@ private:
 class PropertyValue
 {
 public:
-    enum class Type { Null, Bool, Integer, UnsignedInteger, Double, String, Array, Dictionary, Date, Data };
+    enum class Type
+    {
+        Null,
+        Bool,
+        Integer,
+        UnsignedInteger,
+        Double,
+        String,
+        Array,
+        Dictionary,
+        Date,
+        Data
+    };
 
     using Array = QList<PropertyValue>;
     using Dictionary = PropertyDictionary;

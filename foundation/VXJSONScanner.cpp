@@ -229,7 +229,6 @@ bool VXJSONScanner::scanCharactersFromSet(CharacterSet set, QStringView *into)
     return true;
 }
 
-
 // The text's units of the kind the operations are instantiated for.
 template <> inline const char16_t *VXJSONScanner::units<char16_t>() const
 {
@@ -389,8 +388,8 @@ template <> qsizetype VXJSONScanner::copyRun<char>(qsizetype i, TextGatherer &te
         const __m128i zero = _mm_setzero_si128();
         while (end - p >= 16) {
             const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-            const int special = _mm_movemask_epi8(_mm_or_si128(
-                                    _mm_cmpeq_epi8(bytes, quote), _mm_cmpeq_epi8(bytes, backslash))) |
+            const int special = _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, quote),
+                                                               _mm_cmpeq_epi8(bytes, backslash))) |
                                 _mm_movemask_epi8(bytes);
             char16_t *out = text.reserve(16);
             _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_unpacklo_epi8(bytes, zero));
@@ -615,8 +614,8 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     if (!readCharacter<Unit>('}'))
         return false;
     if (value) {
-        *value = PropertyValue(PropertyDictionary::fromEntries(m_members.data() + base,
-                                                               m_members.data() + m_members.size()));
+        *value = PropertyValue(PropertyDictionary::fromEntries(
+            m_members.data() + base, m_members.data() + m_members.size()));
     }
     return true;
 }
@@ -678,10 +677,9 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     // The units are gathered at the free end of the text block; the string then refers to
     // them there, without a copy. Nothing but the frame's bookkeeping is observable of
     // this: the result is the same string.
-    qsizetype room = m_block.d ? m_block.constAllocatedCapacity() - m_blockUsed : 0;
-    char16_t *buffer = room >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64);
-    TextGatherer text{*this, buffer, 0, 0};
-    text.room = m_block.constAllocatedCapacity() - m_blockUsed;
+    const qsizetype available = m_block.d ? m_block.constAllocatedCapacity() - m_blockUsed : 0;
+    char16_t *buffer = available >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64);
+    TextGatherer text{*this, buffer, 0, m_block.constAllocatedCapacity() - m_blockUsed};
     const auto put = [&text](char16_t unit) { *text.reserve(1) = unit, ++text.count; };
 
     const Unit *units = this->units<Unit>();
@@ -811,9 +809,9 @@ bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNu
     // Literal words match in any letter case and consume only the word itself. Only a
     // unit that can start one of them is worth the three attempts.
     const auto unit = std::make_unsigned_t<Unit>(c);
-    const bool mayBeWord = unit < 0x80 ? ((unit | 0x20) == 't' || (unit | 0x20) == 'f' ||
-                                          (unit | 0x20) == 'n')
-                                       : mayStartWord<Unit>(m_location);
+    const bool mayBeWord =
+        unit < 0x80 ? ((unit | 0x20) == 't' || (unit | 0x20) == 'f' || (unit | 0x20) == 'n')
+                    : mayStartWord<Unit>(m_location);
     if (mayBeWord && readWord<Unit>(u"true")) {
         if (value)
             *value = PropertyValue(true);
