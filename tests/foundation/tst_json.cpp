@@ -5,9 +5,11 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <ctime>
 #include <limits>
 #include <locale.h>
 
@@ -65,6 +67,15 @@ QString escapeForTest(const QString &s)
             out += c;
     }
     return out;
+}
+
+// The calling thread's CPU time in nanoseconds: unlike wall time, it does not grow while
+// other programs have the processor.
+qint64 threadCpuTime()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
 
 } // namespace
@@ -200,6 +211,58 @@ private Q_SLOTS:
         QVERIFY(result);
         QCOMPARE(result->size(), 1);
         QCOMPARE(result->first().toString(), s);
+    }
+
+    // One long string value costs time in proportion to its length. Each size's cost per
+    // unit (the thread's CPU time, best of a few reads, so that a busy machine does not
+    // decide) is held against
+    // the size ten times smaller, up to 10^7 units; every string must read back exactly. A
+    // key comes first, so the value starts inside a block already in use and outgrows it.
+    void readLongStrings_data()
+    {
+        QTest::addColumn<bool>("utf8");
+        QTest::addColumn<QString>("written"); // one unit as it stands in the text
+        QTest::addColumn<QChar>("unit");      // what it reads as
+        for (const bool utf8 : {false, true}) {
+            const char *entry = utf8 ? "UTF-8" : "QString";
+            QTest::addRow("%s, ASCII", entry) << utf8 << u"x"_s << QChar(u'x');
+            QTest::addRow("%s, escapes", entry) << utf8 << u"\\t"_s << QChar(u'\t');
+            QTest::addRow("%s, two-byte characters", entry) << utf8 << u"\u00e9"_s << QChar(0xe9);
+        }
+    }
+
+    void readLongStrings()
+    {
+        QFETCH(bool, utf8);
+        QFETCH(QString, written);
+        QFETCH(QChar, unit);
+        double previousCost = 0;
+        QStringList ratios;
+        for (qsizetype units = 10'000; units <= 10'000'000; units *= 10) {
+            const QString text = u"{\"k\":\""_s + written.repeated(units) + u"\"}"_s;
+            const QByteArray bytes = text.toUtf8();
+            qint64 best = std::numeric_limits<qint64>::max();
+            for (int run = 0; run < std::max<qsizetype>(3, 100'000 / units); ++run) {
+                const qint64 start = threadCpuTime();
+                const auto read = utf8 ? JSON::dictionaryWithJSONString(bytes)
+                                       : JSON::dictionaryWithJSONString(text);
+                best = std::min(best, threadCpuTime() - start);
+                QVERIFY(read);
+                QCOMPARE(read->value(u"k"_s).toString(), QString(units, unit));
+            }
+            const double cost = double(best) / double(units);
+            if (previousCost > 0) {
+                QVERIFY2(
+                    cost < 4 * previousCost,
+                    qPrintable(
+                        u"%1 ns per unit for %2 units, %3 for a tenth"_s.arg(cost).arg(units).arg(
+                            previousCost)));
+                ratios.append(QString::number(cost / previousCost, 'f', 2));
+            }
+            previousCost = cost;
+        }
+        // The figures, for judging a failure on a loaded machine.
+        qInfo("cost per unit against a tenth of the length: %s", qPrintable(ratios.join(u", "_s)));
     }
 
     // Objects large enough to be indexed, keys in random order with
