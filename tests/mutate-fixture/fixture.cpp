@@ -18,7 +18,7 @@ void countCheck()
 int percent(int part, int whole)
 {
     if (whole == 0)
-        return 0; // never checked: 0 -> 1 survives
+        return 0;              // never checked: 0 -> 1 survives
     return part * 100 / whole; // * -> / is killed
 }
 
