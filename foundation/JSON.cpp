@@ -103,6 +103,13 @@ std::optional<PropertyValue::Array> arrayWithJSONString(const QByteArray &utf8)
 
 // The writer. One template serves both outputs: char16_t units for the QString form and
 // UTF-8 bytes for the QByteArray form, so the two cannot drift apart.
+//
+// The text is written in one pass into chunks that never grow or move (the first on the
+// stack, later ones from the heap), then copied once into a result of exactly its length.
+// A result grown by doubling (and trimmed at the end) made the time depend on how the
+// allocator and the kernel moved its pages, up to thirty times slower for the same tree;
+// measuring the exact length in a first pass over the tree cost more than the copy (1.6
+// times the writing on string-heavy trees, twice on deeply nested ones).
 namespace {
 
 // The eight escapes, applied to string values only. Doing them in one pass gives the same
@@ -143,6 +150,20 @@ struct EscapeTable
     }
 };
 constexpr EscapeTable escapes;
+
+// Whether some surrogate in the text is not part of a pair (UTF-8 has no form for it).
+bool hasLoneSurrogate(const char16_t *from, const char16_t *to)
+{
+    while (from != to) {
+        const char16_t c = *from++;
+        if (!QChar::isSurrogate(c))
+            continue;
+        if (!QChar::isHighSurrogate(c) || from == to || !QChar::isLowSurrogate(*from))
+            return true;
+        ++from;
+    }
+    return false;
+}
 
 #ifdef __SSE2__
 // Bit pairs (one per unit, as _mm_movemask_epi8 gives them) marking the units among eight
@@ -208,8 +229,8 @@ inline bool putUnit(Unit *&out, const char16_t *&from, const char16_t *to)
 }
 
 // Writes the units [from, to) with the escapes when asked, converted to the output unit.
-// `out` must have room for the worst case (see TextWriter::putQuoted). For UTF-8 output a
-// surrogate that is not part of a pair gives nullptr: the caller leaves that text to Qt.
+// For UTF-8 output a surrogate that is not part of a pair gives nullptr (never the case
+// for a text measured without one).
 template <bool Escape, typename Unit>
 Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
 {
@@ -219,9 +240,10 @@ Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
         return out + (to - from);
     }
 #ifdef __SSE2__
-    // Eight units at a time, stored whole (narrowed for UTF-8) before they are looked at.
-    // When some need work, only the clean ones before the first are kept, that one is
-    // written alone, and the next block starts right after it.
+    // Eight units at a time, stored whole (narrowed for UTF-8) before they are looked at:
+    // eight units of text always make at least eight units of output, so the store stays
+    // inside the text. When some need work, only the clean ones before the first are
+    // kept, that one is written alone, and the next block starts right after it.
     while (to - from >= 8) {
         const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
         if constexpr (utf8)
@@ -248,74 +270,166 @@ Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
     return out;
 }
 
-// Writes straight into the buffer of the result (QString for char16_t, QByteArray for
-// UTF-8), which grows geometrically by realloc: each step reserves the worst case of what
-// it writes, so the units themselves are stored without bounds checks.
+// Two digits at a time, for writing integers from the right.
+constexpr char digitPairs[] = "00010203040506070809101112131415161718192021222324252627282930313233"
+                              "34353637383940414243444546474849505152535455565758596061626364656667"
+                              "6869707172737475767778798081828384858687888990919293949596979899";
+
+// The number of decimal digits of `value` (1 for 0): the bit length gives the count or one
+// less, and one comparison decides.
+inline int decimalDigits(quint64 value)
+{
+    static constexpr quint64 powers[] = {0, // so that 0 counts one digit
+                                         10ull,
+                                         100ull,
+                                         1000ull,
+                                         10000ull,
+                                         100000ull,
+                                         1000000ull,
+                                         10000000ull,
+                                         100000000ull,
+                                         1000000000ull,
+                                         10000000000ull,
+                                         100000000000ull,
+                                         1000000000000ull,
+                                         10000000000000ull,
+                                         100000000000000ull,
+                                         1000000000000000ull,
+                                         10000000000000000ull,
+                                         100000000000000000ull,
+                                         1000000000000000000ull,
+                                         10000000000000000000ull};
+    // floor(bits * log10(2)) for the value's bit length.
+    const int guess = ((64 - std::countl_zero(value | 1)) * 1233) >> 12;
+    return guess + (value >= powers[guess]);
+}
+
+// How a real is written. An integral value is written as its plain decimal digits, never
+// with an exponent: 100000, not 1e+05. Those are the exact digits of the double, also past
+// 2^53 (1e23 is 99999999999999991611392), so that the text reads back as the same double.
+// Zero keeps its sign: "-0" reads back as -0.0. Only a value with a fraction takes the
+// shortest text that reads back (0.5, 1e-07). Infinities and NaN have no JSON form and the
+// reader would refuse any word for them, so they are written as null.
+enum class RealForm
+{
+    Null,
+    Zero,
+    NegativeZero,
+    Integer,  // exactly `integer`; below 2^63 the integer conversion is exact and fast
+    Shortest, // a fraction
+    Fixed     // integral and 2^63 or more in size: every double this large is integral
+};
+
+inline RealForm realForm(double number, qint64 *integer)
+{
+    if (!std::isfinite(number))
+        return RealForm::Null;
+    if (number == 0)
+        return std::signbit(number) ? RealForm::NegativeZero : RealForm::Zero;
+    constexpr double integerLimit = 0x1p63;
+    if (number >= -integerLimit && number < integerLimit) {
+        *integer = qint64(number);
+        return double(*integer) == number ? RealForm::Integer : RealForm::Shortest;
+    }
+    return RealForm::Fixed;
+}
+
+// The longest text of an integral double written in full: 309 digits and a sign.
+constexpr int fixedRoom = 320;
+
 template <typename Unit> class TextWriter
 {
     static constexpr bool utf8 = std::is_same_v<Unit, char>;
     using Buffer = std::conditional_t<utf8, QByteArray, QString>;
 
 public:
-    TextWriter() { adopt(0); }
+    TextWriter() = default;
     TextWriter(const TextWriter &) = delete;
     TextWriter &operator=(const TextWriter &) = delete;
-
-    Buffer take()
+    ~TextWriter()
     {
-        m_buffer.resize(m_out - m_begin);
-        // A doubling buffer may hold up to twice the text; give a large surplus back.
-        if (m_buffer.capacity() - m_buffer.size() > 64 * 1024)
-            m_buffer.squeeze();
-        return std::move(m_buffer);
+        for (Chunk *chunk = m_first; chunk;) {
+            Chunk *next = chunk->next;
+            ::operator delete(static_cast<void *>(chunk));
+            chunk = next;
+        }
     }
 
-    void putValue(const PropertyValue &value);
-    void putDictionary(const PropertyValue::Dictionary &dictionary);
-    void putArray(const PropertyValue::Array &array);
-
-    // The text between double quotes; with Escape, the eight escapes applied.
-    template <bool Escape> void putQuoted(const QString &text)
+    template <typename Container> Buffer write(const Container &container)
     {
-        const char16_t *units = reinterpret_cast<const char16_t *>(text.constData());
-        const qsizetype length = text.size();
-        // Per unit at most: an escape (2 units), 3 UTF-8 bytes; a pair makes 4 bytes of 2.
-        Unit *const start = reserve((utf8 || Escape ? (utf8 ? 3 : 2) * length : length) + 2);
-        Unit *out = start;
-        *out++ = Unit('"');
-        out = putUnits<Escape>(out, units, units + length);
-        if constexpr (utf8) {
-            if (!out) {
-                putLoneSurrogateText<Escape>(start, text);
-                return;
-            }
-        }
-        *out++ = Unit('"');
-        m_out = out;
+        put(container);
+        return take();
+    }
+
+    // The quoted text, escaped when asked, as UTF-16.
+    template <bool Escape> static QString quoted(const QString &text)
+    {
+        static_assert(!utf8);
+        TextWriter writer;
+        writer.putQuoted<Escape>(text);
+        return writer.take();
     }
 
 private:
-    static constexpr qsizetype firstCapacity = 256;
+    // A piece of the output on the heap, followed by its units.
+    struct Chunk
+    {
+        Chunk *next;
+        qsizetype used;
+    };
+    static Unit *unitsOf(Chunk *chunk) { return reinterpret_cast<Unit *>(chunk + 1); }
 
+    void put(const PropertyValue &value);
+    void put(const PropertyValue::Dictionary &dictionary);
+    void put(const PropertyValue::Array &array);
+
+    // Room for `units` units at m_out: each step makes sure of room for the most it can
+    // write, so the units themselves are stored unchecked.
     Unit *reserve(qsizetype units)
     {
         if (m_end - m_out < units) [[unlikely]]
-            grow(units);
+            nextChunk(units);
         return m_out;
     }
 
-    Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void grow(qsizetype units)
+    Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void nextChunk(qsizetype units)
     {
-        adopt(std::max<qsizetype>(2 * (m_end - m_begin), (m_out - m_begin) + units));
+        if (m_last)
+            m_last->used = m_out - unitsOf(m_last);
+        else
+            m_inlineUsed = m_out - m_inline;
+        // 64 KB, then twice as much each time up to 4 MB: a few chunks for a large text,
+        // each one allocation that is never moved.
+        const qsizetype capacity = std::max(units, m_nextCapacity);
+        m_nextCapacity = std::min<qsizetype>(2 * m_nextCapacity, (4 << 20) / sizeof(Unit));
+        auto *chunk =
+            static_cast<Chunk *>(::operator new(sizeof(Chunk) + size_t(capacity) * sizeof(Unit)));
+        *chunk = Chunk{nullptr, 0};
+        (m_last ? m_last->next : m_first) = chunk;
+        m_last = chunk;
+        m_out = unitsOf(chunk);
+        m_end = m_out + capacity;
     }
 
-    void adopt(qsizetype capacity)
+    // The text written, in a buffer of exactly its length.
+    Buffer take()
     {
-        const qsizetype used = m_out - m_begin;
-        m_buffer.resize(std::max(capacity, firstCapacity));
-        m_begin = reinterpret_cast<Unit *>(m_buffer.data());
-        m_out = m_begin + used;
-        m_end = m_begin + m_buffer.size();
+        if (m_last)
+            m_last->used = m_out - unitsOf(m_last);
+        else
+            m_inlineUsed = m_out - m_inline;
+        qsizetype length = m_inlineUsed;
+        for (Chunk *chunk = m_first; chunk; chunk = chunk->next)
+            length += chunk->used;
+        Buffer text(length, Qt::Uninitialized);
+        Unit *to = reinterpret_cast<Unit *>(text.data());
+        std::memcpy(to, m_inline, size_t(m_inlineUsed) * sizeof(Unit));
+        to += m_inlineUsed;
+        for (Chunk *chunk = m_first; chunk; chunk = chunk->next) {
+            std::memcpy(to, unitsOf(chunk), size_t(chunk->used) * sizeof(Unit));
+            to += chunk->used;
+        }
+        return text;
     }
 
     void put(char c)
@@ -332,82 +446,143 @@ private:
         m_out = out;
     }
 
-    // The longest number text: a 64-bit integer or a shortest double
-    // ("-2.2250738585072014e-308") take at most 24 characters; an integral double written
-    // in full, up to 309 digits and a sign (-DBL_MAX).
-    template <typename Number>
-    static constexpr qsizetype numberRoom = std::is_floating_point_v<Number> ? 320 : 32;
-
-    template <typename Number> void putNumber(Number number)
+    // The text between double quotes; with Escape, the eight escapes applied.
+    template <bool Escape> void putQuoted(const QString &text)
     {
-        constexpr qsizetype room = numberRoom<Number>;
-        Unit *out = reserve(room);
-        if constexpr (utf8) {
-            m_out = numberText(out, number);
-        } else {
-            char text[room];
-            const char *end = numberText(text, number);
-            for (const char *c = text; c != end; ++c)
-                *out++ = char16_t(*c);
-            m_out = out;
-        }
-    }
-
-    template <typename Number> static char *numberText(char *out, Number number)
-    {
-        char *const end = out + numberRoom<Number>;
-        if constexpr (std::is_floating_point_v<Number>) {
-            // An integral value is written as its plain decimal digits, never with an
-            // exponent: 100000, not 1e+05. Those are the exact digits of the double, also
-            // past 2^53 (1e23 is 99999999999999991611392), so that the text reads back as
-            // the same double. Zero keeps its sign: "-0" reads back as -0.0. Only a value
-            // with a fraction takes the shortest text that reads back (0.5, 1e-07).
-            constexpr double integerLimit = 0x1p63;
-            if (number >= -integerLimit && number < integerLimit) {
-                // The integer conversion is exact here and several times faster; a
-                // fraction, or a zero whose sign it would lose, takes the shortest text.
-                const auto integer = qint64(number);
-                if (double(integer) == number && integer != 0)
-                    return std::to_chars(out, end, integer).ptr;
-                return std::to_chars(out, end, number).ptr;
+        // Per unit at most: 3 UTF-8 bytes (a pair makes 4 of 2 units), or an escape's 2.
+        constexpr qsizetype perUnit = utf8 ? 3 : (Escape ? 2 : 1);
+        // A long text goes in slices, so that no chunk has to hold it whole.
+        constexpr qsizetype slice = 16 * 1024;
+        const char16_t *units = reinterpret_cast<const char16_t *>(text.constData());
+        const qsizetype length = text.size();
+        if (length <= slice) [[likely]] {
+            Unit *const start = reserve(perUnit * length + 2);
+            *start = Unit('"');
+            Unit *out = putUnits<Escape>(start + 1, units, units + length);
+            if constexpr (utf8) {
+                if (!out) [[unlikely]] {
+                    m_out = start;
+                    putLoneSurrogateText<Escape>(text);
+                    return;
+                }
             }
-            // Every double this large is integral.
-            return std::to_chars(out, end, number, std::chars_format::fixed, 0).ptr;
-        } else {
-            return std::to_chars(out, end, number).ptr;
+            *out++ = Unit('"');
+            m_out = out;
+            return;
         }
+        if (utf8 && hasLoneSurrogate(units, units + length)) {
+            putLoneSurrogateText<Escape>(text);
+            return;
+        }
+        put('"');
+        for (const char16_t *from = units, *end = units + length; from != end;) {
+            const char16_t *to = from + std::min<qsizetype>(slice, end - from);
+            // A pair stays together (there is no lone surrogate here).
+            if (to != end && QChar::isHighSurrogate(to[-1]))
+                --to;
+            m_out = putUnits<Escape>(reserve(perUnit * (to - from)), from, to);
+            from = to;
+        }
+        put('"');
     }
 
     // Qt decides what a surrogate without its partner becomes in UTF-8; the whole quoted
-    // text goes through its conversion (quotes included, so that the neighbours it sees
-    // are those of the complete output), replacing what was begun at `start`.
-    template <bool Escape>
-    Q_DECL_COLD_FUNCTION void putLoneSurrogateText(Unit *start, const QString &text)
+    // text goes through its conversion (quotes included, so that the neighbours it sees are
+    // those of the complete output).
+    template <bool Escape> Q_DECL_COLD_FUNCTION void putLoneSurrogateText(const QString &text)
     {
-        m_out = start;
-        TextWriter<char16_t> wide;
-        wide.putQuoted<Escape>(text);
-        const QByteArray bytes = wide.take().toUtf8();
-        Unit *out = reserve(bytes.size());
-        std::memcpy(out, bytes.constData(), size_t(bytes.size()));
-        m_out = out + bytes.size();
+        const QByteArray bytes = TextWriter<char16_t>::quoted<Escape>(text).toUtf8();
+        for (qsizetype from = 0; from < bytes.size();) {
+            const qsizetype count = std::min<qsizetype>(bytes.size() - from, 64 * 1024);
+            std::memcpy(reserve(count), bytes.constData() + from, size_t(count));
+            m_out += count;
+            from += count;
+        }
     }
 
-    Buffer m_buffer;
-    Unit *m_begin = nullptr;
-    Unit *m_out = nullptr;
-    Unit *m_end = nullptr;
+    void putDigits(quint64 value)
+    {
+        const int digits = decimalDigits(value);
+        Unit *const end = reserve(digits) + digits;
+        Unit *out = end;
+        while (value >= 100) {
+            const char *pair = digitPairs + 2 * (value % 100);
+            value /= 100;
+            out -= 2;
+            out[0] = Unit(pair[0]);
+            out[1] = Unit(pair[1]);
+        }
+        if (value >= 10) {
+            out[-2] = Unit(digitPairs[2 * value]);
+            out[-1] = Unit(digitPairs[2 * value + 1]);
+        } else {
+            out[-1] = Unit('0' + value);
+        }
+        m_out = end;
+    }
+
+    void putInteger(qint64 value)
+    {
+        if (value < 0) {
+            put('-');
+            putDigits(0 - quint64(value));
+        } else {
+            putDigits(quint64(value));
+        }
+    }
+
+    void putReal(double number)
+    {
+        qint64 integer = 0;
+        const RealForm form = realForm(number, &integer);
+        switch (form) {
+        case RealForm::Null:
+            putAscii("null");
+            return;
+        case RealForm::Zero:
+            put('0');
+            return;
+        case RealForm::NegativeZero:
+            putAscii("-0");
+            return;
+        case RealForm::Integer:
+            putInteger(integer);
+            return;
+        case RealForm::Shortest:
+        case RealForm::Fixed: {
+            // The shortest text of any double ("-2.2250738585072014e-308") has 24
+            // characters; an integral one written in full, up to 309 digits and a sign.
+            char text[fixedRoom];
+            const char *end =
+                form == RealForm::Shortest
+                    ? std::to_chars(text, text + fixedRoom, number).ptr
+                    : std::to_chars(text, text + fixedRoom, number, std::chars_format::fixed, 0)
+                          .ptr;
+            putAscii(std::string_view(text, size_t(end - text)));
+            return;
+        }
+        }
+    }
+
+    Unit *m_out = m_inline;
+    Unit *m_end = m_inline + std::size(m_inline);
+    Chunk *m_first = nullptr;
+    Chunk *m_last = nullptr;
+    qsizetype m_inlineUsed = 0;
+    qsizetype m_nextCapacity = (64 * 1024) / sizeof(Unit);
+    // The first 8 KB of text, on the stack: most texts need no other chunk.
+    Unit m_inline[8192 / sizeof(Unit)];
 };
 
 // The JSON text of one value.
-template <typename Unit> void TextWriter<Unit>::putValue(const PropertyValue &value)
+template <typename Unit> void TextWriter<Unit>::put(const PropertyValue &value)
 {
     switch (value.type()) {
     case PropertyValue::Type::Array:
-        putArray(*value.arrayPtr());
+        put(*value.arrayPtr());
         return;
     case PropertyValue::Type::Dictionary:
-        putDictionary(*value.dictionaryPtr());
+        put(*value.dictionaryPtr());
         return;
     case PropertyValue::Type::String:
         putQuoted<true>(*value.stringPtr());
@@ -417,22 +592,14 @@ template <typename Unit> void TextWriter<Unit>::putValue(const PropertyValue &va
         put(value.toBool() ? '1' : '0');
         return;
     case PropertyValue::Type::Integer:
-        putNumber(value.toInt64());
+        putInteger(value.toInt64());
         return;
     case PropertyValue::Type::UnsignedInteger:
-        putNumber(value.toUInt64());
+        putDigits(value.toUInt64());
         return;
-    case PropertyValue::Type::Double: {
-        // Integral values in plain decimal digits, others in the shortest text that reads
-        // back as the same double. Infinities and NaN have no JSON form and the reader
-        // would refuse any word for them, so they are written as null.
-        const double number = value.toDouble();
-        if (std::isfinite(number))
-            putNumber(number);
-        else
-            putAscii("null");
+    case PropertyValue::Type::Double:
+        putReal(value.toDouble());
         return;
-    }
     case PropertyValue::Type::Null:
     case PropertyValue::Type::Date:
     case PropertyValue::Type::Data:
@@ -441,8 +608,7 @@ template <typename Unit> void TextWriter<Unit>::putValue(const PropertyValue &va
     putAscii("null");
 }
 
-template <typename Unit>
-void TextWriter<Unit>::putDictionary(const PropertyValue::Dictionary &dictionary)
+template <typename Unit> void TextWriter<Unit>::put(const PropertyValue::Dictionary &dictionary)
 {
     put('{');
     bool first = true;
@@ -453,12 +619,12 @@ void TextWriter<Unit>::putDictionary(const PropertyValue::Dictionary &dictionary
         // Keys go out as they are, unescaped; only values are escaped.
         putQuoted<false>(it.key());
         put(':');
-        putValue(it.value());
+        put(it.value());
     }
     put('}');
 }
 
-template <typename Unit> void TextWriter<Unit>::putArray(const PropertyValue::Array &array)
+template <typename Unit> void TextWriter<Unit>::put(const PropertyValue::Array &array)
 {
     put('[');
     bool first = true;
@@ -466,41 +632,31 @@ template <typename Unit> void TextWriter<Unit>::putArray(const PropertyValue::Ar
         if (!first)
             put(',');
         first = false;
-        putValue(element);
+        put(element);
     }
     put(']');
-}
-
-template <typename Unit, typename Container> auto write(const Container &container)
-{
-    TextWriter<Unit> writer;
-    if constexpr (std::is_same_v<Container, PropertyValue::Array>)
-        writer.putArray(container);
-    else
-        writer.putDictionary(container);
-    return writer.take();
 }
 
 } // namespace
 
 QString JSONString(const PropertyValue::Dictionary &dictionary)
 {
-    return write<char16_t>(dictionary);
+    return TextWriter<char16_t>().write(dictionary);
 }
 
 QString JSONString(const PropertyValue::Array &array)
 {
-    return write<char16_t>(array);
+    return TextWriter<char16_t>().write(array);
 }
 
 QByteArray JSONUtf8(const PropertyValue::Dictionary &dictionary)
 {
-    return write<char>(dictionary);
+    return TextWriter<char>().write(dictionary);
 }
 
 QByteArray JSONUtf8(const PropertyValue::Array &array)
 {
-    return write<char>(array);
+    return TextWriter<char>().write(array);
 }
 
 } // namespace JSON
