@@ -137,17 +137,17 @@ namespace {
 // then reads without allocating them again. Only moderate ones are kept.
 struct StackCache
 {
-    std::vector<PropertyValue> elements;
-    std::vector<PropertyDictionary::Entry> members;
+    ValueStack<PropertyValue> elements;
+    ValueStack<PropertyDictionary::Entry> members;
     bool available = true;
 };
 thread_local StackCache stackCache;
-constexpr size_t keptStackSize = 4096;
+constexpr qsizetype keptStackSize = 4096;
 } // namespace
 
 VXJSONScanner::VXJSONScanner(const QString &string)
     : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
-      m_length(m_string.size())
+      m_length(m_string.size()), m_arena(m_length)
 {
     takeCachedStacks();
 }
@@ -166,8 +166,8 @@ VXJSONScanner::~VXJSONScanner()
 {
     if (!m_cachedStacks)
         return;
-    m_elements.clear();
-    m_members.clear();
+    m_elements.truncate(0);
+    m_members.truncate(0);
     if (m_elements.capacity() <= keptStackSize && m_members.capacity() <= keptStackSize) {
         m_elements.swap(stackCache.elements);
         m_members.swap(stackCache.members);
@@ -579,13 +579,13 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     DepthGuard depth(m_depth);
 
     // Members gather on a stack shared by all objects of this parse; the dictionary is made
-    // once from them at its final size.
-    const size_t base = m_members.size();
+    // once from them at its final size, in the arena.
+    const qsizetype base = m_members.size();
     struct Truncate
     {
-        std::vector<PropertyDictionary::Entry> &stack;
-        size_t base;
-        ~Truncate() { stack.resize(base); }
+        ValueStack<PropertyDictionary::Entry> &stack;
+        qsizetype base;
+        ~Truncate() { stack.truncate(base); }
     } truncate{m_members, base};
 
     for (;;) {
@@ -605,7 +605,7 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
         }
         // A later duplicate key replaces the earlier value (when the dictionary is made).
         if (!(ignoreNull && member->isNull()))
-            m_members.push_back({std::move(*key), std::move(*member)});
+            m_members.push({std::move(*key), std::move(*member)});
         // The comma between members is optional.
         readCharacter<Unit>(',');
     }
@@ -614,8 +614,17 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     if (!readCharacter<Unit>('}'))
         return false;
     if (value) {
-        *value = PropertyValue(PropertyDictionary::fromEntries(
-            m_members.data() + base, m_members.data() + m_members.size()));
+        PropertyDictionary dictionary;
+        if (const qsizetype count = m_members.size() - base) {
+            PropertyStorage::Region *region = m_arena.place(true, count);
+            PropertyDictionary::Entry *members = m_members.data() + base;
+            for (qsizetype k = 0; k < count; ++k)
+                m_arena.adoptInto(region, members[k].value);
+            PropertyStorage::adoptEntries(region, members, members + count);
+            m_members.forget(base);
+            dictionary = PropertyDictionary::fromRegion(region);
+        }
+        *value = PropertyValue(std::move(dictionary));
     }
     return true;
 }
@@ -628,13 +637,14 @@ bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNu
     DepthGuard depth(m_depth);
 
     // Elements gather on a stack shared by all arrays of this parse, and the array is made
-    // once at its final size: no repeated growth of every list while it is read.
-    const size_t base = m_elements.size();
+    // once at its final size, in the arena: no repeated growth of every array while it is
+    // read, no allocation of its own.
+    const qsizetype base = m_elements.size();
     struct Truncate
     {
-        std::vector<PropertyValue> &stack;
-        size_t base;
-        ~Truncate() { stack.resize(base); }
+        ValueStack<PropertyValue> &stack;
+        qsizetype base;
+        ~Truncate() { stack.truncate(base); }
     } truncate{m_elements, base};
 
     // The opening bracket is optional: "1,2]" is the array of 1 and 2.
@@ -646,7 +656,7 @@ bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNu
             break;
         }
         if (!(ignoreNull && element->isNull()))
-            m_elements.push_back(std::move(*element));
+            m_elements.push(std::move(*element));
         element.reset();
         readCharacter<Unit>(',');
     }
@@ -654,9 +664,19 @@ bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNu
     if (!readCharacter<Unit>(']'))
         return false;
     if (value) {
-        const auto first = m_elements.begin() + std::ptrdiff_t(base);
-        *value = PropertyValue(PropertyValue::Array(std::make_move_iterator(first),
-                                                    std::make_move_iterator(m_elements.end())));
+        PropertyArray array;
+        if (const qsizetype count = m_elements.size() - base) {
+            PropertyStorage::Region *region = m_arena.place(false, count);
+            m_arena.adoptInto(region, m_elements.data() + base,
+                              m_elements.data() + m_elements.size());
+            std::memcpy(static_cast<void *>(PropertyStorage::elementsOf(region)),
+                        static_cast<const void *>(m_elements.data() + base),
+                        size_t(count) * sizeof(PropertyValue));
+            region->size = quint32(count);
+            m_elements.forget(base);
+            array = PropertyArray::fromRegion(region);
+        }
+        *value = PropertyValue(std::move(array));
     }
     return true;
 }
@@ -871,7 +891,7 @@ bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
 }
 
 VXJSONScanner::VXJSONScanner(QByteArrayView utf8)
-    : m_units(nullptr), m_bytes(utf8.data()), m_length(utf8.size())
+    : m_units(nullptr), m_bytes(utf8.data()), m_length(utf8.size()), m_arena(m_length)
 {
     takeCachedStacks();
 }

@@ -1,16 +1,73 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include "PropertyStorage.h"
 
 #include <QByteArrayView>
 #include <QChar>
 #include <QString>
 #include <QStringView>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
-#include <vector>
+
+// A stack of values that move by their bytes (PropertyValue, dictionary entries), from which
+// a finished container takes its elements by copying their bytes into its region.
+template <typename T> class ValueStack
+{
+public:
+    ValueStack() = default;
+    ValueStack(const ValueStack &) = delete;
+    ValueStack &operator=(const ValueStack &) = delete;
+    ~ValueStack()
+    {
+        truncate(0);
+        std::free(m_data);
+    }
+
+    qsizetype size() const { return m_size; }
+    qsizetype capacity() const { return m_capacity; }
+    T *data() { return m_data; }
+
+    void push(T &&value)
+    {
+        if (m_size == m_capacity) [[unlikely]]
+            grow();
+        new (m_data + m_size) T(std::move(value));
+        ++m_size;
+    }
+    // Destroys the values from `base` on.
+    void truncate(qsizetype base)
+    {
+        std::destroy(m_data + base, m_data + m_size);
+        m_size = base;
+    }
+    // Drops the values from `base` on without destroying them: their bytes were taken.
+    void forget(qsizetype base) { m_size = base; }
+    void swap(ValueStack &other)
+    {
+        std::swap(m_data, other.m_data);
+        std::swap(m_size, other.m_size);
+        std::swap(m_capacity, other.m_capacity);
+    }
+
+private:
+    void grow()
+    {
+        const qsizetype capacity = m_capacity ? 2 * m_capacity : 64;
+        // The values are relocatable, so realloc may move them.
+        void *data = std::realloc(static_cast<void *>(m_data), size_t(capacity) * sizeof(T));
+        if (!data)
+            throw std::bad_alloc();
+        m_data = static_cast<T *>(data);
+        m_capacity = capacity;
+    }
+
+    T *m_data = nullptr;
+    qsizetype m_size = 0;
+    qsizetype m_capacity = 0;
+};
 
 // A small character scanner over UTF-16 code units with the JSON scanning operations of
 // the lenient reader on top. Positions are code-unit indexes. Literal words match without
@@ -164,9 +221,11 @@ private:
     qsizetype m_location = 0;
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
-    std::vector<PropertyValue> m_elements;            // pending array elements of all open arrays
-    std::vector<PropertyDictionary::Entry> m_members; // pending members of all open objects
-    bool m_cachedStacks = false;                      // the two stacks came from the thread's cache
+    ValueStack<PropertyValue> m_elements;            // pending array elements of all open arrays
+    ValueStack<PropertyDictionary::Entry> m_members; // pending members of all open objects
+    bool m_cachedStacks = false;                     // the two stacks came from the thread's cache
+    // The containers of this text go into shared blocks.
+    PropertyStorage::Arena m_arena;
     // Strings are gathered straight into a shared text block, and each string made from it
     // refers to its part of the block (with a terminating zero): one allocation for many
     // strings. A block lives until the last string in it is gone.

@@ -1,0 +1,95 @@
+#include "PropertyStorage.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace PropertyStorage {
+
+Block *allocateBlock(qsizetype bytes)
+{
+    void *memory = ::operator new(sizeof(Block) + size_t(bytes));
+    Block *block = new (memory) Block;
+    block->ref.storeRelaxed(1);
+    block->frozen = 0;
+    block->capacity = bytes;
+    block->used = 0;
+    return block;
+}
+
+Region *placeRegion(Block *block, bool dictionary, qsizetype capacity)
+{
+    Q_ASSERT(capacity >= 0 && capacity <= qsizetype(std::numeric_limits<quint32>::max()));
+    char *at = block->regions() + block->used;
+    auto *region = new (at)
+        Region{0, quint32(capacity), quint64(at - reinterpret_cast<char *>(block)) | dictionary};
+    block->used += dictionary ? dictionaryBytes(capacity) : arrayBytes(capacity);
+    if (dictionary && slotCount(capacity))
+        std::memset(indexSlotsOf(region), 0, size_t(slotCount(capacity)) * sizeof(quint32));
+    return region;
+}
+
+Region *allocateRegion(bool dictionary, qsizetype capacity)
+{
+    Block *block = allocateBlock(dictionary ? dictionaryBytes(capacity) : arrayBytes(capacity));
+    return placeRegion(block, dictionary, capacity);
+}
+
+void destroyBlock(Block *block)
+{
+    // Inner references of a frozen block were never counted: they are dropped, not released.
+    const auto destroyValue = [block](PropertyValue &value) {
+        if (block->frozen) {
+            if (Region *region = regionOf(value); region && region->block() == block)
+                return;
+        }
+        std::destroy_at(&value);
+    };
+    // Every region placed, in order: its live elements or members.
+    for (char *at = block->regions(), *end = at + block->used; at < end;) {
+        auto *region = reinterpret_cast<Region *>(at);
+        if (region->isDictionary()) {
+            PropertyDictionary::Entry *entries = entriesOf(region);
+            for (quint32 k = 0; k < region->size; ++k) {
+                std::destroy_at(&entries[k].key);
+                destroyValue(entries[k].value);
+            }
+        } else {
+            PropertyValue *elements = elementsOf(region);
+            for (quint32 k = 0; k < region->size; ++k)
+                destroyValue(elements[k]);
+        }
+        at += regionBytes(region);
+    }
+    block->~Block();
+    ::operator delete(static_cast<void *>(block));
+}
+
+Arena::Arena(qsizetype textBytes)
+    : m_firstBytes(std::clamp<qsizetype>(4 * textBytes, 1024, blockBytes))
+{
+}
+
+void Arena::nextBlock(qsizetype bytes)
+{
+    settle();
+    m_block = allocateBlock(std::max(bytes, m_firstBytes ? m_firstBytes : blockBytes));
+    m_firstBytes = 0;
+    // The arena's reservation stands for the references it hands out until it settles.
+    m_block->ref.storeRelaxed(reservation);
+    m_block->frozen = 1;
+    m_issued = 0;
+}
+
+void Arena::settle()
+{
+    if (!m_block)
+        return;
+    // The containers made over this block's regions (some may be gone already) now count
+    // for themselves.
+    const int change = int(m_issued) - reservation;
+    if (m_block->ref.fetchAndAddOrdered(change) + change == 0)
+        destroyBlock(m_block);
+    m_block = nullptr;
+}
+
+} // namespace PropertyStorage

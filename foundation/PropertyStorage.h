@@ -1,0 +1,140 @@
+#pragma once
+
+// The storage blocks behind PropertyArray and PropertyDictionary: region sizes, blocks of a
+// container's own, and the arena in which the JSON reader places the containers of one
+// text. Private to the kit.
+
+#include "PropertyValue.h"
+
+#include <bit>
+
+namespace PropertyStorage {
+
+constexpr qsizetype arrayBytes(qsizetype capacity)
+{
+    return qsizetype(sizeof(Region)) + capacity * qsizetype(sizeof(PropertyValue));
+}
+
+// A dictionary of nine or more members has a hash index of 32-bit slots (each 0 for free or
+// a member's position plus one) at a load of at most two thirds; smaller ones are searched
+// in order, which is as fast as hashing the key.
+constexpr qsizetype indexedFrom = 9;
+constexpr qsizetype slotCount(qsizetype capacity)
+{
+    return capacity >= indexedFrom ? qsizetype(std::bit_ceil(quint64(capacity + capacity / 2 + 1)))
+                                   : 0;
+}
+
+constexpr qsizetype dictionaryBytes(qsizetype capacity)
+{
+    const qsizetype bytes = qsizetype(sizeof(Region)) +
+                            capacity * qsizetype(sizeof(PropertyDictionary::Entry)) +
+                            slotCount(capacity) * qsizetype(sizeof(quint32));
+    return (bytes + 7) & ~qsizetype(7);
+}
+
+inline qsizetype regionBytes(const Region *region)
+{
+    return region->isDictionary() ? dictionaryBytes(region->capacity)
+                                  : arrayBytes(region->capacity);
+}
+
+inline PropertyValue *elementsOf(Region *region)
+{
+    return reinterpret_cast<PropertyValue *>(region + 1);
+}
+
+inline PropertyDictionary::Entry *entriesOf(Region *region)
+{
+    return reinterpret_cast<PropertyDictionary::Entry *>(region + 1);
+}
+
+inline quint32 *indexSlotsOf(Region *region)
+{
+    return reinterpret_cast<quint32 *>(entriesOf(region) + region->capacity);
+}
+
+// The region of a value that is a non-empty container, else nullptr.
+inline Region *regionOf(const PropertyValue &value)
+{
+    if (const PropertyArray *array = value.arrayPtr())
+        return array->storageRegion();
+    if (const PropertyDictionary *dictionary = value.dictionaryPtr())
+        return dictionary->storageRegion();
+    return nullptr;
+}
+
+// A block with room for `bytes` of regions, one reference held by the caller.
+Block *allocateBlock(qsizetype bytes);
+
+// An empty region for `capacity` elements or members (index cleared) at the block's free
+// end; the block must have room.
+Region *placeRegion(Block *block, bool dictionary, qsizetype capacity);
+
+// An empty region in a block of its own, whose one reference the caller holds.
+Region *allocateRegion(bool dictionary, qsizetype capacity);
+
+// Fills an empty dictionary region with room for them from the entries [first, last),
+// whose bytes are taken over: the caller forgets them without destroying them. A later
+// duplicate key replaces the value of the earlier one where it stands (the dropped key and
+// value are destroyed here).
+void adoptEntries(Region *region, PropertyDictionary::Entry *first,
+                  PropertyDictionary::Entry *last);
+
+// Where the JSON reader puts the containers of one text: regions placed one after the
+// other in frozen blocks of up to 64 KB (a container larger than a quarter of that gets a
+// block of its own). Each region comes with one reference for the container made over it;
+// when that container becomes an element of another in the same block, the caller gives
+// the reference back (inner references are not counted). While the arena fills a block it
+// holds a large reservation on its count instead of counting every container atomically,
+// and settles the count once when it moves on.
+class Arena
+{
+public:
+    // `textBytes` sizes the first block, so that a short text takes a short block.
+    explicit Arena(qsizetype textBytes);
+    ~Arena() { settle(); }
+    Arena(const Arena &) = delete;
+    Arena &operator=(const Arena &) = delete;
+
+    Region *place(bool dictionary, qsizetype count)
+    {
+        const qsizetype bytes = dictionary ? dictionaryBytes(count) : arrayBytes(count);
+        if (!m_block || m_block->capacity - m_block->used < bytes) [[unlikely]] {
+            if (bytes > blockBytes / 4)
+                return allocateRegion(dictionary, count);
+            nextBlock(bytes);
+        }
+        ++m_issued;
+        return placeRegion(m_block, dictionary, count);
+    }
+
+    // The elements [first, last) are about to go into `container`: those that are
+    // containers of the same block become inner references, which do not count.
+    void adoptInto(Region *container, const PropertyValue *first, const PropertyValue *last)
+    {
+        Block *block = container->block();
+        if (block != m_block)
+            return;
+        for (; first != last; ++first) {
+            if (Region *region = regionOf(*first); region && region->block() == block)
+                --m_issued;
+        }
+    }
+    void adoptInto(Region *container, const PropertyValue &value)
+    {
+        adoptInto(container, &value, &value + 1);
+    }
+
+private:
+    static constexpr qsizetype blockBytes = 64 * 1024 - qsizetype(sizeof(Block)) - 32;
+    static constexpr int reservation = 1 << 30;
+    void nextBlock(qsizetype bytes);
+    void settle();
+
+    Block *m_block = nullptr;
+    qsizetype m_issued = 0;
+    qsizetype m_firstBytes;
+};
+
+} // namespace PropertyStorage
