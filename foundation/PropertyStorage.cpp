@@ -34,15 +34,83 @@ Region *allocateRegion(bool dictionary, qsizetype capacity)
     return placeRegion(block, dictionary, capacity);
 }
 
+namespace {
+
+// The references an element gives up when its block goes, gathered by what they refer to:
+// the strings of one text block and the containers of one storage block usually stand
+// together, so freeing a block costs one atomic operation per run of them instead of one
+// per element.
+class Releases
+{
+public:
+    Releases() = default;
+    Releases(const Releases &) = delete;
+    Releases &operator=(const Releases &) = delete;
+    ~Releases()
+    {
+        flushText();
+        flushBlock();
+    }
+
+    void release(QString &string)
+    {
+        QArrayData *header = string.data_ptr().d;
+        if (!header)
+            return; // static text
+        if (header != m_text) {
+            flushText();
+            m_text = header;
+        }
+        ++m_textCount;
+    }
+
+    void release(Block *block)
+    {
+        if (block != m_block) {
+            flushBlock();
+            m_block = block;
+        }
+        ++m_blockCount;
+    }
+
+private:
+    void flushText()
+    {
+        if (m_text && m_text->ref_.fetchAndSubOrdered(m_textCount) == m_textCount)
+            QTypedArrayData<char16_t>::deallocate(m_text);
+        m_text = nullptr;
+        m_textCount = 0;
+    }
+    void flushBlock()
+    {
+        if (m_block && m_block->ref.fetchAndSubOrdered(m_blockCount) == m_blockCount)
+            destroyBlock(m_block);
+        m_block = nullptr;
+        m_blockCount = 0;
+    }
+
+    QArrayData *m_text = nullptr;
+    int m_textCount = 0;
+    Block *m_block = nullptr;
+    int m_blockCount = 0;
+};
+
+} // namespace
+
 void destroyBlock(Block *block)
 {
-    // Inner references of a frozen block were never counted: they are dropped, not released.
-    const auto destroyValue = [block](PropertyValue &value) {
-        if (block->frozen) {
-            if (Region *region = regionOf(value); region && region->block() == block)
-                return;
+    Releases releases;
+    // A string or container gives its reference to `releases`; anything else is destroyed.
+    // Inner references of a frozen block were never counted: they are dropped.
+    const auto destroyValue = [block, &releases](PropertyValue &value) {
+        if (QString *string = const_cast<QString *>(value.stringPtr())) {
+            releases.release(*string);
+        } else if (Region *region = regionOf(value)) {
+            if (!(block->frozen && region->block() == block))
+                releases.release(region->block());
+        } else {
+            std::destroy_at(&value);
         }
-        std::destroy_at(&value);
     };
     // Every region placed, in order: its live elements or members.
     for (char *at = block->regions(), *end = at + block->used; at < end;) {
@@ -50,7 +118,7 @@ void destroyBlock(Block *block)
         if (region->isDictionary()) {
             PropertyDictionary::Entry *entries = entriesOf(region);
             for (quint32 k = 0; k < region->size; ++k) {
-                std::destroy_at(&entries[k].key);
+                releases.release(entries[k].key);
                 destroyValue(entries[k].value);
             }
         } else {

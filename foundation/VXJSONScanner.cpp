@@ -121,6 +121,53 @@ inline int utf8Matches(const char *p, char16_t word, bool *matches)
     return length;
 }
 
+// A hash and an equality test for a few dozen bytes, by overlapping word loads that stay
+// inside the span.
+inline quint64 loadWord(const void *p)
+{
+    quint64 word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
+}
+
+inline quint64 hashBytes(const void *data, qsizetype n)
+{
+    const auto *p = static_cast<const uchar *>(data);
+    quint64 mixed = quint64(n) * 0x9E3779B97F4A7C15ull;
+    if (n >= 8) {
+        for (qsizetype k = 0; k + 8 < n; k += 8)
+            mixed = (mixed ^ loadWord(p + k)) * 0x9E3779B97F4A7C15ull;
+        mixed = (mixed ^ loadWord(p + n - 8)) * 0x9E3779B97F4A7C15ull;
+    } else if (n >= 4) {
+        quint32 a, b;
+        std::memcpy(&a, p, 4);
+        std::memcpy(&b, p + n - 4, 4);
+        mixed = (mixed ^ (quint64(a) << 32 | b)) * 0x9E3779B97F4A7C15ull;
+    } else if (n > 0) {
+        mixed = (mixed ^ (quint64(p[0]) << 16 | quint64(p[n / 2]) << 8 | p[n - 1])) *
+                0x9E3779B97F4A7C15ull;
+    }
+    return mixed ^ (mixed >> 29);
+}
+
+inline bool sameBytes(const void *a, const void *b, qsizetype n)
+{
+    const auto *p = static_cast<const uchar *>(a);
+    const auto *q = static_cast<const uchar *>(b);
+    if (n >= 8) {
+        for (qsizetype k = 0; k + 8 < n; k += 8) {
+            if (loadWord(p + k) != loadWord(q + k))
+                return false;
+        }
+        return loadWord(p + n - 8) == loadWord(q + n - 8);
+    }
+    for (qsizetype k = 0; k < n; ++k) {
+        if (p[k] != q[k])
+            return false;
+    }
+    return true;
+}
+
 struct DepthGuard
 {
     explicit DepthGuard(int &depth) : m_depth(depth) { ++m_depth; }
@@ -164,6 +211,12 @@ void VXJSONScanner::takeCachedStacks()
 
 VXJSONScanner::~VXJSONScanner()
 {
+    // The strings handed out now count for themselves; a block none of them kept goes.
+    for (const TextBlock &block : m_textBlocks) {
+        const int change = int(block.issued) - textReservation;
+        if (block.header->ref_.fetchAndAddOrdered(change) + change == 0)
+            QTypedArrayData<char16_t>::deallocate(block.header);
+    }
     if (!m_cachedStacks)
         return;
     m_elements.truncate(0);
@@ -275,9 +328,27 @@ template <> inline qsizetype VXJSONScanner::skippedIn<char>() const
     return skipWhitespaceIn<char>(m_location);
 }
 
+// Whether nothing at `i` is to be skipped: the common case, decided without a call. Printable
+// ASCII is never whitespace, and bytes are read only with the default set.
+template <typename Unit> inline bool VXJSONScanner::nothingToSkipAt(qsizetype i) const
+{
+    if (i >= m_length)
+        return true;
+    const auto c = std::make_unsigned_t<Unit>(units<Unit>()[i]);
+    return c > 0x20 && c < 0x80 &&
+           (std::is_same_v<Unit, char> || m_skip == &whitespaceAndNewlineCharacterSet);
+}
+
 template <typename Unit> inline bool VXJSONScanner::readCharacter(char c)
 {
-    const qsizetype i = skippedIn<Unit>();
+    qsizetype i = m_location;
+    if (i < m_length && units<Unit>()[i] == Unit(c)) {
+        m_location = i + 1;
+        return true;
+    }
+    if (nothingToSkipAt<Unit>(i))
+        return false;
+    i = skippedIn<Unit>();
     if (i < m_length && units<Unit>()[i] == Unit(c)) {
         m_location = i + 1;
         return true;
@@ -293,6 +364,23 @@ template <> bool VXJSONScanner::readWord<char16_t>(const char16_t *word)
 template <> bool VXJSONScanner::readWord<char>(const char16_t *word)
 {
     qsizetype i = skippedIn<char>();
+    // ASCII letters are decided by one comparison: setting bit 5 lowers a letter's case
+    // and nothing else maps to a lowercase letter. Any byte beyond ASCII takes the general
+    // road (a character folding to a letter, such as the long s, matches it).
+    const qsizetype length = std::char_traits<char16_t>::length(word);
+    if (m_length - i >= length && length <= 8) {
+        quint64 text = 0, lowered = 0;
+        std::memcpy(&text, m_bytes + i, size_t(length));
+        for (qsizetype k = 0; k < length; ++k)
+            lowered |= quint64(word[k]) << (8 * k);
+        const quint64 caseBits = 0x2020202020202020ull >> (8 * (8 - length));
+        if (!(text & 0x8080808080808080ull)) {
+            if ((text | caseBits) != lowered)
+                return false;
+            m_location = i + length;
+            return true;
+        }
+    }
     for (; *word; ++word) {
         if (i >= m_length)
             return false;
@@ -560,8 +648,7 @@ void VXJSONScanner::logParseError(const char *selector) const
               .arg(QLatin1StringView(className), QLatin1StringView(selector)));
 }
 
-template <typename Unit>
-bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreNull)
+template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool ignoreNull)
 {
     // Anything before the first "{" is passed over, so text may carry a preamble. (A
     // case-insensitive search for "{" is a plain one: no other character folds to it.)
@@ -588,24 +675,28 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
         ~Truncate() { stack.truncate(base); }
     } truncate{m_members, base};
 
+    // Each member's temporaries live in this scope only and are gone before the next: the
+    // key and value move into the stack, or are dropped at the end of the step.
+    QString key;
+    PropertyValue member;
     for (;;) {
-        // Each member's temporaries live in this scope only and are gone before the next.
-        std::optional<QString> key;
-        if (!readString<Unit>(&key))
+        // An unterminated key leaves the scanner at the end, where the separator fails.
+        if (readString<Unit>(&key) != Outcome::Value)
             break;
-        // An unterminated key leaves the scanner at the end, so the separator fails.
         if (!readCharacter<Unit>(':'))
             break;
-        std::optional<PropertyValue> member;
-        if (!readValue<Unit>(&member, ignoreNull))
+        const Outcome outcome = readValue<Unit>(&member, ignoreNull);
+        if (outcome == Outcome::Failed)
             break;
-        if (!member) {
+        if (outcome == Outcome::NoValue) {
             logParseError("scanJSONObject:ignoreNull:");
             break;
         }
         // A later duplicate key replaces the earlier value (when the dictionary is made).
-        if (!(ignoreNull && member->isNull()))
-            m_members.push({std::move(*key), std::move(*member)});
+        if (!(ignoreNull && member.isNull()))
+            m_members.pushRelocated(key, member);
+        else
+            key = QString();
         // The comma between members is optional.
         readCharacter<Unit>(',');
     }
@@ -613,24 +704,21 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     // A member broken off just before "}" is dropped; the object still stands.
     if (!readCharacter<Unit>('}'))
         return false;
-    if (value) {
-        PropertyDictionary dictionary;
-        if (const qsizetype count = m_members.size() - base) {
-            PropertyStorage::Region *region = m_arena.place(true, count);
-            PropertyDictionary::Entry *members = m_members.data() + base;
-            for (qsizetype k = 0; k < count; ++k)
-                m_arena.adoptInto(region, members[k].value);
-            PropertyStorage::adoptEntries(region, members, members + count);
-            m_members.forget(base);
-            dictionary = PropertyDictionary::fromRegion(region);
-        }
-        *value = PropertyValue(std::move(dictionary));
+    PropertyDictionary dictionary;
+    if (const qsizetype count = m_members.size() - base) {
+        PropertyStorage::Region *region = m_arena.place(true, count);
+        PropertyDictionary::Entry *members = m_members.data() + base;
+        for (qsizetype k = 0; k < count; ++k)
+            m_arena.adoptInto(region, members[k].value);
+        PropertyStorage::adoptEntries(region, members, members + count);
+        m_members.forget(base);
+        dictionary = PropertyDictionary::fromRegion(region);
     }
+    new (out) PropertyValue(std::move(dictionary));
     return true;
 }
 
-template <typename Unit>
-bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNull)
+template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool ignoreNull)
 {
     if (m_depth >= maximumDepth)
         return false;
@@ -649,49 +737,104 @@ bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNu
 
     // The opening bracket is optional: "1,2]" is the array of 1 and 2.
     readCharacter<Unit>('[');
-    std::optional<PropertyValue> element;
-    while (readValue<Unit>(&element, ignoreNull)) {
-        if (!element) {
+    PropertyValue element;
+    for (;;) {
+        const Outcome outcome = readValue<Unit>(&element, ignoreNull);
+        if (outcome == Outcome::Failed)
+            break;
+        if (outcome == Outcome::NoValue) {
             logParseError("scanJSONArray:ignoreNull:");
             break;
         }
-        if (!(ignoreNull && element->isNull()))
-            m_elements.push(std::move(*element));
-        element.reset();
+        if (!(ignoreNull && element.isNull()))
+            m_elements.pushRelocated(element);
         readCharacter<Unit>(',');
     }
 
     if (!readCharacter<Unit>(']'))
         return false;
-    if (value) {
-        PropertyArray array;
-        if (const qsizetype count = m_elements.size() - base) {
-            PropertyStorage::Region *region = m_arena.place(false, count);
-            m_arena.adoptInto(region, m_elements.data() + base,
-                              m_elements.data() + m_elements.size());
-            std::memcpy(static_cast<void *>(PropertyStorage::elementsOf(region)),
-                        static_cast<const void *>(m_elements.data() + base),
-                        size_t(count) * sizeof(PropertyValue));
-            region->size = quint32(count);
-            m_elements.forget(base);
-            array = PropertyArray::fromRegion(region);
-        }
-        *value = PropertyValue(std::move(array));
+    PropertyArray array;
+    if (const qsizetype count = m_elements.size() - base) {
+        PropertyStorage::Region *region = m_arena.place(false, count);
+        PropertyValue *elements = m_elements.data() + base;
+        m_arena.adoptInto(region, elements, elements + count);
+        std::memcpy(static_cast<void *>(PropertyStorage::elementsOf(region)),
+                    static_cast<const void *>(elements), size_t(count) * sizeof(PropertyValue));
+        region->size = quint32(count);
+        m_elements.forget(base);
+        array = PropertyArray::fromRegion(region);
     }
+    new (out) PropertyValue(std::move(array));
     return true;
 }
 
 char16_t *VXJSONScanner::TextGatherer::grow(qsizetype more)
 {
     buffer = scanner.reserveText(count, count + more + 1, most);
-    room = scanner.m_block.constAllocatedCapacity() - scanner.m_blockUsed;
+    room = scanner.m_blockCapacity - scanner.m_blockUsed;
     return buffer + count;
 }
 
-template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *value)
+template <typename Unit>
+VXJSONScanner::Interned *VXJSONScanner::internedSlot(qsizetype from, qsizetype *to)
+{
+    // The closing quote within the length of a short string, and no backslash before it.
+    const Unit *units = this->units<Unit>();
+    const qsizetype limit = std::min(m_length, from + internedLength + 1);
+    qsizetype i = from;
+#ifdef __SSE2__
+    if constexpr (std::is_same_v<Unit, char>) {
+        if (m_length - from >= 16) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(units + from));
+            const int special =
+                _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
+                                               _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))));
+            i = special ? from + std::countr_zero(unsigned(special)) : from + 16;
+        }
+    }
+#endif
+    while (i < limit && units[i] != Unit('"') && units[i] != Unit('\\'))
+        ++i;
+    if (i >= limit || units[i] != Unit('"'))
+        return nullptr;
+    *to = i;
+    if (!m_interned) {
+        m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
+        m_interned = std::make_unique<Interned[]>(m_internedSlots);
+    }
+    const qsizetype bytes = (i - from) * qsizetype(sizeof(Unit));
+    return &m_interned[hashBytes(units + from, bytes) & (m_internedSlots - 1)];
+}
+
+template <typename Unit> VXJSONScanner::Outcome VXJSONScanner::readString(QString *out)
 {
     if (!readCharacter<Unit>('"'))
-        return false;
+        return Outcome::Failed;
+
+    // A short string written without escapes is looked up as written: keys and small values
+    // repeat in most documents, and one met before is handed out again without reading it.
+    // (With a set of characters to be skipped of one's own, the closing quote is left to
+    // the general path below.)
+    Interned *slot = nullptr;
+    qsizetype end = 0;
+    if (std::is_same_v<Unit, char> || m_skip == &whitespaceAndNewlineCharacterSet) {
+        slot = internedSlot<Unit>(m_location, &end);
+        if (slot) {
+            const Unit *written = units<Unit>() + m_location;
+            const qsizetype bytes = (end - m_location) * qsizetype(sizeof(Unit));
+            if (bytes == 0) {
+                *out = QString(reinterpret_cast<const QChar *>(u""), 0);
+                m_location = end + 1;
+                return Outcome::Value;
+            }
+            if (slot->writtenBytes == bytes && sameBytes(slot->written, written, bytes)) {
+                *out = handOut(slot->block, slot->units, slot->size);
+                m_location = end + 1;
+                return Outcome::Value;
+            }
+        }
+    }
+    const qsizetype first = m_location;
     bool success = true;
 
     // The units are gathered at the free end of the text block; the string then refers to
@@ -699,9 +842,9 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     // this: the result is the same string.
     // Every unit of the text gives at most one unit of the string.
     const qsizetype most = m_length - m_location + 1;
-    const qsizetype available = m_block.d ? m_block.constAllocatedCapacity() - m_blockUsed : 0;
-    char16_t *buffer = available >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64, most);
-    TextGatherer text{*this, buffer, 0, m_block.constAllocatedCapacity() - m_blockUsed, most};
+    char16_t *buffer =
+        m_blockCapacity - m_blockUsed >= 64 ? m_blockUnits + m_blockUsed : reserveText(0, 64, most);
+    TextGatherer text{*this, buffer, 0, m_blockCapacity - m_blockUsed, most};
     const auto put = [&text](char16_t unit) { *text.reserve(1) = unit, ++text.count; };
 
     const Unit *units = this->units<Unit>();
@@ -786,8 +929,10 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     m_location = i;
 
     // A failed or unterminated string leaves its units behind as free room of the block.
-    if (isAtEnd() || !success)
-        return success;
+    if (!success)
+        return Outcome::Failed;
+    if (isAtEnd())
+        return Outcome::NoValue;
 
     // The loop stopped at the closing quote; it is passed over as a literal match would
     // (which, with a set of characters to be skipped of one's own, might skip more).
@@ -795,34 +940,42 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
         m_location = i + 1;
     else
         readCharacter<Unit>('"');
-    if (value)
-        *value = takeText(text.count);
-    return true;
+    *out = takeText(text.count);
+    if (slot) {
+        *slot = Interned{units + first, (end - first) * qsizetype(sizeof(Unit)),
+                         reinterpret_cast<const char16_t *>(out->constData()), text.count,
+                         qsizetype(m_textBlocks.size()) - 1};
+    }
+    return Outcome::Value;
 }
 
 template <typename Unit>
-bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNull)
+VXJSONScanner::Outcome VXJSONScanner::readValue(PropertyValue *out, bool ignoreNull)
 {
     // Whitespace and newlines are passed over whatever the characters to be skipped are.
-    m_location = skipWhitespaceIn<Unit>(m_location);
+    if (m_location < m_length) {
+        const auto first = std::make_unsigned_t<Unit>(units<Unit>()[m_location]);
+        if (first <= 0x20 || first >= 0x80)
+            m_location = skipWhitespaceIn<Unit>(m_location);
+    }
 
     if (isAtEnd()) {
         logParseError("scanJSONValue:ignoreNull:");
-        return false;
+        return Outcome::Failed;
     }
 
     const Unit c = units<Unit>()[m_location];
     switch (c) {
     case Unit('{'):
-        return readObject<Unit>(value, ignoreNull);
+        return readObject<Unit>(out, ignoreNull) ? Outcome::Value : Outcome::Failed;
     case Unit('['):
-        return readArray<Unit>(value, ignoreNull);
+        return readArray<Unit>(out, ignoreNull) ? Outcome::Value : Outcome::Failed;
     case Unit('"'): {
-        std::optional<QString> string;
-        const bool scanned = readString<Unit>(&string);
-        if (string && value)
-            *value = PropertyValue(std::move(*string));
-        return scanned;
+        QString string;
+        const Outcome outcome = readString<Unit>(&string);
+        if (outcome == Outcome::Value)
+            new (out) PropertyValue(std::move(string));
+        return outcome;
     }
     default:
         break;
@@ -835,49 +988,65 @@ bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNu
         unit < 0x80 ? ((unit | 0x20) == 't' || (unit | 0x20) == 'f' || (unit | 0x20) == 'n')
                     : mayStartWord<Unit>(m_location);
     if (mayBeWord && readWord<Unit>(u"true")) {
-        if (value)
-            *value = PropertyValue(true);
-        return true;
+        new (out) PropertyValue(true);
+        return Outcome::Value;
     }
     if (mayBeWord && readWord<Unit>(u"false")) {
-        if (value)
-            *value = PropertyValue(false);
-        return true;
+        new (out) PropertyValue(false);
+        return Outcome::Value;
     }
-    if (mayBeWord && readWord<Unit>(u"null")) {
-        if (value)
-            *value = PropertyValue::null();
-        return true;
-    }
+    if (mayBeWord && readWord<Unit>(u"null"))
+        return Outcome::Value; // `out` holds the null marker already
     if (startsNumber<Unit>(m_location)) {
         double number = 0;
         if (!readDouble<Unit>(&number))
-            return false;
-        if (value)
-            *value = PropertyValue(number);
-        return true;
+            return Outcome::Failed;
+        new (out) PropertyValue(number);
+        return Outcome::Value;
     }
-    return false;
+    return Outcome::Failed;
+}
+
+bool VXJSONScanner::toSlot(bool made, PropertyValue &&value, std::optional<PropertyValue> *slot)
+{
+    if (made && slot)
+        *slot = std::move(value);
+    return made;
+}
+
+bool VXJSONScanner::toSlot(Outcome outcome, PropertyValue &&value,
+                           std::optional<PropertyValue> *slot)
+{
+    if (outcome == Outcome::Value && slot)
+        *slot = std::move(value);
+    return outcome != Outcome::Failed;
 }
 
 bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    return readObject<char16_t>(value, ignoreNull);
+    PropertyValue object;
+    return toSlot(readObject<char16_t>(&object, ignoreNull), std::move(object), value);
 }
 
 bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    return readArray<char16_t>(value, ignoreNull);
+    PropertyValue array;
+    return toSlot(readArray<char16_t>(&array, ignoreNull), std::move(array), value);
 }
 
 bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
 {
-    return readString<char16_t>(value);
+    QString string;
+    const Outcome outcome = readString<char16_t>(&string);
+    if (outcome == Outcome::Value && value)
+        *value = std::move(string);
+    return outcome != Outcome::Failed;
 }
 
 bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    return readValue<char16_t>(value, ignoreNull);
+    PropertyValue read;
+    return toSlot(readValue<char16_t>(&read, ignoreNull), std::move(read), value);
 }
 
 bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
@@ -903,80 +1072,61 @@ std::optional<PropertyValue> VXJSONScanner::readUtf8(QByteArrayView utf8, bool a
     if (utf8.startsWith("\xEF\xBB\xBF"))
         utf8 = utf8.sliced(3);
     VXJSONScanner scanner(utf8);
-    std::optional<PropertyValue> result;
-    if (asObject)
-        scanner.readObject<char>(&result, ignoreNull);
-    else
-        scanner.readArray<char>(&result, ignoreNull);
-    return result;
+    PropertyValue result;
+    if (asObject ? scanner.readObject<char>(&result, ignoreNull)
+                 : scanner.readArray<char>(&result, ignoreNull))
+        return result;
+    return std::nullopt;
 }
 
 char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed, qsizetype most)
 {
-    if (m_block.d && m_block.constAllocatedCapacity() - m_blockUsed >= needed)
-        return m_block.data() + m_blockUsed;
+    if (m_blockCapacity - m_blockUsed >= needed)
+        return m_blockUnits + m_blockUsed;
     // A short text's strings all fit one block of its length (each string's units and
     // terminator take fewer units than its quoted form); a long text gets blocks of 64 KB.
     constexpr qsizetype blockUnits = 32 * 1024;
-    qsizetype capacity = m_block.d ? blockUnits : std::min(blockUnits, m_length + 1);
+    qsizetype capacity = m_blockUnits ? blockUnits : std::min(blockUnits, m_length + 1);
     if (needed > capacity) {
         // One string longer than a block: its room doubles, so that gathering it takes
         // time in proportion to its length, but never past what the rest of the text can
         // make of it.
         capacity = std::max(needed, std::min(2 * kept, most));
-        if (m_block.d && m_blockUsed == 0 && !m_block.d->isShared()) {
-            // The block holds this string alone: it grows where it is (realloc, which
-            // moves large blocks by remapping their pages, not by copying).
+        if (m_blockUnits && m_blockUsed == 0) {
+            // The block holds this string alone (nothing was handed out of it): it grows
+            // where it is (realloc, which moves large blocks by remapping their pages, not
+            // by copying).
+            TextBlock &block = m_textBlocks.back();
             const auto [header, units] = QTypedArrayData<char16_t>::reallocateUnaligned(
-                m_block.d, m_block.ptr, capacity, QArrayData::KeepSize);
+                static_cast<QTypedArrayData<char16_t> *>(block.header), m_blockUnits, capacity,
+                QArrayData::KeepSize);
             Q_CHECK_PTR(header);
-            m_block.d = header;
-            m_block.ptr = units;
+            block.header = header;
+            m_blockUnits = units;
+            m_blockCapacity = header->allocatedCapacity();
             return units;
         }
     }
     const auto [header, units] = QTypedArrayData<char16_t>::allocate(capacity);
     Q_CHECK_PTR(header);
-    QStringPrivate next(header, units, 0);
+    header->ref_.storeRelaxed(textReservation);
+    m_textBlocks.push_back({header, 0});
     if (kept)
-        std::memcpy(units, m_block.data() + m_blockUsed, size_t(kept) * sizeof(char16_t));
-    m_block = std::move(next);
+        std::memcpy(units, m_blockUnits + m_blockUsed, size_t(kept) * sizeof(char16_t));
+    m_blockUnits = units;
+    m_blockCapacity = header->allocatedCapacity();
     m_blockUsed = 0;
     return units;
 }
 
 QString VXJSONScanner::takeText(qsizetype count)
 {
-    char16_t *units = m_block.data() + m_blockUsed;
+    char16_t *units = m_blockUnits + m_blockUsed;
     if (count == 0)
         return QString(reinterpret_cast<const QChar *>(units), 0);
-
-    const auto share = [&] {
-        units[count] = 0;
-        m_blockUsed += count + 1;
-        m_block.d->ref();
-        return QString(QStringPrivate(m_block.d, units, count));
-    };
-    if (count > internedLength)
-        return share();
-    // A multiplicative hash over four units at a time; a slot holds the last string that
-    // hashed to it.
-    quint64 mixed = quint64(count);
-    for (qsizetype k = 0; k < count; k += 4) {
-        quint64 word = 0;
-        std::memcpy(&word, units + k, size_t(std::min<qsizetype>(4, count - k)) * 2);
-        mixed = (mixed ^ word) * 0x9E3779B97F4A7C15ull;
-    }
-    const quint32 hash = quint32(mixed >> 32);
-    if (!m_interned) {
-        m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
-        m_interned = std::make_unique<QString[]>(m_internedSlots);
-    }
-    QString &slot = m_interned[(hash ^ (hash >> 16)) & (m_internedSlots - 1)];
-    if (slot.size() == count && std::memcmp(slot.utf16(), units, size_t(count) * 2) == 0)
-        return slot;
-    slot = share();
-    return slot;
+    units[count] = 0;
+    m_blockUsed += count + 1;
+    return handOut(qsizetype(m_textBlocks.size()) - 1, units, count);
 }
 
 bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)

@@ -379,7 +379,8 @@ void writeSizes()
     }
 }
 
-// Only our reader or writer, `repeat` times on one input, for a profiler (callgrind counts
+// Only our reader or writer (or RapidJSON's parse and free, for scale), `repeat` times on
+// one input, for a profiler (callgrind counts
 // instructions the same from run to run, where wall time on a shared machine does not).
 int profile(const QString &what, const QString &only, int repeat)
 {
@@ -397,6 +398,8 @@ int profile(const QString &what, const QString &only, int repeat)
                 tree = std::move(next); // the tree read before is freed here
             } else if (what == u"pf") {
                 total += JSON::dictionaryWithJSONString(utf8)->size();
+            } else if (what == u"rapidjson-pf") {
+                total += qsizetype(rapidRead(utf8).MemberCount());
             } else if (what == u"write") {
                 total += JSON::JSONUtf8(*tree).size();
             } else if (what == u"writeq") {
