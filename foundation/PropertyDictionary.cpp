@@ -91,6 +91,11 @@ Entry &emplace(Region *region, QString &&key, PropertyValue &&value, quint32 *sl
 void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last)
 {
     Q_ASSERT(region->size == 0 && last - first <= qsizetype(region->capacity));
+    if (last - first == 1) {
+        copyValues(entriesOf(region), first, 2);
+        region->size = 1;
+        return;
+    }
     for (Entry *entry = first; entry != last; ++entry) {
         quint32 *slot = nullptr;
         if (Entry *existing = findIn(region, entry->key, &slot)) {
@@ -98,8 +103,7 @@ void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last)
             std::destroy_at(entry);
             continue;
         }
-        std::memcpy(static_cast<void *>(entriesOf(region) + region->size),
-                    static_cast<const void *>(entry), sizeof(Entry));
+        copyValues(entriesOf(region) + region->size, entry, 2);
         ++region->size;
         if (slot)
             *slot = region->size;

@@ -16,18 +16,6 @@ Block *allocateBlock(qsizetype bytes)
     return block;
 }
 
-Region *placeRegion(Block *block, bool dictionary, qsizetype capacity)
-{
-    Q_ASSERT(capacity >= 0 && capacity <= qsizetype(std::numeric_limits<quint32>::max()));
-    char *at = block->regions() + block->used;
-    auto *region = new (at)
-        Region{0, quint32(capacity), quint64(at - reinterpret_cast<char *>(block)) | dictionary};
-    block->used += dictionary ? dictionaryBytes(capacity) : arrayBytes(capacity);
-    if (dictionary && slotCount(capacity))
-        std::memset(indexSlotsOf(region), 0, size_t(slotCount(capacity)) * sizeof(quint32));
-    return region;
-}
-
 Region *allocateRegion(bool dictionary, qsizetype capacity)
 {
     Block *block = allocateBlock(dictionary ? dictionaryBytes(capacity) : arrayBytes(capacity));

@@ -7,6 +7,8 @@
 #include "PropertyValue.h"
 
 #include <bit>
+#include <cstring>
+#include <limits>
 
 namespace PropertyStorage {
 
@@ -69,7 +71,26 @@ Block *allocateBlock(qsizetype bytes);
 
 // An empty region for `capacity` elements or members (index cleared) at the block's free
 // end; the block must have room.
-Region *placeRegion(Block *block, bool dictionary, qsizetype capacity);
+inline Region *placeRegion(Block *block, bool dictionary, qsizetype capacity)
+{
+    Q_ASSERT(capacity >= 0 && capacity <= qsizetype(std::numeric_limits<quint32>::max()));
+    char *at = block->regions() + block->used;
+    auto *region = new (at)
+        Region{0, quint32(capacity), quint64(at - reinterpret_cast<char *>(block)) | dictionary};
+    block->used += dictionary ? dictionaryBytes(capacity) : arrayBytes(capacity);
+    if (dictionary && capacity >= indexedFrom)
+        std::memset(indexSlotsOf(region), 0, size_t(slotCount(capacity)) * sizeof(quint32));
+    return region;
+}
+
+// Copies the bytes of `count` values (each three words).
+inline void copyValues(void *to, const void *from, qsizetype count)
+{
+    auto *t = static_cast<quint64 *>(to);
+    const auto *f = static_cast<const quint64 *>(from);
+    for (qsizetype k = 0; k < 3 * count; ++k)
+        t[k] = f[k];
+}
 
 // An empty region in a block of its own, whose one reference the caller holds.
 Region *allocateRegion(bool dictionary, qsizetype capacity);
@@ -109,21 +130,29 @@ public:
         return placeRegion(m_block, dictionary, count);
     }
 
-    // The elements [first, last) are about to go into `container`: those that are
-    // containers of the same block become inner references, which do not count.
-    void adoptInto(Region *container, const PropertyValue *first, const PropertyValue *last)
+    // Moves the bytes of `count` elements into the empty array region `container`: those
+    // that are containers of the same block become inner references, which do not count.
+    void fillArray(Region *container, const PropertyValue *elements, qsizetype count)
     {
-        Block *block = container->block();
-        if (block != m_block)
-            return;
-        for (; first != last; ++first) {
-            if (Region *region = regionOf(*first); region && region->block() == block)
-                --m_issued;
-        }
+        copyValues(elementsOf(container), elements, count);
+        container->size = quint32(count);
+        if (container->block() == m_block)
+            uncountInner(elements, count);
     }
+    // The same for the values of dictionary members about to go into `container`.
     void adoptInto(Region *container, const PropertyValue &value)
     {
-        adoptInto(container, &value, &value + 1);
+        if (container->block() == m_block)
+            uncountInner(&value, 1);
+    }
+
+private:
+    void uncountInner(const PropertyValue *values, qsizetype count)
+    {
+        for (qsizetype k = 0; k < count; ++k) {
+            if (Region *region = regionOf(values[k]); region && region->block() == m_block)
+                --m_issued;
+        }
     }
 
 private:

@@ -652,7 +652,7 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
 {
     // Anything before the first "{" is passed over, so text may carry a preamble. (A
     // case-insensitive search for "{" is a plain one: no other character folds to it.)
-    qsizetype start = skippedIn<Unit>();
+    qsizetype start = nothingToSkipAt<Unit>(m_location) ? m_location : skippedIn<Unit>();
     if (start < m_length && units<Unit>()[start] != Unit('{')) {
         start = findObjectStart<Unit>(start);
         if (start < 0)
@@ -672,7 +672,11 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
     {
         ValueStack<PropertyDictionary::Entry> &stack;
         qsizetype base;
-        ~Truncate() { stack.truncate(base); }
+        ~Truncate()
+        {
+            if (stack.size() > base)
+                stack.truncate(base);
+        }
     } truncate{m_members, base};
 
     // Each member's temporaries live in this scope only and are gone before the next: the
@@ -680,6 +684,9 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
     QString key;
     PropertyValue member;
     for (;;) {
+        // ("}" fails the key at once; seen here, it saves the attempt.)
+        if (m_location < m_length && units<Unit>()[m_location] == Unit('}'))
+            break;
         // An unterminated key leaves the scanner at the end, where the separator fails.
         if (readString<Unit>(&key) != Outcome::Value)
             break;
@@ -732,13 +739,20 @@ template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool 
     {
         ValueStack<PropertyValue> &stack;
         qsizetype base;
-        ~Truncate() { stack.truncate(base); }
+        ~Truncate()
+        {
+            if (stack.size() > base)
+                stack.truncate(base);
+        }
     } truncate{m_elements, base};
 
     // The opening bracket is optional: "1,2]" is the array of 1 and 2.
     readCharacter<Unit>('[');
     PropertyValue element;
     for (;;) {
+        // ("]" fails the value at once, silently; seen here, it saves the attempt.)
+        if (m_location < m_length && units<Unit>()[m_location] == Unit(']'))
+            break;
         const Outcome outcome = readValue<Unit>(&element, ignoreNull);
         if (outcome == Outcome::Failed)
             break;
@@ -756,11 +770,7 @@ template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool 
     PropertyArray array;
     if (const qsizetype count = m_elements.size() - base) {
         PropertyStorage::Region *region = m_arena.place(false, count);
-        PropertyValue *elements = m_elements.data() + base;
-        m_arena.adoptInto(region, elements, elements + count);
-        std::memcpy(static_cast<void *>(PropertyStorage::elementsOf(region)),
-                    static_cast<const void *>(elements), size_t(count) * sizeof(PropertyValue));
-        region->size = quint32(count);
+        m_arena.fillArray(region, m_elements.data() + base, count);
         m_elements.forget(base);
         array = PropertyArray::fromRegion(region);
     }
