@@ -121,15 +121,16 @@ void destroyBlock(Block *block)
 }
 
 Arena::Arena(qsizetype textBytes)
-    : m_firstBytes(std::clamp<qsizetype>(4 * textBytes, 1024, blockBytes))
+    : m_nextBytes(std::clamp<qsizetype>(2 * textBytes, 256, blockBytes))
 {
 }
 
 void Arena::nextBlock(qsizetype bytes)
 {
     settle();
-    m_block = allocateBlock(std::max(bytes, m_firstBytes ? m_firstBytes : blockBytes));
-    m_firstBytes = 0;
+    // The blocks after the first double up to 64 KB.
+    m_block = allocateBlock(std::max(bytes, m_nextBytes));
+    m_nextBytes = std::min(2 * m_nextBytes, blockBytes);
     // The arena's reservation stands for the references it hands out until it settles.
     m_block->ref.storeRelaxed(reservation);
     m_block->frozen = 1;

@@ -103,8 +103,9 @@ void adoptEntries(Region *region, PropertyDictionary::Entry *first,
                   PropertyDictionary::Entry *last);
 
 // Where the JSON reader puts the containers of one text: regions placed one after the
-// other in frozen blocks of up to 64 KB (a container larger than a quarter of that gets a
-// block of its own). Each region comes with one reference for the container made over it;
+// other in frozen blocks of up to 64 KB (the first twice the text's length, the next ones
+// doubling, so a short text takes little; a container larger than a quarter of 64 KB gets
+// a block of its own). Each region comes with one reference for the container made over it;
 // when that container becomes an element of another in the same block, the caller gives
 // the reference back (inner references are not counted). While the arena fills a block it
 // holds a large reservation on its count instead of counting every container atomically,
@@ -163,7 +164,7 @@ private:
 
     Block *m_block = nullptr;
     qsizetype m_issued = 0;
-    qsizetype m_firstBytes;
+    qsizetype m_nextBytes;
 };
 
 } // namespace PropertyStorage

@@ -1093,10 +1093,13 @@ char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed, qsizetype
 {
     if (m_blockCapacity - m_blockUsed >= needed)
         return m_blockUnits + m_blockUsed;
-    // A short text's strings all fit one block of its length (each string's units and
-    // terminator take fewer units than its quoted form); a long text gets blocks of 64 KB.
+    // Blocks of 64 KB, but never more than the rest of the text can fill (each string's
+    // units and terminator take fewer units than its quoted form), and the first one only
+    // half of that: strings are rarely more than half of a text, and the rest of a short
+    // text's strings, if any, fit a second block.
     constexpr qsizetype blockUnits = 32 * 1024;
-    qsizetype capacity = m_blockUnits ? blockUnits : std::min(blockUnits, m_length + 1);
+    const qsizetype rest = m_length - m_location + 2;
+    qsizetype capacity = std::min(blockUnits, m_blockUnits ? rest : rest / 2 + 32);
     if (needed > capacity) {
         // One string longer than a block: its room doubles, so that gathering it takes
         // time in proportion to its length, but never past what the rest of the text can
