@@ -15,11 +15,6 @@ using Entry = PropertyDictionary::Entry;
 // index uses linear probing.
 namespace {
 
-size_t hash(QStringView key)
-{
-    return qHash(key, QHashSeed::globalSeed());
-}
-
 bool sameKey(const QString &stored, QStringView key)
 {
     // Keys read from one text often share their characters; comparing where they point
@@ -47,7 +42,7 @@ Entry *findIn(Region *region, QStringView key, quint32 **slotOut = nullptr)
     }
     quint32 *table = indexSlotsOf(region);
     const quint32 mask = indexMask(region);
-    for (size_t s = hash(key) & mask;; s = (s + 1) & mask) {
+    for (size_t s = keyHash(key) & mask;; s = (s + 1) & mask) {
         const quint32 slot = table[s];
         if (!slot) {
             if (slotOut)
@@ -69,7 +64,7 @@ void rebuildIndex(Region *region)
     const quint32 mask = indexMask(region);
     Entry *all = entriesOf(region);
     for (quint32 k = 0; k < region->size; ++k) {
-        size_t s = hash(all[k].key) & mask;
+        size_t s = keyHash(all[k].key) & mask;
         while (table[s])
             s = (s + 1) & mask;
         table[s] = k + 1;
@@ -88,7 +83,12 @@ Entry &emplace(Region *region, QString &&key, PropertyValue &&value, quint32 *sl
 
 } // namespace
 
-void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last)
+size_t PropertyStorage::keyHash(QStringView key)
+{
+    return qHash(key, QHashSeed::globalSeed());
+}
+
+void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last, KeyHashes *hashes)
 {
     Q_ASSERT(region->size == 0 && last - first <= qsizetype(region->capacity));
     if (last - first == 1) {
@@ -96,17 +96,40 @@ void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last)
         region->size = 1;
         return;
     }
+    Entry *const entries = entriesOf(region);
+    const qsizetype slots = slotCount(region->capacity);
+    if (!slots) {
+        // A few members: each key is compared with those before it.
+        for (Entry *entry = first; entry != last; ++entry) {
+            Entry *existing = nullptr;
+            for (quint32 k = 0; k < region->size && !existing; ++k) {
+                if (sameKey(entries[k].key, entry->key))
+                    existing = entries + k;
+            }
+            if (existing) {
+                existing->value = std::move(entry->value);
+                std::destroy_at(entry);
+                continue;
+            }
+            copyValues(entries + region->size, entry, 2);
+            ++region->size;
+        }
+        return;
+    }
+    quint32 *const table = indexSlotsOf(region);
+    const size_t mask = size_t(slots - 1);
     for (Entry *entry = first; entry != last; ++entry) {
-        quint32 *slot = nullptr;
-        if (Entry *existing = findIn(region, entry->key, &slot)) {
-            existing->value = std::move(entry->value);
+        const size_t hash = hashes ? hashes->hash(entry->key) : keyHash(entry->key);
+        size_t s = hash & mask;
+        while (table[s] && !sameKey(entries[table[s] - 1].key, entry->key))
+            s = (s + 1) & mask;
+        if (table[s]) {
+            entries[table[s] - 1].value = std::move(entry->value);
             std::destroy_at(entry);
             continue;
         }
-        copyValues(entriesOf(region) + region->size, entry, 2);
-        ++region->size;
-        if (slot)
-            *slot = region->size;
+        copyValues(entries + region->size, entry, 2);
+        table[s] = ++region->size;
     }
 }
 

@@ -95,12 +95,39 @@ inline void copyValues(void *to, const void *from, qsizetype count)
 // An empty region in a block of its own, whose one reference the caller holds.
 Region *allocateRegion(bool dictionary, qsizetype capacity);
 
+// The hash of a dictionary key, as the index uses it.
+size_t keyHash(QStringView key);
+
+// Remembers the hashes of keys by where their text is: the reader hands out a repeated key
+// as the same string, so most keys of a document are hashed once per parse.
+class KeyHashes
+{
+public:
+    size_t hash(const QString &key)
+    {
+        Slot &slot = m_slots[(quintptr(key.constData()) >> 3) % slotCount];
+        if (slot.data != key.constData() || slot.size != key.size())
+            slot = Slot{key.constData(), key.size(), keyHash(key)};
+        return slot.hash;
+    }
+
+private:
+    static constexpr size_t slotCount = 251;
+    struct Slot
+    {
+        const QChar *data = nullptr;
+        qsizetype size = 0;
+        size_t hash = 0;
+    };
+    Slot m_slots[slotCount];
+};
+
 // Fills an empty dictionary region with room for them from the entries [first, last),
 // whose bytes are taken over: the caller forgets them without destroying them. A later
 // duplicate key replaces the value of the earlier one where it stands (the dropped key and
-// value are destroyed here).
-void adoptEntries(Region *region, PropertyDictionary::Entry *first,
-                  PropertyDictionary::Entry *last);
+// value are destroyed here). `hashes`, when given, remembers the keys' hashes.
+void adoptEntries(Region *region, PropertyDictionary::Entry *first, PropertyDictionary::Entry *last,
+                  KeyHashes *hashes = nullptr);
 
 // Where the JSON reader puts the containers of one text: regions placed one after the
 // other in frozen blocks of up to 64 KB (the first twice the text's length, the next ones

@@ -367,15 +367,16 @@ template <> bool VXJSONScanner::readWord<char>(const char16_t *word)
     // ASCII letters are decided by one comparison: setting bit 5 lowers a letter's case
     // and nothing else maps to a lowercase letter. Any byte beyond ASCII takes the general
     // road (a character folding to a letter, such as the long s, matches it).
-    const qsizetype length = std::char_traits<char16_t>::length(word);
-    if (m_length - i >= length && length <= 8) {
-        quint64 text = 0, lowered = 0;
+    // (The words are "true", "false" and "null", told apart by their first letter.)
+    const qsizetype length = word[0] == u'f' ? 5 : 4;
+    if (m_length - i >= length) {
+        quint64 text = 0;
         std::memcpy(&text, m_bytes + i, size_t(length));
-        for (qsizetype k = 0; k < length; ++k)
-            lowered |= quint64(word[k]) << (8 * k);
-        const quint64 caseBits = 0x2020202020202020ull >> (8 * (8 - length));
         if (!(text & 0x8080808080808080ull)) {
-            if ((text | caseBits) != lowered)
+            const quint64 lowered = word[0] == u't'   ? 0x65757274ull   // "true"
+                                    : word[0] == u'f' ? 0x65736c6166ull // "false"
+                                                      : 0x6c6c756eull;  // "null"
+            if ((text | (0x2020202020ull >> (8 * (5 - length)))) != lowered)
                 return false;
             m_location = i + length;
             return true;
@@ -688,7 +689,7 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
         if (m_location < m_length && units<Unit>()[m_location] == Unit('}'))
             break;
         // An unterminated key leaves the scanner at the end, where the separator fails.
-        if (readString<Unit>(&key) != Outcome::Value)
+        if (readString<Unit>(&key, true) != Outcome::Value)
             break;
         if (!readCharacter<Unit>(':'))
             break;
@@ -717,7 +718,9 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
         PropertyDictionary::Entry *members = m_members.data() + base;
         for (qsizetype k = 0; k < count; ++k)
             m_arena.adoptInto(region, members[k].value);
-        PropertyStorage::adoptEntries(region, members, members + count);
+        if (count >= PropertyStorage::indexedFrom && !m_keyHashes)
+            m_keyHashes = std::make_unique<PropertyStorage::KeyHashes>();
+        PropertyStorage::adoptEntries(region, members, members + count, m_keyHashes.get());
         m_members.forget(base);
         dictionary = PropertyDictionary::fromRegion(region);
     }
@@ -786,7 +789,7 @@ char16_t *VXJSONScanner::TextGatherer::grow(qsizetype more)
 }
 
 template <typename Unit>
-VXJSONScanner::Interned *VXJSONScanner::internedSlot(qsizetype from, qsizetype *to)
+VXJSONScanner::Interned *VXJSONScanner::internedSlot(qsizetype from, qsizetype *to, bool key)
 {
     // The closing quote within the length of a short string, and no backslash before it.
     const Unit *units = this->units<Unit>();
@@ -794,12 +797,16 @@ VXJSONScanner::Interned *VXJSONScanner::internedSlot(qsizetype from, qsizetype *
     qsizetype i = from;
 #ifdef __SSE2__
     if constexpr (std::is_same_v<Unit, char>) {
-        if (m_length - from >= 16) {
-            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(units + from));
-            const int special =
-                _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
-                                               _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))));
-            i = special ? from + std::countr_zero(unsigned(special)) : from + 16;
+        static_assert(internedLength < 32);
+        if (m_length - from >= 32) {
+            const auto special = [](const char *at) {
+                const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+                return unsigned(
+                    _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
+                                                   _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\')))));
+            };
+            const unsigned found = special(units + from) | special(units + from + 16) << 16;
+            i = found ? from + std::countr_zero(found) : from + 32;
         }
     }
 #endif
@@ -810,13 +817,16 @@ VXJSONScanner::Interned *VXJSONScanner::internedSlot(qsizetype from, qsizetype *
     *to = i;
     if (!m_interned) {
         m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
-        m_interned = std::make_unique<Interned[]>(m_internedSlots);
+        m_interned = std::make_unique<Interned[]>(2 * m_internedSlots);
     }
+    // Keys in the first half, values in the second: the many values met once (names,
+    // identifiers) then do not push the few keys out.
     const qsizetype bytes = (i - from) * qsizetype(sizeof(Unit));
-    return &m_interned[hashBytes(units + from, bytes) & (m_internedSlots - 1)];
+    return &m_interned[(hashBytes(units + from, bytes) & (m_internedSlots - 1)) +
+                       (key ? 0 : m_internedSlots)];
 }
 
-template <typename Unit> VXJSONScanner::Outcome VXJSONScanner::readString(QString *out)
+template <typename Unit> VXJSONScanner::Outcome VXJSONScanner::readString(QString *out, bool key)
 {
     if (!readCharacter<Unit>('"'))
         return Outcome::Failed;
@@ -828,7 +838,7 @@ template <typename Unit> VXJSONScanner::Outcome VXJSONScanner::readString(QStrin
     Interned *slot = nullptr;
     qsizetype end = 0;
     if (std::is_same_v<Unit, char> || m_skip == &whitespaceAndNewlineCharacterSet) {
-        slot = internedSlot<Unit>(m_location, &end);
+        slot = internedSlot<Unit>(m_location, &end, key);
         if (slot) {
             const Unit *written = units<Unit>() + m_location;
             const qsizetype bytes = (end - m_location) * qsizetype(sizeof(Unit));

@@ -202,7 +202,8 @@ private:
     // when it has one.
     template <typename Unit> bool readObject(PropertyValue *out, bool ignoreNull);
     template <typename Unit> bool readArray(PropertyValue *out, bool ignoreNull);
-    template <typename Unit> Outcome readString(QString *out);
+    // (`key`: the string is an object's key.)
+    template <typename Unit> Outcome readString(QString *out, bool key = false);
     template <typename Unit> Outcome readValue(PropertyValue *out, bool ignoreNull);
     // The public forms' out-slots, from the above.
     static bool toSlot(bool made, PropertyValue &&value, std::optional<PropertyValue> *slot);
@@ -264,6 +265,8 @@ private:
     bool m_cachedStacks = false;                     // the two stacks came from the thread's cache
     // The containers of this text go into shared blocks.
     PropertyStorage::Arena m_arena;
+    // The hashes of keys met, for the indexes of larger objects (made when first needed).
+    std::unique_ptr<PropertyStorage::KeyHashes> m_keyHashes;
     // Strings are gathered straight into a shared text block, and each string made from it
     // refers to its part of the block (with a terminating zero): one allocation for many
     // strings. A block lives until the last string in it is gone. While the parse runs,
@@ -292,7 +295,7 @@ private:
         qsizetype block = 0;
     };
     // The slot for a short string written without escapes at [from, to), if it is one.
-    template <typename Unit> Interned *internedSlot(qsizetype from, qsizetype *to);
+    template <typename Unit> Interned *internedSlot(qsizetype from, qsizetype *to, bool key);
     // (Fewer slots for short texts, where clearing the table would cost more than it saves.)
     size_t m_internedSlots = 0;
     std::unique_ptr<Interned[]> m_interned;
