@@ -379,8 +379,8 @@ void writeSizes()
     }
 }
 
-// Only our reader or writer (or RapidJSON's parse and free, for scale), `repeat` times on
-// one input, for a profiler (callgrind counts
+// Only our reader or writer (or RapidJSON's, for scale), `repeat` times on one input, for a
+// profiler (callgrind counts
 // instructions the same from run to run, where wall time on a shared machine does not).
 int profile(const QString &what, const QString &only, int repeat)
 {
@@ -400,6 +400,9 @@ int profile(const QString &what, const QString &only, int repeat)
                 total += JSON::dictionaryWithJSONString(utf8)->size();
             } else if (what == u"rapidjson-pf") {
                 total += qsizetype(rapidRead(utf8).MemberCount());
+            } else if (what == u"rapidjson-write") {
+                static const rapidjson::Document document = rapidRead(utf8);
+                total += rapidWrite(document).size();
             } else if (what == u"write") {
                 total += JSON::JSONUtf8(*tree).size();
             } else if (what == u"writeq") {
