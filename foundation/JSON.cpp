@@ -13,6 +13,9 @@
 
 #ifdef __SSE2__
 #include <emmintrin.h>
+#if defined(__x86_64__) || defined(__i386__)
+#include <tmmintrin.h>
+#endif
 #endif
 
 namespace JSON {
@@ -236,7 +239,17 @@ inline bool putUnit(Unit *&out, const char16_t *&from, const char16_t *to)
 // letter or an escape every few units) otherwise costs a mispredicted branch per unit
 // that needs work, which was the better part of the writing time. Only the units whose
 // lanes are set in `lanes` are written; up to 4 bytes past the encoded text may be.
-template <bool Escape> inline char *encodeBlock(char *out, __m128i units, __m128i lanes)
+// The units' classes, lengths in UTF-8 (with escapes), and 16-bit words for the ASCII ones
+// (the unit, or the two characters of its escape).
+struct BlockClasses
+{
+    __m128i ascii;
+    __m128i below800;
+    __m128i lengths;
+    __m128i asciiWords;
+};
+
+template <bool Escape> inline BlockClasses classify(__m128i units)
 {
     const __m128i zero = _mm_setzero_si128();
     const __m128i ascii =
@@ -263,6 +276,13 @@ template <bool Escape> inline char *encodeBlock(char *out, __m128i units, __m128
         asciiWords =
             _mm_or_si128(_mm_and_si128(escaped, escapeWords), _mm_andnot_si128(escaped, units));
     }
+    return {ascii, below800, lengths, asciiWords};
+}
+
+template <bool Escape> inline char *encodeBlock(char *out, __m128i units, __m128i lanes)
+{
+    const __m128i zero = _mm_setzero_si128();
+    const auto [ascii, below800, lengths, asciiWords] = classify<Escape>(units);
     alignas(16) quint32 words[8];
     alignas(16) qint16 length[8];
     _mm_store_si128(reinterpret_cast<__m128i *>(length), _mm_and_si128(lengths, lanes));
@@ -322,40 +342,124 @@ inline __m128i laneRange(qsizetype first, qsizetype last)
                          _mm_loadu_si128(reinterpret_cast<const __m128i *>(ones + 16 - last)));
 }
 
-// UTF-8 from UTF-16, eight units at a time by encodeBlock; the last block of a text overlaps
-// the one before it (its units written there are left out), and a text shorter than a
-// block goes through a padded copy. A block with a surrogate (rare) sends the rest of the
-// text unit by unit.
-template <bool Escape> char *putUtf8(char *out, const char16_t *from, const char16_t *to)
+#if defined(__x86_64__) || defined(__i386__)
+// The same with SSSE3 for blocks below U+0800 (most text): each unit's one or two bytes
+// are made in its lane and the unused second bytes are squeezed out by one byte shuffle
+// from a table of the 256 patterns of one- and two-byte units, then stored at once (16
+// bytes, of which the unused end is overwritten later). Units before `first` are the end
+// of the block before, written the same way already: they are written again in place.
+// Blocks with units from U+0800 on take encodeBlock. May write 16 bytes past the text.
+struct ShuffleTables
 {
-    const qsizetype length = to - from;
-    if (length >= 8) {
-        const char16_t *const last = to - 8;
-        for (; from < last; from += 8) {
-            const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
-            if (hasSurrogates(units))
-                return putEachUnit<Escape>(out, from, to);
-            out = encodeBlock<Escape>(out, units, _mm_set1_epi16(-1));
+    alignas(16) uchar shuffle[256][16] = {};
+    uchar twoByteUnits[256] = {};
+    constexpr ShuffleTables()
+    {
+        for (int pattern = 0; pattern < 256; ++pattern) {
+            int k = 0;
+            for (int lane = 0; lane < 8; ++lane) {
+                shuffle[pattern][k++] = uchar(2 * lane);
+                if (pattern >> lane & 1) {
+                    shuffle[pattern][k++] = uchar(2 * lane + 1);
+                    ++twoByteUnits[pattern];
+                }
+            }
+            while (k < 16)
+                shuffle[pattern][k++] = 0x80;
         }
-        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(last));
-        if (hasSurrogates(units))
-            return putEachUnit<Escape>(out, from, to);
-        return encodeBlock<Escape>(out, units, laneRange(from - last, 8));
     }
-    if (length == 0)
-        return out;
-    alignas(16) char16_t padded[8] = {};
-    std::memcpy(padded, from, size_t(length) * sizeof(char16_t));
-    const __m128i units = _mm_load_si128(reinterpret_cast<const __m128i *>(padded));
-    if (hasSurrogates(units))
-        return putEachUnit<Escape>(out, from, to);
-    return encodeBlock<Escape>(out, units, laneRange(0, length));
+};
+constexpr ShuffleTables shuffleTables;
+
+template <bool Escape>
+__attribute__((target("ssse3"), always_inline)) inline char *
+encodeBlockSsse3(char *out, __m128i units, int first, int last)
+{
+    const auto [ascii, below800, lengths, asciiWords] = classify<Escape>(units);
+    if (_mm_movemask_epi8(below800) != 0xffff)
+        return encodeBlock<Escape>(out, units, laneRange(first, last));
+    const __m128i two = _mm_or_si128(
+        _mm_or_si128(_mm_set1_epi16(0xc0), _mm_srli_epi16(units, 6)),
+        _mm_slli_epi16(
+            _mm_or_si128(_mm_set1_epi16(0x80), _mm_and_si128(units, _mm_set1_epi16(0x3f))), 8));
+    const __m128i words =
+        _mm_or_si128(_mm_and_si128(ascii, asciiWords), _mm_andnot_si128(ascii, two));
+    const int pattern = _mm_movemask_epi8(
+        _mm_packs_epi16(_mm_cmpeq_epi16(lengths, _mm_set1_epi16(2)), _mm_setzero_si128()));
+    const __m128i bytes = _mm_shuffle_epi8(
+        words, _mm_load_si128(reinterpret_cast<const __m128i *>(shuffleTables.shuffle[pattern])));
+    const int before = first + shuffleTables.twoByteUnits[pattern & ((1 << first) - 1)];
+    const int through = last + shuffleTables.twoByteUnits[pattern & ((1 << last) - 1)];
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(out - before), bytes);
+    return out + (through - before);
 }
 #endif
 
+// UTF-8 from UTF-16, eight units at a time by `encode` (encodeBlock or its SSSE3 form, which
+// must be inlined into a function compiled for SSSE3: hence the two functions below); the
+// last block of a text overlaps the one before it (its units written there are left out),
+// and a text shorter than a block goes through a padded copy. A block with a surrogate
+// (rare) sends the rest of the text unit by unit.
+#define QV_PUT_UTF8_BLOCKS(encode)                                                                 \
+    const qsizetype length = to - from;                                                            \
+    if (length >= 8) {                                                                             \
+        const char16_t *const last = to - 8;                                                       \
+        for (; from < last; from += 8) {                                                           \
+            const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));        \
+            if (hasSurrogates(units))                                                              \
+                return putEachUnit<Escape>(out, from, to);                                         \
+            out = encode(out, units, 0, 8);                                                        \
+        }                                                                                          \
+        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(last));            \
+        if (hasSurrogates(units))                                                                  \
+            return putEachUnit<Escape>(out, from, to);                                             \
+        return encode(out, units, int(from - last), 8);                                            \
+    }                                                                                              \
+    if (length == 0)                                                                               \
+        return out;                                                                                \
+    alignas(16) char16_t padded[8] = {};                                                           \
+    std::memcpy(padded, from, size_t(length) * sizeof(char16_t));                                  \
+    const __m128i units = _mm_load_si128(reinterpret_cast<const __m128i *>(padded));               \
+    if (hasSurrogates(units))                                                                      \
+        return putEachUnit<Escape>(out, from, to);                                                 \
+    return encode(out, units, 0, int(length));
+
+template <bool Escape> inline char *encodeBlockOf(char *out, __m128i units, int first, int last)
+{
+    return encodeBlock<Escape>(out, units, laneRange(first, last));
+}
+
+template <bool Escape> char *putUtf8(char *out, const char16_t *from, const char16_t *to)
+{
+    QV_PUT_UTF8_BLOCKS(encodeBlockOf<Escape>)
+}
+
+#if defined(__x86_64__) || defined(__i386__)
+template <bool Escape>
+__attribute__((target("ssse3"))) char *putUtf8Ssse3(char *out, const char16_t *from,
+                                                    const char16_t *to)
+{
+    QV_PUT_UTF8_BLOCKS(encodeBlockSsse3<Escape>)
+}
+#endif
+#undef QV_PUT_UTF8_BLOCKS
+
+#if defined(__x86_64__) || defined(__i386__)
+// Whether the processor has SSSE3; QT_NO_CPU_FEATURE=ssse3 turns it off, as it does for
+// Qt's own code (the tests run both roads that way).
+bool haveSsse3()
+{
+    static const bool have =
+        __builtin_cpu_supports("ssse3") &&
+        !qEnvironmentVariable("QT_NO_CPU_FEATURE").contains(QLatin1StringView("ssse3"));
+    return have;
+}
+#endif
+#endif
+
 // Writes the units [from, to) with the escapes when asked, converted to the output unit.
-// For UTF-8 output a surrogate that is not part of a pair gives nullptr, and up to 4 bytes
-// past the text may be written.
+// For UTF-8 output a surrogate that is not part of a pair gives nullptr, and up to 16
+// bytes past the text may be written.
 template <bool Escape, typename Unit>
 Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
 {
@@ -365,8 +469,13 @@ Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
         return out + (to - from);
     }
 #ifdef __SSE2__
-    if constexpr (utf8)
+    if constexpr (utf8) {
+#if defined(__x86_64__) || defined(__i386__)
+        if (haveSsse3())
+            return putUtf8Ssse3<Escape>(out, from, to);
+#endif
         return putUtf8<Escape>(out, from, to);
+    }
     // Eight units at a time, stored whole (narrowed for UTF-8) before they are looked at:
     // eight units of text always make at least eight units of output, so the store stays
     // inside the text. When some need work, only the clean ones before the first are
@@ -573,9 +682,9 @@ private:
     template <bool Escape> void putQuoted(const QString &text)
     {
         // Per unit at most: 3 UTF-8 bytes (a pair makes 4 of 2 units), or an escape's 2;
-        // and for UTF-8 the 4 bytes an encoded block may write past its end.
+        // and for UTF-8 the 16 bytes an encoded block may write past its end.
         constexpr qsizetype perUnit = utf8 ? 3 : (Escape ? 2 : 1);
-        constexpr qsizetype slack = utf8 ? 4 : 0;
+        constexpr qsizetype slack = utf8 ? 16 : 0;
         // A long text goes in slices, so that no chunk has to hold it whole.
         constexpr qsizetype slice = 16 * 1024;
         const char16_t *units = reinterpret_cast<const char16_t *>(text.constData());
