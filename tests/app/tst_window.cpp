@@ -4,6 +4,7 @@
 #include "VXUninstallSurveyController.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLabel>
@@ -285,6 +286,51 @@ private Q_SLOTS:
         QVERIFY(controller->notDisclosedPrice());
         QTest::keyClick(box, Qt::Key_Space);
         QVERIFY(!controller->notDisclosedPrice());
+    }
+
+    // A screen reader names the window by its title and the reasons' group by the question
+    // above it, which labels the group, in every language the window ships.
+    void accessibleNames_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const char *language : {"en", "de", "fr", "ja"})
+            QTest::newRow(language) << QString::fromLatin1(language);
+    }
+    void accessibleNames()
+    {
+        QFETCH(QString, language);
+        QTranslator translator;
+        QVERIFY(translator.load(QStringLiteral("window_") + language,
+                                QCoreApplication::applicationDirPath() +
+                                    QStringLiteral("/translations")));
+        QCoreApplication::installTranslator(&translator);
+        auto loaded = load();
+        QWidget *window = loaded.window.get();
+        // As the window is set up: its description's title, translated.
+        window->setWindowTitle(
+            QCoreApplication::translate("Localizable", qPrintable(window->windowTitle())));
+        QCoreApplication::removeTranslator(&translator);
+        QCOMPARE(window->windowTitle() == QStringLiteral("Uninstall Quorvelle"),
+                 language == QStringLiteral("en"));
+
+        QAccessibleInterface *windowInterface = QAccessible::queryAccessibleInterface(window);
+        QVERIFY(windowInterface);
+        QCOMPARE(windowInterface->text(QAccessible::Name), window->windowTitle());
+
+        auto *heading = window->findChild<QLabel *>(QStringLiteral("headingLabel"));
+        auto *group = window->findChild<QWidget *>(QStringLiteral("reasonsMatrix"));
+        QVERIFY(heading && group);
+        QAccessibleInterface *groupInterface = QAccessible::queryAccessibleInterface(group);
+        QVERIFY(groupInterface);
+        QCOMPARE(groupInterface->role(), QAccessible::Grouping);
+        QCOMPARE(groupInterface->text(QAccessible::Name), heading->text());
+        QCOMPARE(heading->text() == QStringLiteral(
+                                        "We are sorry to see you go. Why are you uninstalling "
+                                        "Quorvelle?"),
+                 language == QStringLiteral("en"));
+        const auto labels = groupInterface->relations(QAccessible::Label);
+        QCOMPARE(labels.size(), 1);
+        QCOMPARE(labels.first().first->object(), heading);
     }
 
     // With the German strings installed no visible text stays English.
