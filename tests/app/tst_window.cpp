@@ -69,8 +69,8 @@ double contrastOnWhite(const QColor &c)
     const auto linear = [](double v) {
         return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
     };
-    const double l = 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) +
-                     0.0722 * linear(c.blueF());
+    const double l =
+        0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
     return 1.05 / (l + 0.05);
 }
 
@@ -213,8 +213,8 @@ private Q_SLOTS:
             << QStringLiteral("reasonFeatures") << quint64(0) << -1 << false;
         QTest::newRow("check box reached by Tab") << QStringLiteral("uselessSoftwareBox")
                                                   << quint64(4) << int(Qt::TabFocusReason) << true;
-        QTest::newRow("radio clicked") << QStringLiteral("reasonSupport") << quint64(0)
-                                       << int(Qt::MouseFocusReason) << false;
+        QTest::newRow("radio clicked")
+            << QStringLiteral("reasonSupport") << quint64(0) << int(Qt::MouseFocusReason) << false;
         QTest::newRow("chosen radio reached by arrow")
             << QStringLiteral("reasonFeatures") << quint64(4) << int(Qt::TabFocusReason) << true;
     }
@@ -324,9 +324,9 @@ private Q_SLOTS:
         QVERIFY(groupInterface);
         QCOMPARE(groupInterface->role(), QAccessible::Grouping);
         QCOMPARE(groupInterface->text(QAccessible::Name), heading->text());
-        QCOMPARE(heading->text() == QStringLiteral(
-                                        "We are sorry to see you go. Why are you uninstalling "
-                                        "Quorvelle?"),
+        QCOMPARE(heading->text() ==
+                     QStringLiteral("We are sorry to see you go. Why are you uninstalling "
+                                    "Quorvelle?"),
                  language == QStringLiteral("en"));
         const auto labels = groupInterface->relations(QAccessible::Label);
         QCOMPARE(labels.size(), 1);

@@ -234,7 +234,8 @@ private Q_SLOTS:
             Button button;
             auto cell = std::make_unique<ButtonCell>();
             cell->setButtonType(ButtonCell::SwitchButton);
-            cell->setImage(VXImageCreation::imageNamed(QStringLiteral("checkbox_unchecked"), nullptr));
+            cell->setImage(
+                VXImageCreation::imageNamed(QStringLiteral("checkbox_unchecked"), nullptr));
             button.setCell(std::move(cell));
             button.resize(20, 14);
             QImage image(QSize(20, 14) * ratio, QImage::Format_ARGB32_Premultiplied);

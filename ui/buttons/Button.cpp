@@ -158,8 +158,8 @@ void Button::paintEvent(QPaintEvent *)
     } else if (!_focusByMouse) {
         // Two points of the kit's blue over the mark's edge: the grey edge of an unchosen
         // mark is too faint to tell focus by (1.6:1 on white), the blue is 4.5:1.
-        painter.setPen(QPen(VXColorConvertion::newCGColor(QuorvelleColor::quorvelleBlueColor()),
-                            2.0));
+        painter.setPen(
+            QPen(VXColorConvertion::newCGColor(QuorvelleColor::quorvelleBlueColor()), 2.0));
         painter.setBrush(Qt::NoBrush);
         painter.drawPath(ring);
     }

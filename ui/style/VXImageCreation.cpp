@@ -26,9 +26,8 @@ const QImage &VXImage::representationFor(const QPainter &painter) const
     const double device = target ? target->devicePixelRatioF() : 1.0;
     const double wanted = device * std::sqrt(std::abs(painter.worldTransform().determinant()));
     // The least dense representation that is dense enough, else the densest.
-    const QImage &low = m_image.devicePixelRatio() <= m_alternate.devicePixelRatio()
-                            ? m_image
-                            : m_alternate;
+    const QImage &low =
+        m_image.devicePixelRatio() <= m_alternate.devicePixelRatio() ? m_image : m_alternate;
     const QImage &high = &low == &m_image ? m_alternate : m_image;
     return low.devicePixelRatio() >= wanted - 1e-6 ? low : high;
 }

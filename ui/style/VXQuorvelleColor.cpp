@@ -171,9 +171,9 @@ bool hookInstalled = false;
 // nothing when setAlternatingRowColors() is called; what it does is repaint the viewport, so
 // besides Polish and Show (a view set up before it is shown) the viewport's Paint is the
 // moment a view that turned alternation on later is seen. A paint costs a bool check of the
-// view (and, for an alternating view, one hash look-up), never a palette write. The roles are set on the view's own
-// palette, so a later change of the desktop theme does not take them back, and the
-// application palette keeps the desktop's own pair for
+// view (and, for an alternating view, one hash look-up), never a palette write. The roles are set
+// on the view's own palette, so a later change of the desktop theme does not take them back, and
+// the application palette keeps the desktop's own pair for
 // controlAlternatingRowBackgroundColorsOriginal(). Views that do not alternate never ask
 // for the pair and keep the desktop's colours.
 class AlternatingRowFilter : public QObject
