@@ -298,7 +298,7 @@ private Q_SLOTS:
         _program = QStringLiteral("usr/bin/quorvelle-uninstaller");
         if (_bin.isEmpty()) {
             _bin = qEnvironmentVariable("QV_PROGRAM_DIR", _tools);
-            _program = QStringLiteral("QuorvelleUninstaller");
+            _program = QStringLiteral("quorvelle-uninstaller");
         }
         QVERIFY(QFile::exists(_bin + u'/' + _program));
         for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
