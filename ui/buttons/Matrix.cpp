@@ -2,9 +2,31 @@
 
 #include "Button.h"
 
+#include <QAccessibleWidget>
+
 #include <algorithm>
 
-Matrix::Matrix(QWidget *parent) : QWidget(parent) {}
+namespace {
+
+// Assistive tools see a radio group as a group, named and labelled by the label whose buddy
+// it is (Qt's widget interface reads both from the buddy).
+QAccessibleInterface *accessibleGroup(const QString &, QObject *object)
+{
+    if (auto *matrix = qobject_cast<Matrix *>(object))
+        return new QAccessibleWidget(matrix, QAccessible::Grouping);
+    return nullptr;
+}
+
+} // namespace
+
+Matrix::Matrix(QWidget *parent) : QWidget(parent)
+{
+    static const bool factoryInstalled = [] {
+        QAccessible::installFactory(accessibleGroup);
+        return true;
+    }();
+    Q_UNUSED(factoryInstalled);
+}
 
 QList<Button *> Matrix::cells() const
 {
