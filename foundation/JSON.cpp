@@ -397,9 +397,10 @@ encodeBlockSsse3(char *out, __m128i units, int first, int last)
 
 // UTF-8 from UTF-16, eight units at a time by `encode` (encodeBlock or its SSSE3 form, which
 // must be inlined into a function compiled for SSSE3: hence the two functions below); the
-// last block of a text overlaps the one before it (its units written there are left out),
-// and a text shorter than a block goes through a padded copy. A block with a surrogate
-// (rare) sends the rest of the text unit by unit.
+// last block of a text overlaps the one before it (its units written there are left out);
+// a text shorter than a block goes unit by unit (short texts are mostly ASCII keys, for
+// which that is cheaper). A block with a surrogate (rare) sends the rest of the text unit
+// by unit.
 #define QV_PUT_UTF8_BLOCKS(encode)                                                                 \
     const qsizetype length = to - from;                                                            \
     if (length >= 8) {                                                                             \
@@ -415,14 +416,7 @@ encodeBlockSsse3(char *out, __m128i units, int first, int last)
             return putEachUnit<Escape>(out, from, to);                                             \
         return encode(out, units, int(from - last), 8);                                            \
     }                                                                                              \
-    if (length == 0)                                                                               \
-        return out;                                                                                \
-    alignas(16) char16_t padded[8] = {};                                                           \
-    std::memcpy(padded, from, size_t(length) * sizeof(char16_t));                                  \
-    const __m128i units = _mm_load_si128(reinterpret_cast<const __m128i *>(padded));               \
-    if (hasSurrogates(units))                                                                      \
-        return putEachUnit<Escape>(out, from, to);                                                 \
-    return encode(out, units, 0, int(length));
+    return putEachUnit<Escape>(out, from, to);
 
 template <bool Escape> inline char *encodeBlockOf(char *out, __m128i units, int first, int last)
 {
@@ -461,7 +455,7 @@ bool haveSsse3()
 // For UTF-8 output a surrogate that is not part of a pair gives nullptr, and up to 16
 // bytes past the text may be written.
 template <bool Escape, typename Unit>
-Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
+Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to, [[maybe_unused]] bool ssse3)
 {
     constexpr bool utf8 = std::is_same_v<Unit, char>;
     if constexpr (!utf8 && !Escape) {
@@ -470,8 +464,10 @@ Unit *putUnits(Unit *out, const char16_t *from, const char16_t *to)
     }
 #ifdef __SSE2__
     if constexpr (utf8) {
+        if (to - from < 8)
+            return putEachUnit<Escape>(out, from, to);
 #if defined(__x86_64__) || defined(__i386__)
-        if (haveSsse3())
+        if (ssse3)
             return putUtf8Ssse3<Escape>(out, from, to);
 #endif
         return putUtf8<Escape>(out, from, to);
@@ -589,8 +585,7 @@ public:
 
     template <typename Container> Buffer write(const Container &container)
     {
-        put(container);
-        return take();
+        return take(put(m_inline, container));
     }
 
     // The quoted text, escaped when asked, as UTF-16.
@@ -598,8 +593,7 @@ public:
     {
         static_assert(!utf8);
         TextWriter writer;
-        writer.putQuoted<Escape>(text);
-        return writer.take();
+        return writer.take(writer.putQuoted<Escape>(writer.m_inline, text));
     }
 
 private:
@@ -611,25 +605,24 @@ private:
     };
     static Unit *unitsOf(Chunk *chunk) { return reinterpret_cast<Unit *>(chunk + 1); }
 
-    void put(const PropertyValue &value);
-    void put(const PropertyValue::Dictionary &dictionary);
-    void put(const PropertyValue::Array &array);
+    // Every step takes the place to write at and answers where its text ends; the place
+    // travels in a register instead of a member that each step would store and reload.
+    Unit *put(Unit *out, const PropertyValue &value);
+    Unit *put(Unit *out, const PropertyValue::Dictionary &dictionary);
+    Unit *put(Unit *out, const PropertyValue::Array &array);
 
-    // Room for `units` units at m_out: each step makes sure of room for the most it can
-    // write, so the units themselves are stored unchecked.
-    Unit *reserve(qsizetype units)
+    // Room for `units` units at `out` (or at the start of a new chunk): each step makes
+    // sure of room for the most it can write, so the units themselves are stored unchecked.
+    Unit *reserve(Unit *out, qsizetype units)
     {
-        if (m_end - m_out < units) [[unlikely]]
-            nextChunk(units);
-        return m_out;
+        if (m_end - out < units) [[unlikely]]
+            return nextChunk(out, units);
+        return out;
     }
 
-    Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void nextChunk(qsizetype units)
+    Q_DECL_COLD_FUNCTION Q_NEVER_INLINE Unit *nextChunk(Unit *out, qsizetype units)
     {
-        if (m_last)
-            m_last->used = m_out - unitsOf(m_last);
-        else
-            m_inlineUsed = m_out - m_inline;
+        finish(out);
         // 64 KB, then twice as much each time up to 4 MB: a few chunks for a large text,
         // each one allocation that is never moved.
         const qsizetype capacity = std::max(units, m_nextCapacity);
@@ -639,17 +632,23 @@ private:
         *chunk = Chunk{nullptr, 0};
         (m_last ? m_last->next : m_first) = chunk;
         m_last = chunk;
-        m_out = unitsOf(chunk);
-        m_end = m_out + capacity;
+        m_end = unitsOf(chunk) + capacity;
+        return unitsOf(chunk);
     }
 
-    // The text written, in a buffer of exactly its length.
-    Buffer take()
+    // Records how much of the current chunk is used, `out` being its end.
+    void finish(Unit *out)
     {
         if (m_last)
-            m_last->used = m_out - unitsOf(m_last);
+            m_last->used = out - unitsOf(m_last);
         else
-            m_inlineUsed = m_out - m_inline;
+            m_inlineUsed = out - m_inline;
+    }
+
+    // The text written, ending at `out`, in a buffer of exactly its length.
+    Buffer take(Unit *out)
+    {
+        finish(out);
         qsizetype length = m_inlineUsed;
         for (Chunk *chunk = m_first; chunk; chunk = chunk->next)
             length += chunk->used;
@@ -664,22 +663,25 @@ private:
         return text;
     }
 
-    void put(char c)
+    Unit *put(Unit *out, char c)
     {
-        *reserve(1) = Unit(c);
-        ++m_out;
+        out = reserve(out, 1);
+        *out++ = Unit(c);
+        return out;
     }
 
-    void putAscii(std::string_view text)
+    Unit *putAscii(Unit *out, std::string_view text)
     {
-        Unit *out = reserve(qsizetype(text.size()));
+        out = reserve(out, qsizetype(text.size()));
         for (char c : text)
             *out++ = Unit(c);
-        m_out = out;
+        return out;
     }
 
-    // The text between double quotes; with Escape, the eight escapes applied.
-    template <bool Escape> void putQuoted(const QString &text)
+    // The text between double quotes; with Escape, the eight escapes applied. `before`
+    // and `after` are punctuation to write right before and after it, if not 0.
+    template <bool Escape>
+    Unit *putQuoted(Unit *out, const QString &text, char before = 0, char after = 0)
     {
         // Per unit at most: 3 UTF-8 bytes (a pair makes 4 of 2 units), or an escape's 2;
         // and for UTF-8 the 16 bytes an encoded block may write past its end.
@@ -690,55 +692,63 @@ private:
         const char16_t *units = reinterpret_cast<const char16_t *>(text.constData());
         const qsizetype length = text.size();
         if (length <= slice) [[likely]] {
-            Unit *const start = reserve(perUnit * length + 2 + slack);
-            *start = Unit('"');
-            Unit *out = putUnits<Escape>(start + 1, units, units + length);
+            Unit *const start = reserve(out, perUnit * length + 4 + slack);
+            out = start;
+            if (before)
+                *out++ = Unit(before);
+            *out++ = Unit('"');
+            out = putUnits<Escape>(out, units, units + length, m_ssse3);
             if constexpr (utf8) {
-                if (!out) [[unlikely]] {
-                    m_out = start;
-                    putLoneSurrogateText<Escape>(text);
-                    return;
-                }
+                if (!out) [[unlikely]]
+                    return putLoneSurrogateText<Escape>(start, text, before, after);
             }
             *out++ = Unit('"');
-            m_out = out;
-            return;
+            if (after)
+                *out++ = Unit(after);
+            return out;
         }
-        if (utf8 && hasLoneSurrogate(units, units + length)) {
-            putLoneSurrogateText<Escape>(text);
-            return;
-        }
-        put('"');
+        if (utf8 && hasLoneSurrogate(units, units + length))
+            return putLoneSurrogateText<Escape>(out, text, before, after);
+        if (before)
+            out = put(out, before);
+        out = put(out, '"');
         for (const char16_t *from = units, *end = units + length; from != end;) {
             const char16_t *to = from + std::min<qsizetype>(slice, end - from);
             // A pair stays together (there is no lone surrogate here).
             if (to != end && QChar::isHighSurrogate(to[-1]))
                 --to;
-            m_out = putUnits<Escape>(reserve(perUnit * (to - from) + slack), from, to);
+            out = putUnits<Escape>(reserve(out, perUnit * (to - from) + slack), from, to, m_ssse3);
             from = to;
         }
-        put('"');
+        out = put(out, '"');
+        return after ? put(out, after) : out;
     }
 
     // Qt decides what a surrogate without its partner becomes in UTF-8; the whole quoted
     // text goes through its conversion (quotes included, so that the neighbours it sees are
     // those of the complete output).
-    template <bool Escape> Q_DECL_COLD_FUNCTION void putLoneSurrogateText(const QString &text)
+    template <bool Escape>
+    Q_DECL_COLD_FUNCTION Unit *putLoneSurrogateText(Unit *out, const QString &text, char before,
+                                                    char after)
     {
+        if (before)
+            out = put(out, before);
         const QByteArray bytes = TextWriter<char16_t>::quoted<Escape>(text).toUtf8();
         for (qsizetype from = 0; from < bytes.size();) {
             const qsizetype count = std::min<qsizetype>(bytes.size() - from, 64 * 1024);
-            std::memcpy(reserve(count), bytes.constData() + from, size_t(count));
-            m_out += count;
+            out = reserve(out, count);
+            std::memcpy(out, bytes.constData() + from, size_t(count));
+            out += count;
             from += count;
         }
+        return after ? put(out, after) : out;
     }
 
-    void putDigits(quint64 value)
+    Unit *putDigits(Unit *out, quint64 value)
     {
         const int digits = decimalDigits(value);
-        Unit *const end = reserve(digits) + digits;
-        Unit *out = end;
+        Unit *const end = reserve(out, digits) + digits;
+        out = end;
         while (value >= 100) {
             const char *pair = digitPairs + 2 * (value % 100);
             value /= 100;
@@ -752,53 +762,48 @@ private:
         } else {
             out[-1] = Unit('0' + value);
         }
-        m_out = end;
+        return end;
     }
 
-    void putInteger(qint64 value)
+    Unit *putInteger(Unit *out, qint64 value)
     {
-        if (value < 0) {
-            put('-');
-            putDigits(0 - quint64(value));
-        } else {
-            putDigits(quint64(value));
-        }
+        if (value < 0)
+            return putDigits(put(out, '-'), 0 - quint64(value));
+        return putDigits(out, quint64(value));
     }
 
-    void putReal(double number)
+    Unit *putReal(Unit *out, double number)
     {
         qint64 integer = 0;
         const RealForm form = realForm(number, &integer);
         switch (form) {
         case RealForm::Null:
-            putAscii("null");
-            return;
+            return putAscii(out, "null");
         case RealForm::Zero:
-            put('0');
-            return;
+            return put(out, '0');
         case RealForm::NegativeZero:
-            putAscii("-0");
-            return;
+            return putAscii(out, "-0");
         case RealForm::Integer:
-            putInteger(integer);
-            return;
+            return putInteger(out, integer);
         case RealForm::Shortest:
-        case RealForm::Fixed: {
-            // The shortest text of any double ("-2.2250738585072014e-308") has 24
-            // characters; an integral one written in full, up to 309 digits and a sign.
-            char text[fixedRoom];
-            const char *end =
-                form == RealForm::Shortest
-                    ? std::to_chars(text, text + fixedRoom, number).ptr
-                    : std::to_chars(text, text + fixedRoom, number, std::chars_format::fixed, 0)
-                          .ptr;
-            putAscii(std::string_view(text, size_t(end - text)));
-            return;
+        case RealForm::Fixed:
+            break;
         }
-        }
+        // The shortest text of any double ("-2.2250738585072014e-308") has 24 characters;
+        // an integral one written in full, up to 309 digits and a sign.
+        char text[fixedRoom];
+        const char *end =
+            form == RealForm::Shortest
+                ? std::to_chars(text, text + fixedRoom, number).ptr
+                : std::to_chars(text, text + fixedRoom, number, std::chars_format::fixed, 0).ptr;
+        return putAscii(out, std::string_view(text, size_t(end - text)));
     }
 
-    Unit *m_out = m_inline;
+#if defined(__SSE2__) && (defined(__x86_64__) || defined(__i386__))
+    const bool m_ssse3 = utf8 && haveSsse3();
+#else
+    const bool m_ssse3 = false;
+#endif
     Unit *m_end = m_inline + std::size(m_inline);
     Chunk *m_first = nullptr;
     Chunk *m_last = nullptr;
@@ -809,66 +814,59 @@ private:
 };
 
 // The JSON text of one value.
-template <typename Unit> void TextWriter<Unit>::put(const PropertyValue &value)
+template <typename Unit> Unit *TextWriter<Unit>::put(Unit *out, const PropertyValue &value)
 {
     switch (value.type()) {
     case PropertyValue::Type::Array:
-        put(*value.arrayPtr());
-        return;
+        return put(out, *value.arrayPtr());
     case PropertyValue::Type::Dictionary:
-        put(*value.dictionaryPtr());
-        return;
+        return put(out, *value.dictionaryPtr());
     case PropertyValue::Type::String:
-        putQuoted<true>(*value.stringPtr());
-        return;
+        return putQuoted<true>(out, *value.stringPtr());
     case PropertyValue::Type::Bool:
         // Booleans are numbers here and are written as such, never as words.
-        put(value.toBool() ? '1' : '0');
-        return;
+        return put(out, value.toBool() ? '1' : '0');
     case PropertyValue::Type::Integer:
-        putInteger(value.toInt64());
-        return;
+        return putInteger(out, value.toInt64());
     case PropertyValue::Type::UnsignedInteger:
-        putDigits(value.toUInt64());
-        return;
+        return putDigits(out, value.toUInt64());
     case PropertyValue::Type::Double:
-        putReal(value.toDouble());
-        return;
+        return putReal(out, value.toDouble());
     case PropertyValue::Type::Null:
     case PropertyValue::Type::Date:
     case PropertyValue::Type::Data:
         break;
     }
-    putAscii("null");
+    return putAscii(out, "null");
 }
 
-template <typename Unit> void TextWriter<Unit>::put(const PropertyValue::Dictionary &dictionary)
+template <typename Unit>
+Unit *TextWriter<Unit>::put(Unit *out, const PropertyValue::Dictionary &dictionary)
 {
-    put('{');
-    bool first = true;
+    // Keys go out as they are, unescaped; only values are escaped. Each key brings the
+    // opening brace or the comma before it and the colon after it.
+    char before = '{';
     for (auto it = dictionary.cbegin(), end = dictionary.cend(); it != end; ++it) {
-        if (!first)
-            put(',');
-        first = false;
-        // Keys go out as they are, unescaped; only values are escaped.
-        putQuoted<false>(it.key());
-        put(':');
-        put(it.value());
+        out = putQuoted<false>(out, it.key(), before, ':');
+        before = ',';
+        out = put(out, it.value());
     }
-    put('}');
+    if (before == '{')
+        out = put(out, '{');
+    return put(out, '}');
 }
 
-template <typename Unit> void TextWriter<Unit>::put(const PropertyValue::Array &array)
+template <typename Unit> Unit *TextWriter<Unit>::put(Unit *out, const PropertyValue::Array &array)
 {
-    put('[');
+    out = put(out, '[');
     bool first = true;
     for (const PropertyValue &element : array) {
         if (!first)
-            put(',');
+            out = put(out, ',');
         first = false;
-        put(element);
+        out = put(out, element);
     }
-    put(']');
+    return put(out, ']');
 }
 
 } // namespace
