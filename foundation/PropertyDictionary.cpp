@@ -88,6 +88,17 @@ size_t PropertyStorage::keyHash(QStringView key)
     return qHash(key, QHashSeed::globalSeed());
 }
 
+// A later duplicate's value replaces the earlier one, whose reference is given up: unless it
+// is an inner reference of the region's frozen block, which was never counted.
+static void replaceValue(Region *region, PropertyValue &earlier, PropertyValue &later)
+{
+    Block *block = region->block();
+    if (Region *held = regionOf(earlier); held && block->frozen && held->block() == block)
+        new (&earlier) PropertyValue(std::move(later));
+    else
+        earlier = std::move(later);
+}
+
 void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last, KeyHashes *hashes)
 {
     Q_ASSERT(region->size == 0 && last - first <= qsizetype(region->capacity));
@@ -107,7 +118,7 @@ void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last, Ke
                     existing = entries + k;
             }
             if (existing) {
-                existing->value = std::move(entry->value);
+                replaceValue(region, existing->value, entry->value);
                 std::destroy_at(entry);
                 continue;
             }
@@ -124,7 +135,7 @@ void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last, Ke
         while (table[s] && !sameKey(entries[table[s] - 1].key, entry->key))
             s = (s + 1) & mask;
         if (table[s]) {
-            entries[table[s] - 1].value = std::move(entry->value);
+            replaceValue(region, entries[table[s] - 1].value, entry->value);
             std::destroy_at(entry);
             continue;
         }
