@@ -8,6 +8,8 @@
 #include <cstring>
 #include <new>
 
+namespace Quorvelle {
+
 // One block: this header, `capacity` entries, then (for larger dictionaries) the hash index
 // of `indexMask + 1` slots, each 0 for free or an entry's position plus one. The index
 // uses linear probing at a load of at most two thirds.
@@ -338,3 +340,5 @@ QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary)
         debug << '(' << it.key() << ", " << it.value() << ')';
     return debug << ')';
 }
+
+} // namespace Quorvelle

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Foundation/FoundationExport.h>
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QList>
@@ -14,13 +16,16 @@
 #include <variant>
 
 class PropertyValue;
+class QDebug;
+
+namespace Quorvelle {
 
 // A string-keyed dictionary of PropertyValues, implicitly shared like Qt's containers.
 // Members keep the order in which their keys were first inserted; setting a key that is
 // already there replaces the value where it stands. Members live in one flat block (with
 // a hash index once there are more than a few), so a dictionary costs one allocation and
-// iterating it walks contiguous memory.
-class PropertyDictionary
+// iterating it walks contiguous memory. (A handle of one pointer: the block is private.)
+class QV_FOUNDATION_EXPORT PropertyDictionary
 {
 public:
     struct Entry;
@@ -151,6 +156,8 @@ private:
     Data *d = nullptr;
 };
 
+} // namespace Quorvelle
+
 // The dynamic value shared by the JSON reader and writer, the survey payload and the
 // item trees: the null marker, a number (boolean, integer, unsigned integer or real),
 // a string, an array, a string-keyed dictionary, and the two property-list kinds that
@@ -158,7 +165,9 @@ private:
 //
 // Containers are implicitly shared: copying a value is cheap and a copy never changes
 // when the original is modified afterwards.
-class PropertyValue
+//
+// A frozen-layout value type: its size and members are part of the kit's ABI.
+class QV_FOUNDATION_EXPORT PropertyValue
 {
 public:
     enum class Type
@@ -176,7 +185,7 @@ public:
     };
 
     using Array = QList<PropertyValue>;
-    using Dictionary = PropertyDictionary;
+    using Dictionary = Quorvelle::PropertyDictionary;
 
     struct NullMarker
     {
@@ -250,6 +259,8 @@ private:
         m_value;
 };
 
+namespace Quorvelle {
+
 struct PropertyDictionary::Entry
 {
     QString key;
@@ -309,5 +320,8 @@ template <typename Predicate> qsizetype PropertyDictionary::removeIf(Predicate p
 }
 
 // Readable form for test failures.
-QDebug operator<<(QDebug debug, const PropertyValue &value);
-QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);
+QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);
+
+} // namespace Quorvelle
+
+QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyValue &value);

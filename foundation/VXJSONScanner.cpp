@@ -138,7 +138,7 @@ namespace {
 struct StackCache
 {
     std::vector<PropertyValue> elements;
-    std::vector<PropertyDictionary::Entry> members;
+    std::vector<PropertyValue::Dictionary::Entry> members;
     bool available = true;
 };
 thread_local StackCache stackCache;
@@ -583,7 +583,7 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     const size_t base = m_members.size();
     struct Truncate
     {
-        std::vector<PropertyDictionary::Entry> &stack;
+        std::vector<PropertyValue::Dictionary::Entry> &stack;
         size_t base;
         ~Truncate() { stack.resize(base); }
     } truncate{m_members, base};
@@ -614,7 +614,7 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     if (!readCharacter<Unit>('}'))
         return false;
     if (value) {
-        *value = PropertyValue(PropertyDictionary::fromEntries(
+        *value = PropertyValue(PropertyValue::Dictionary::fromEntries(
             m_members.data() + base, m_members.data() + m_members.size()));
     }
     return true;

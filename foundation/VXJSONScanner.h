@@ -162,9 +162,9 @@ private:
     qsizetype m_location = 0;
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
-    std::vector<PropertyValue> m_elements;            // pending array elements of all open arrays
-    std::vector<PropertyDictionary::Entry> m_members; // pending members of all open objects
-    bool m_cachedStacks = false;                      // the two stacks came from the thread's cache
+    std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
+    std::vector<PropertyValue::Dictionary::Entry> m_members; // pending members of all open objects
+    bool m_cachedStacks = false; // the two stacks came from the thread's cache
     // Strings are gathered straight into a shared text block, and each string made from it
     // refers to its part of the block (with a terminating zero): one allocation for many
     // strings. A block lives until the last string in it is gone.

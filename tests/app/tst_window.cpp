@@ -11,6 +11,9 @@
 #include <QTranslator>
 #include <QUrlQuery>
 
+using Quorvelle::Button;
+using Quorvelle::ButtonCell;
+
 namespace {
 
 VXSurveyWindowLoader::Loaded load()

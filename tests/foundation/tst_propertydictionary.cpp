@@ -5,6 +5,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using Quorvelle::PropertyDictionary;
+
 // The dictionary is checked against a model made of Qt's own containers: a QMap for what
 // each key holds and a list for the order in which keys were first inserted.
 namespace {

@@ -4,7 +4,16 @@
 
 #include <algorithm>
 
-Matrix::Matrix(QWidget *parent) : QWidget(parent) {}
+namespace Quorvelle {
+
+// Nothing yet: the place for state a radio group may need later.
+struct Matrix::Private
+{
+};
+
+Matrix::Matrix(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>()) {}
+
+Matrix::~Matrix() = default;
 
 QList<Button *> Matrix::cells() const
 {
@@ -43,3 +52,5 @@ void Matrix::drawCellAtRow(int row, int column)
     if (Button *cell = cellAtRow(row, column))
         cell->update();
 }
+
+} // namespace Quorvelle

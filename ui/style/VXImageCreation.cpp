@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <QPainter>
 
+using Quorvelle::Bundle;
+
 QSizeF VXImage::size() const
 {
     return m_image.deviceIndependentSize();
