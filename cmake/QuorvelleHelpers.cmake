@@ -31,8 +31,11 @@ endfunction()
 
 # qv_add_tests(<libs...>): one QtTest executable and one CTest test per tst_*.cpp of the
 # calling directory. Extra sources of a test go in a folder named after it (tst_foo/).
+# Each test is labelled with its folder under tests/ (foundation, ui, e2e...), so
+# `ctest -L ui` and scripts/mutate select a module's tests without a list of names.
 function(qv_add_tests)
   file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tst_*.cpp)
+  file(RELATIVE_PATH label ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
   foreach(src IN LISTS tests)
     get_filename_component(name ${src} NAME_WE)
     file(GLOB extra CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
@@ -43,6 +46,6 @@ function(qv_add_tests)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
       ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QV_SOURCE_DIR=${CMAKE_SOURCE_DIR};QV_BINARY_DIR=${CMAKE_BINARY_DIR}"
-      TIMEOUT 300)
+      TIMEOUT 300 LABELS ${label})
   endforeach()
 endfunction()
