@@ -81,10 +81,10 @@ public:
     // cannot be read, is not a regular file, is larger than kUninstallInfoMaxSize or is not
     // valid UTF-8.
     QString uninstallInfo() const;
-    // The suite writes a few hundred bytes; a megabyte leaves ample room for whatever it
-    // may add, while a wrong path (a huge log, a disk image) cannot swell the survey or
-    // the program's memory.
-    static constexpr qint64 kUninstallInfoMaxSize = 1024 * 1024;
+    // The suite writes a few hundred bytes; 64 MiB is beyond any real information file,
+    // while a wrong path (a huge log, a disk image) cannot swell the survey or the
+    // program's memory without end.
+    static constexpr qint64 kUninstallInfoMaxSize = 64 * 1024 * 1024;
     // The application's short version string.
     QString version() const;
     // The survey payload: the information file's keys with the answers laid over them.

@@ -9,6 +9,7 @@
 #include <QScopeGuard>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -29,11 +30,17 @@ QString VXUninstallSurveyController::uninstallInfo() const
     struct stat st;
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_size > kUninstallInfoMaxSize)
         return empty;
-    // The size may change while we read: one byte more than the limit tells a file that
-    // grew past it.
-    QByteArray bytes(kUninstallInfoMaxSize + 1, Qt::Uninitialized);
+    // Room for the size the file has and one byte more: a file that grows while it is read
+    // fills that byte, and the room doubles, up to one byte past the bound, which tells a
+    // file that grew past it.
+    QByteArray bytes(qsizetype(st.st_size) + 1, Qt::Uninitialized);
     qsizetype total = 0;
-    while (total < bytes.size()) {
+    for (;;) {
+        if (total == bytes.size()) {
+            if (total > kUninstallInfoMaxSize)
+                return empty;
+            bytes.resize(std::min<qint64>(2 * total, kUninstallInfoMaxSize + 1));
+        }
         const ssize_t n = ::read(fd, bytes.data() + total, size_t(bytes.size() - total));
         if (n < 0 && errno == EINTR)
             continue;
@@ -43,8 +50,6 @@ QString VXUninstallSurveyController::uninstallInfo() const
             break;
         total += n;
     }
-    if (total > kUninstallInfoMaxSize)
-        return empty;
     bytes.truncate(total);
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder.decode(bytes);

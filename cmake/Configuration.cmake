@@ -6,6 +6,9 @@ set(QV_SUPPORT_EMAIL "support@quorvelle.com" CACHE STRING "Support e-mail addres
 set(QV_PARTNER_OFFER_URL "http://store.halvenmark.com/checkout/?c=QVL7R2K&tid=UNS4X9P"
   CACHE STRING "Partner offer page opened by the get-it-for-free button")
 
+# The maker, as the package and the AppStream metadata name it.
+set(QV_VENDOR_NAME "Brelltan")
+
 # Installed layout. The program finds its data folder (window description, translations,
 # images) and its privileged helper relative to its own folder, so the same binary works
 # under any prefix (a package in /usr, a `cmake --install --prefix` anywhere) and no

@@ -332,10 +332,15 @@ private:
         m_out = out;
     }
 
+    // The longest number text: a 64-bit integer or a shortest double
+    // ("-2.2250738585072014e-308") take at most 24 characters; an integral double written
+    // in full, up to 309 digits and a sign (-DBL_MAX).
+    template <typename Number>
+    static constexpr qsizetype numberRoom = std::is_floating_point_v<Number> ? 320 : 32;
+
     template <typename Number> void putNumber(Number number)
     {
-        // Enough for any 64-bit integer and any shortest double ("-2.2250738585072014e-308").
-        constexpr qsizetype room = 32;
+        constexpr qsizetype room = numberRoom<Number>;
         Unit *out = reserve(room);
         if constexpr (utf8) {
             m_out = numberText(out, number);
@@ -350,29 +355,27 @@ private:
 
     template <typename Number> static char *numberText(char *out, Number number)
     {
+        char *const end = out + numberRoom<Number>;
         if constexpr (std::is_floating_point_v<Number>) {
-            // Integral doubles, common in what the reader makes, are converted as integers,
-            // which is several times faster, when that gives the same text. Below 2^53 the
-            // shortest digits of such a double are its integer digits without trailing
-            // zeros (every other candidate is at least 1 away, more than half the spacing),
-            // and the decimal form is taken unless the exponent form is strictly shorter.
-            constexpr double exactLimit = 9007199254740992.0; // 2^53
-            if (number > -exactLimit && number < exactLimit && number != 0.0) {
+            // An integral value is written as its plain decimal digits, never with an
+            // exponent: 100000, not 1e+05. Those are the exact digits of the double, also
+            // past 2^53 (1e23 is 99999999999999991611392), so that the text reads back as
+            // the same double. Zero keeps its sign: "-0" reads back as -0.0. Only a value
+            // with a fraction takes the shortest text that reads back (0.5, 1e-07).
+            constexpr double integerLimit = 0x1p63;
+            if (number >= -integerLimit && number < integerLimit) {
+                // The integer conversion is exact here and several times faster; a
+                // fraction, or a zero whose sign it would lose, takes the shortest text.
                 const auto integer = qint64(number);
-                if (double(integer) == number) {
-                    char *digits = out + (integer < 0);
-                    char *end = std::to_chars(out, out + 32, integer).ptr;
-                    const qsizetype length = end - digits;
-                    qsizetype significant = length;
-                    while (digits[significant - 1] == '0')
-                        --significant;
-                    // d[.ddd]e+XX: the exponent is below 16 here, always two digits.
-                    if (length <= significant + (significant > 1) + 4)
-                        return end;
-                }
+                if (double(integer) == number && integer != 0)
+                    return std::to_chars(out, end, integer).ptr;
+                return std::to_chars(out, end, number).ptr;
             }
+            // Every double this large is integral.
+            return std::to_chars(out, end, number, std::chars_format::fixed, 0).ptr;
+        } else {
+            return std::to_chars(out, end, number).ptr;
         }
-        return std::to_chars(out, out + 32, number).ptr;
     }
 
     // Qt decides what a surrogate without its partner becomes in UTF-8; the whole quoted
@@ -420,9 +423,9 @@ template <typename Unit> void TextWriter<Unit>::putValue(const PropertyValue &va
         putNumber(value.toUInt64());
         return;
     case PropertyValue::Type::Double: {
-        // Shortest text that reads back as the same double; integral values come out
-        // without a fraction. Infinities and NaN have no JSON form and the reader would
-        // refuse any word for them, so they are written as null.
+        // Integral values in plain decimal digits, others in the shortest text that reads
+        // back as the same double. Infinities and NaN have no JSON form and the reader
+        // would refuse any word for them, so they are written as null.
         const double number = value.toDouble();
         if (std::isfinite(number))
             putNumber(number);

@@ -11,6 +11,8 @@
 #include <array>
 #include <cstdio>
 
+#include <locale.h>
+
 namespace {
 
 enum Unit
@@ -148,9 +150,35 @@ std::optional<Conversion> parseFormat(const QString &format, Argument argument)
     return result;
 }
 
+// printf's numbers follow LC_NUMERIC, which anything in the process may set (QCoreApplication
+// sets it from the environment). The rules fix "." here and put in the user's separator
+// themselves where they want it, so the conversion runs in the C locale, for this thread
+// only and just for this call.
+class CNumericLocale
+{
+public:
+    CNumericLocale()
+    {
+        static const locale_t c = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
+        if (c)
+            m_previous = uselocale(c);
+    }
+    ~CNumericLocale()
+    {
+        if (m_previous)
+            uselocale(m_previous);
+    }
+    CNumericLocale(const CNumericLocale &) = delete;
+    CNumericLocale &operator=(const CNumericLocale &) = delete;
+
+private:
+    locale_t m_previous = locale_t(nullptr);
+};
+
 QString formatNumber(const Conversion &c, Argument argument, quint64 integer, double real)
 {
     char buffer[512];
+    const CNumericLocale cLocale;
     if (argument == Argument::Unsigned) {
         const QByteArray directive = c.directive + "ll" + c.conversion;
         std::snprintf(buffer, sizeof buffer, directive.constData(),

@@ -663,7 +663,7 @@ bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNu
 
 char16_t *VXJSONScanner::TextGatherer::grow(qsizetype more)
 {
-    buffer = scanner.reserveText(count, count + more + 1);
+    buffer = scanner.reserveText(count, count + more + 1, most);
     room = scanner.m_block.constAllocatedCapacity() - scanner.m_blockUsed;
     return buffer + count;
 }
@@ -677,9 +677,11 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     // The units are gathered at the free end of the text block; the string then refers to
     // them there, without a copy. Nothing but the frame's bookkeeping is observable of
     // this: the result is the same string.
+    // Every unit of the text gives at most one unit of the string.
+    const qsizetype most = m_length - m_location + 1;
     const qsizetype available = m_block.d ? m_block.constAllocatedCapacity() - m_blockUsed : 0;
-    char16_t *buffer = available >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64);
-    TextGatherer text{*this, buffer, 0, m_block.constAllocatedCapacity() - m_blockUsed};
+    char16_t *buffer = available >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64, most);
+    TextGatherer text{*this, buffer, 0, m_block.constAllocatedCapacity() - m_blockUsed, most};
     const auto put = [&text](char16_t unit) { *text.reserve(1) = unit, ++text.count; };
 
     const Unit *units = this->units<Unit>();
@@ -889,16 +891,30 @@ std::optional<PropertyValue> VXJSONScanner::readUtf8(QByteArrayView utf8, bool a
     return result;
 }
 
-char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed)
+char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed, qsizetype most)
 {
     if (m_block.d && m_block.constAllocatedCapacity() - m_blockUsed >= needed)
         return m_block.data() + m_blockUsed;
     // A short text's strings all fit one block of its length (each string's units and
-    // terminator take fewer units than its quoted form); a long text gets blocks of 64 KB,
-    // or larger for one long string.
+    // terminator take fewer units than its quoted form); a long text gets blocks of 64 KB.
     constexpr qsizetype blockUnits = 32 * 1024;
-    const qsizetype capacity =
-        std::max(needed, m_block.d ? blockUnits : std::min(blockUnits, m_length + 1));
+    qsizetype capacity = m_block.d ? blockUnits : std::min(blockUnits, m_length + 1);
+    if (needed > capacity) {
+        // One string longer than a block: its room doubles, so that gathering it takes
+        // time in proportion to its length, but never past what the rest of the text can
+        // make of it.
+        capacity = std::max(needed, std::min(2 * kept, most));
+        if (m_block.d && m_blockUsed == 0 && !m_block.d->isShared()) {
+            // The block holds this string alone: it grows where it is (realloc, which
+            // moves large blocks by remapping their pages, not by copying).
+            const auto [header, units] = QTypedArrayData<char16_t>::reallocateUnaligned(
+                m_block.d, m_block.ptr, capacity, QArrayData::KeepSize);
+            Q_CHECK_PTR(header);
+            m_block.d = header;
+            m_block.ptr = units;
+            return units;
+        }
+    }
     const auto [header, units] = QTypedArrayData<char16_t>::allocate(capacity);
     Q_CHECK_PTR(header);
     QStringPrivate next(header, units, 0);

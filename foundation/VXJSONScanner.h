@@ -85,6 +85,7 @@ private:
         char16_t *buffer;
         qsizetype count;
         qsizetype room;
+        qsizetype most; // units the string can take at most, its terminator included
         // Room for `more` units after the `count` gathered (one unit stays free for the
         // terminating zero); where they go.
         char16_t *reserve(qsizetype more)
@@ -147,9 +148,10 @@ private:
         }
         return false;
     }
-    // Room for `needed` more units in the current text block, starting a new one (and
-    // moving the `kept` units gathered so far to it) when there is not.
-    char16_t *reserveText(qsizetype kept, qsizetype needed);
+    // Room for `needed` units in the current text block, the `kept` units gathered so far
+    // included, starting a new one (and moving them to it) when there is not. A string
+    // that outgrows a block gets twice its room, up to `most` units.
+    char16_t *reserveText(qsizetype kept, qsizetype needed, qsizetype most);
     // The `count` units gathered at the block's free end as a string; the block hands
     // them out or an equal short string made earlier is shared.
     QString takeText(qsizetype count);

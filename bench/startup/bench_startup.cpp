@@ -131,11 +131,11 @@ int main(int argc, char *argv[])
     }
 
     // Alternating, after one warm-up each, so both see the same cache state.
-    timeToWindow(display, stage.path(), QStringLiteral("QuorvelleUninstaller"));
+    timeToWindow(display, stage.path(), QStringLiteral("quorvelle-uninstaller"));
     timeToWindow(display, stage.path(), QStringLiteral("bench_startup_bare"));
     QList<double> survey, bare;
     for (int i = 0; i < rounds; ++i) {
-        survey.append(timeToWindow(display, stage.path(), QStringLiteral("QuorvelleUninstaller")));
+        survey.append(timeToWindow(display, stage.path(), QStringLiteral("quorvelle-uninstaller")));
         bare.append(timeToWindow(display, stage.path(), QStringLiteral("bench_startup_bare")));
     }
     if (survey.contains(-1) || bare.contains(-1)) {

@@ -180,7 +180,6 @@ void TestPayload::informationFileBounds_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("expected"); // what uninstallInfo() gives, as UTF-8
 
-    const qint64 limit = VXUninstallSurveyController::kUninstallInfoMaxSize;
     const auto file = [this](const char *name, const QByteArray &content) {
         const QString path = _dir.filePath(QLatin1String(name));
         QFile f(path);
@@ -188,12 +187,21 @@ void TestPayload::informationFileBounds_data()
             f.write(content);
         return path;
     };
-    const QByteArray atLimit = "{\"a\":\"" + QByteArray(limit - 8, 'x') + "\"}";
-    QTest::newRow("exactly the limit") << file("limit.json", atLimit) << atLimit;
-    QTest::newRow("one byte more") << file("over.json", atLimit + ' ') << QByteArray("{}");
+    // No real information file comes near 64 MiB: that much is read whole, one byte more
+    // than the bound is refused.
+    const qint64 large = 64 * 1024 * 1024;
+    const QByteArray atLimit = "{\"a\":\"" + QByteArray(large - 8, 'x') + "\"}";
+    QTest::newRow("64 MiB, the bound") << file("limit.json", atLimit) << atLimit;
+    const QByteArray over(VXUninstallSurveyController::kUninstallInfoMaxSize + 1, ' ');
+    QTest::newRow("one byte more than the bound") << file("over.json", over) << QByteArray("{}");
     const QString link = _dir.filePath(QStringLiteral("link.json"));
     QFile::link(file("small.json", "{\"b\":1}"), link);
     QTest::newRow("link to a file") << link << QByteArray("{\"b\":1}");
+    // The kernel reports no size for it: the text is read to its end all the same, as Qt
+    // reads it.
+    QFile procFile(QStringLiteral("/proc/version"));
+    if (procFile.open(QIODevice::ReadOnly))
+        QTest::newRow("file whose size shows as 0") << procFile.fileName() << procFile.readAll();
     QTest::newRow("folder") << _dir.path() << QByteArray("{}");
     QTest::newRow("endless device") << QStringLiteral("/dev/zero") << QByteArray("{}");
     QTest::newRow("empty device") << QStringLiteral("/dev/null") << QByteArray("{}");

@@ -125,7 +125,8 @@ enum class Info
 {
     Normal,
     Unreadable,
-    Oversized,
+    Large,     // 1 MiB, one long value: read whole
+    Oversized, // one byte past the bound of 64 MiB: not read
     Fifo,
     Device
 };
@@ -297,7 +298,7 @@ private Q_SLOTS:
         _program = QStringLiteral("usr/bin/quorvelle-uninstaller");
         if (_bin.isEmpty()) {
             _bin = qEnvironmentVariable("QV_PROGRAM_DIR", _tools);
-            _program = QStringLiteral("QuorvelleUninstaller");
+            _program = QStringLiteral("quorvelle-uninstaller");
         }
         QVERIFY(QFile::exists(_bin + u'/' + _program));
         for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
@@ -480,6 +481,9 @@ private Q_SLOTS:
         QTest::newRow("information file unreadable")
             << words("--as-user yes") << int(Info::Unreadable) << survey << int(Survey::InfoIgnored)
             << true << QString() << QStringList() << 40;
+        QTest::newRow("information file of 1 MiB")
+            << capped << int(Info::Large) << survey << int(Survey::Full) << true << QString()
+            << QStringList() << 40;
         QTest::newRow("information file oversized")
             << capped << int(Info::Oversized) << survey << int(Survey::InfoIgnored) << true
             << QString() << QStringList() << 40;
@@ -527,12 +531,13 @@ private Q_SLOTS:
                 QFile::setPermissions(json, {});
             if (Info(info) == Info::Fifo)
                 ::mkfifo(QFile::encodeName(home + QStringLiteral("/uninstall-info.fifo")), 0644);
-            if (Info(info) == Info::Oversized) {
-                // Valid JSON with the user's name, one byte past the limit of 1 MiB.
+            if (Info(info) == Info::Large || Info(info) == Info::Oversized) {
+                // Valid JSON with the user's name and one long value.
+                const qint64 size = Info(info) == Info::Large ? 1024 * 1024 : 64 * 1024 * 1024 + 1;
                 QFile file(json);
                 if (file.open(QIODevice::WriteOnly)) {
                     const QByteArray head = "{\"userName\":\"Alex Example\",\"pad\":\"";
-                    file.write(head + QByteArray(1024 * 1024 - head.size() - 1, 'x') + "\"}");
+                    file.write(head + QByteArray(size - head.size() - 2, 'x') + "\"}");
                 }
             }
             if (twist == QStringLiteral("locked")) {

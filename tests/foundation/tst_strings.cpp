@@ -4,7 +4,11 @@
 #include <QLocale>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <clocale>
+#include <locale.h>
 
 using namespace QuorvelleString;
 
@@ -39,6 +43,16 @@ QString sizeText(int kind, quint64 size)
     return kind == Binary    ? stringWithBinaryFileSize(size)
            : kind == Decimal ? stringWithFileSize(size)
                              : stringWithNumberOfDays(size);
+}
+
+// A German locale compiled into folder (no root needed; localedef's warnings about the
+// sources are not failures as long as the locale was written).
+bool makeLocale(const QString &folder)
+{
+    QProcess localedef;
+    localedef.start(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, folder});
+    return localedef.waitForFinished(60000) && localedef.exitStatus() == QProcess::NormalExit &&
+           localedef.exitCode() <= 1 && QFile::exists(folder + u"/LC_NUMERIC"_s);
 }
 
 QString withGermanLocale(const std::function<QString()> &call)
@@ -104,12 +118,22 @@ private Q_SLOTS:
     }
 
     // The unit strings are looked up once per process, so the German ones are checked in a
-    // child process of this test that starts with a German environment.
+    // child process of this test that starts with a German environment. Its C library
+    // locale is German too (the system's, or one made here with localedef), so a number
+    // formatted through LC_NUMERIC would show "1,5 MB" and fail.
     void germanUnitStrings()
     {
         if (!qEnvironmentVariableIsSet("QV_STRINGS_GERMAN_CHILD")) {
-            QProcess child;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            QTemporaryDir locales;
+            if (const locale_t german = newlocale(LC_ALL_MASK, "de_DE.UTF-8", locale_t(nullptr)))
+                freelocale(german);
+            else if (makeLocale(locales.filePath(u"de_DE.UTF-8"_s)))
+                environment.insert(u"LOCPATH"_s, locales.path());
+            else
+                QSKIP("no German C library locale: de_DE.UTF-8 is not generated and localedef "
+                      "could not make one (package locales)");
+            QProcess child;
             environment.insert(u"QV_STRINGS_GERMAN_CHILD"_s, u"1"_s);
             environment.insert(u"LANGUAGE"_s, u"de"_s);
             environment.insert(u"LC_ALL"_s, u"de_DE.UTF-8"_s);
@@ -120,6 +144,8 @@ private Q_SLOTS:
             QVERIFY2(child.exitCode() == 0, child.readAll().constData());
             return;
         }
+        QVERIFY2(std::setlocale(LC_ALL, "de_DE.UTF-8"), "the German locale did not load");
+        QCOMPARE(std::localeconv()->decimal_point, ",");
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         const QStringList texts{stringWithFileSize(0),          stringWithBinaryFileSize(1),
                                 stringWithBinaryFileSize(1536), stringWithFileSize(1500000),
