@@ -1,0 +1,30 @@
+# Run by cpack on the staging folders before it makes the packages (CPACK_PRE_BUILD_SCRIPTS).
+# The uninstaller links the kit's libraries, which the same build packages: dpkg-shlibdeps
+# finds them in the runtime package's staging folder (CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS)
+# but, as they are no installed package's, learns their package from debian/shlibs.local
+# of the package being made. Its lines are the runtime package's shlibs file, from the
+# libraries' own SONAMEs: "libQuorvelleWidgets 2 libquorvelle-kit2 (>= 2.0.1)".
+set(runtime "${CPACK_TEMPORARY_DIRECTORY}/runtime")
+set(dependents "${CPACK_TEMPORARY_DIRECTORY}/uninstaller")
+if(NOT IS_DIRECTORY "${runtime}" OR NOT IS_DIRECTORY "${dependents}")
+  message(FATAL_ERROR "PackageShlibs: no runtime or uninstaller staging folder in "
+    "${CPACK_TEMPORARY_DIRECTORY}")
+endif()
+find_program(readelf NAMES readelf REQUIRED)
+file(GLOB libraries LIST_DIRECTORIES false "${runtime}/usr/lib/*/lib*.so.*")
+set(lines)
+foreach(library IN LISTS libraries)
+  if(IS_SYMLINK "${library}")
+    continue()
+  endif()
+  execute_process(COMMAND "${readelf}" -d "${library}" OUTPUT_VARIABLE dynamic
+    COMMAND_ERROR_IS_FATAL ANY)
+  if(dynamic MATCHES "\\(SONAME\\)[^[]*\\[([^]]+)\\.so\\.([0-9]+)\\]")
+    string(APPEND lines "${CMAKE_MATCH_1} ${CMAKE_MATCH_2} ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} "
+      "(${CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY} ${CPACK_PACKAGE_VERSION})\n")
+  endif()
+endforeach()
+if(NOT lines)
+  message(FATAL_ERROR "PackageShlibs: no shared library in ${runtime}")
+endif()
+file(WRITE "${dependents}/debian/shlibs.local" "${lines}")
