@@ -1,14 +1,15 @@
 # Run by cpack on the staging folders before it makes the packages (CPACK_PRE_BUILD_SCRIPTS).
-# The uninstaller links the kit's libraries, which the same build packages: dpkg-shlibdeps
-# finds them in the runtime package's staging folder (CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS)
-# but, as they are no installed package's, learns their package from debian/shlibs.local
-# of the package being made. Its lines are the runtime package's shlibs file, from the
-# libraries' own SONAMEs: "libQuorvelleWidgets 2 libquorvelle-kit2 (>= 2.0.1)".
+# The uninstaller (and any other package of the project with binaries) links the kit's
+# libraries, which the same build packages: dpkg-shlibdeps finds them in the runtime
+# package's staging folder (CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS) but, as they are no
+# installed package's, learns their package from debian/shlibs.local of the package being
+# made. Its lines are the runtime package's shlibs file, from the libraries' own SONAMEs:
+# "libQuorvelleWidgets 2 libquorvelle-kit2 (>= 2.0.1)". It goes to every other component
+# whose dependencies dpkg-shlibdeps computes (CPack removes debian/ after that step, so
+# nothing of it is packaged).
 set(runtime "${CPACK_TEMPORARY_DIRECTORY}/runtime")
-set(dependents "${CPACK_TEMPORARY_DIRECTORY}/uninstaller")
-if(NOT IS_DIRECTORY "${runtime}" OR NOT IS_DIRECTORY "${dependents}")
-  message(FATAL_ERROR "PackageShlibs: no runtime or uninstaller staging folder in "
-    "${CPACK_TEMPORARY_DIRECTORY}")
+if(NOT IS_DIRECTORY "${runtime}")
+  message(FATAL_ERROR "PackageShlibs: no runtime staging folder in ${CPACK_TEMPORARY_DIRECTORY}")
 endif()
 find_program(readelf NAMES readelf REQUIRED)
 file(GLOB libraries LIST_DIRECTORIES false "${runtime}/usr/lib/*/lib*.so.*")
@@ -27,4 +28,9 @@ endforeach()
 if(NOT lines)
   message(FATAL_ERROR "PackageShlibs: no shared library in ${runtime}")
 endif()
-file(WRITE "${dependents}/debian/shlibs.local" "${lines}")
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER "${component}" upper)
+  if(NOT component STREQUAL "runtime" AND CPACK_DEBIAN_${upper}_PACKAGE_SHLIBDEPS)
+    file(WRITE "${CPACK_TEMPORARY_DIRECTORY}/${component}/debian/shlibs.local" "${lines}")
+  endif()
+endforeach()
