@@ -324,6 +324,7 @@ private Q_SLOTS:
         const QString kitDepends = controlField("Depends", kKit);
         for (const char *package : {"libqt6widgets6", "libssl3", "libglib2.0-0", "libfontconfig1"})
             QVERIFY2(kitDepends.contains(QLatin1String(package)), qPrintable(kitDepends));
+        QVERIFY2(!kitDepends.contains(kKit), qPrintable(kitDepends));
         QTemporaryDir control;
         QCOMPARE(
             execute(QStringLiteral("dpkg-deb"), {QStringLiteral("-e"), deb(kKit), control.path()})
