@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -73,6 +74,11 @@ int VXApplicationMain(int argc, char *argv[])
     }
 
     QApplication application(argc, argv);
+    // The windows' icon, for task bars that show the window's own (X11's _NET_WM_ICON): the
+    // icon theme's for the desktop entry's name, so a theme can restyle it, else the
+    // program's copy. Both are SVG, drawn by Qt's SVG icon engine (package libqt6svg6).
+    QApplication::setWindowIcon(QIcon::fromTheme(QGuiApplication::desktopFileName(),
+                                                 QIcon(QStringLiteral(":/icons/uninstaller.svg"))));
     // Closing the survey window is not a way out: the program ends through its buttons.
     QApplication::setQuitOnLastWindowClosed(false);
     const Translations translations;

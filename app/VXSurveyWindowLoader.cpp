@@ -20,8 +20,13 @@
 #include <QLabel>
 #include <QMetaProperty>
 #include <QPlainTextEdit>
+#include <QPointer>
+#include <QScreen>
 #include <QUiLoader>
 #include <QWidget>
+
+#include <algorithm>
+#include <cmath>
 
 using Quorvelle::Button;
 
@@ -81,8 +86,13 @@ void applyKitLook(QWidget *window)
         heading->setFont(
             QuorvelleFont::quorvelleBoldFontWithSize(QuorvelleFont::quorvelleHeaderFontSize())
                 .qfont());
-    for (QPlainTextEdit *edit : window->findChildren<QPlainTextEdit *>())
+    for (QPlainTextEdit *edit : window->findChildren<QPlainTextEdit *>()) {
         edit->setFont(QuorvelleFont::quorvelleRegularFontWithSize(regular).qfont());
+        // The field's white is the window's. A filled viewport, at a fractional scale
+        // (1.5 device pixels per point), is rounded out to whole device pixels and paints
+        // over its frame's right and bottom lines.
+        edit->viewport()->setAutoFillBackground(false);
+    }
     for (Button *button : window->findChildren<Button *>()) {
         // Push buttons: the kit's medium weight; marks restyle their titles themselves.
         if (!button->cell()->drawsMark()) {
@@ -106,6 +116,72 @@ public:
         }
         return QObject::eventFilter(watched, event);
     }
+};
+
+// Keeps the window, frame included, inside its screen's available area. The window's size is
+// its layout's (it grows when a reason shows its boxes); when that is taller than the screen
+// allows (large fonts, a high scale, a small screen), the comment field gives up height down
+// to two lines (it scrolls), and the window is moved back onto the screen when it grows past
+// an edge. Runs after the layout has settled, once per burst of size changes.
+class ScreenFit : public QObject
+{
+public:
+    ScreenFit(QWidget *window, QPlainTextEdit *shrinkable)
+        : QObject(window), _window(window), _shrinkable(shrinkable),
+          _preferred(shrinkable->maximumHeight())
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == _window && !_pending &&
+            (event->type() == QEvent::Show || event->type() == QEvent::Resize ||
+             event->type() == QEvent::Move || event->type() == QEvent::ScreenChangeInternal)) {
+            _pending = true;
+            QMetaObject::invokeMethod(this, &ScreenFit::fit, Qt::QueuedConnection);
+        }
+        return false;
+    }
+
+private:
+    void fit()
+    {
+        _pending = false;
+        QScreen *screen = _window->screen();
+        if (!_window->isVisible() || !screen || !_shrinkable)
+            return;
+        const QRect available = screen->availableGeometry();
+        const QRect frame = _window->frameGeometry();
+        const int frameHeight = frame.height() - _window->height();
+
+        // Two lines of text and the field's frame and margins.
+        const int twoLines = 2 * _shrinkable->fontMetrics().lineSpacing() +
+                             2 * _shrinkable->frameWidth() +
+                             2 * int(std::ceil(_shrinkable->document()->documentMargin()));
+        const int minimum = std::min(twoLines, _preferred);
+        const int natural = _window->height() - _shrinkable->height() + _preferred;
+        const int room = available.height() - frameHeight;
+        const int height = std::clamp(_preferred - (natural - room), minimum, _preferred);
+        if (height != _shrinkable->maximumHeight()) {
+            _shrinkable->setMinimumHeight(std::min(_shrinkable->minimumHeight(), height));
+            _shrinkable->setMaximumHeight(height);
+            return; // the layout resizes the window, which brings us back
+        }
+
+        QPoint topLeft = frame.topLeft();
+        topLeft.rx() -= std::max(0, frame.right() - available.right());
+        topLeft.ry() -= std::max(0, frame.bottom() - available.bottom());
+        topLeft.rx() = std::max(topLeft.x(), available.left());
+        topLeft.ry() = std::max(topLeft.y(), available.top());
+        if (topLeft != frame.topLeft())
+            _window->move(topLeft);
+    }
+
+    QWidget *_window;
+    QPointer<QPlainTextEdit> _shrinkable;
+    int _preferred;
+    bool _pending = false;
 };
 
 QByteArray dynamicString(const QObject *object, const char *name)
@@ -225,6 +301,8 @@ VXSurveyWindowLoader::Loaded VXSurveyWindowLoader::instantiate(const QString &pa
     if (dynamicString(window, "vxOutlet") == "_surveyWindow")
         controller->_surveyWindow = window;
     window->installEventFilter(new CloseGuard(window));
+    if (auto *comment = window->findChild<QPlainTextEdit *>())
+        new ScreenFit(window, comment);
 
     QList<QWidget *> widgets = window->findChildren<QWidget *>();
     widgets.prepend(window);

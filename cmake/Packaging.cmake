@@ -80,7 +80,9 @@ set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_DEPENDS "pkexec")
 # Qt's own translations give its standard texts (context menu, command-line messages) in
 # the user's language; without them those texts are English and nothing else changes.
 # The partner page opens through xdg-open; without it the button still ends the program.
-set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_RECOMMENDS "qt6-translations-l10n, xdg-utils")
+# The window's own icon (X11's _NET_WM_ICON) is SVG, drawn by Qt's SVG plug-ins; without
+# them a task bar shows the desktop entry's icon or none.
+set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_RECOMMENDS "qt6-translations-l10n, xdg-utils, libqt6svg6")
 
 # Symbols go through install(TARGETS); the sections Debian also strips in cmake/PackageStrip.cmake.
 set(CPACK_STRIP_FILES ON)

@@ -146,10 +146,6 @@
         <source>Sends your answers and removes Quorvelle</source>
         <translation>Sendet Ihre Antworten und entfernt Quorvelle</translation>
     </message>
-    <message>
-        <source>Reasons for uninstalling</source>
-        <translation>Gründe für die Deinstallation</translation>
-    </message>
 </context>
 <context>
     <name>VXCommandLine</name>

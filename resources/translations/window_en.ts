@@ -146,10 +146,6 @@
         <source>Sends your answers and removes Quorvelle</source>
         <translation>Sends your answers and removes Quorvelle</translation>
     </message>
-    <message>
-        <source>Reasons for uninstalling</source>
-        <translation>Reasons for uninstalling</translation>
-    </message>
 </context>
 <context>
     <name>VXCommandLine</name>

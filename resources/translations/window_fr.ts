@@ -146,10 +146,6 @@
         <source>Sends your answers and removes Quorvelle</source>
         <translation>Envoie vos réponses et supprime Quorvelle</translation>
     </message>
-    <message>
-        <source>Reasons for uninstalling</source>
-        <translation>Raisons de la désinstallation</translation>
-    </message>
 </context>
 <context>
     <name>VXCommandLine</name>

@@ -146,10 +146,6 @@
         <source>Sends your answers and removes Quorvelle</source>
         <translation>回答を送信して Quorvelle を削除します</translation>
     </message>
-    <message>
-        <source>Reasons for uninstalling</source>
-        <translation>アンインストールの理由</translation>
-    </message>
 </context>
 <context>
     <name>VXCommandLine</name>

@@ -1,8 +1,10 @@
 #include "Button.h"
+#include "VXFlatRadioButtonCell.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLabel>
@@ -10,6 +12,8 @@
 #include <QTest>
 #include <QTranslator>
 #include <QUrlQuery>
+
+#include <cmath>
 
 using Quorvelle::Button;
 using Quorvelle::ButtonCell;
@@ -60,6 +64,17 @@ Button *radioFor(QWidget *window, quint64 reason)
             return radio;
     }
     return nullptr;
+}
+
+// WCAG 2 contrast ratio of a colour against white.
+double contrastOnWhite(const QColor &c)
+{
+    const auto linear = [](double v) {
+        return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+    };
+    const double l =
+        0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+    return 1.05 / (l + 0.05);
 }
 
 class UrlCatcher : public QObject
@@ -183,6 +198,142 @@ private Q_SLOTS:
                 w = w->nextInFocusChain();
             while (!controls.contains(w) && w != radioFor(window, 2));
         }
+    }
+
+    // A focused mark shows a ring that stands out from white by at least 3:1 (WCAG's rule for
+    // focus indicators); the grey edge of an unfocused or clicked one does not. The probe is
+    // the pixel row just above the mark, at its middle.
+    void focusRing_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<quint64>("reason"); // chosen before the window opens
+        QTest::addColumn<int>("focus");      // how the button got the focus, -1: it has none
+        QTest::addColumn<bool>("ring");
+        QTest::newRow("radio focused as the window opens")
+            << QStringLiteral("reasonPrice") << quint64(0) << int(Qt::ActiveWindowFocusReason)
+            << true;
+        QTest::newRow("radio without focus")
+            << QStringLiteral("reasonFeatures") << quint64(0) << -1 << false;
+        QTest::newRow("check box reached by Tab") << QStringLiteral("uselessSoftwareBox")
+                                                  << quint64(4) << int(Qt::TabFocusReason) << true;
+        QTest::newRow("radio clicked")
+            << QStringLiteral("reasonSupport") << quint64(0) << int(Qt::MouseFocusReason) << false;
+        QTest::newRow("chosen radio reached by arrow")
+            << QStringLiteral("reasonFeatures") << quint64(4) << int(Qt::TabFocusReason) << true;
+    }
+    void focusRing()
+    {
+        QFETCH(QString, name);
+        QFETCH(quint64, reason);
+        QFETCH(int, focus);
+        QFETCH(bool, ring);
+        auto loaded = load();
+        QWidget *window = loaded.window.get();
+        loaded.controller->setUninstallingReason(reason);
+        window->show();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        auto *button = window->findChild<Button *>(name);
+        QVERIFY(button);
+        if (focus == int(Qt::MouseFocusReason))
+            QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+        else if (focus >= 0 && focus != int(Qt::ActiveWindowFocusReason))
+            button->setFocus(Qt::FocusReason(focus));
+        QCOMPARE(button->hasFocus(), focus >= 0);
+
+        QRectF mark = button->cell()->imageRectForBounds(QRectF(button->rect()));
+        if (auto *radio = dynamic_cast<VXFlatRadioButtonCell *>(button->cell()))
+            mark.translate(radio->imageXOffset(), 0.0);
+        const QPoint probe =
+            button->mapTo(window, QPoint(int(mark.center().x()), int(mark.top()) - 1));
+        const QColor pixel = window->grab().toImage().pixelColor(probe);
+        const double contrast = contrastOnWhite(pixel);
+        QVERIFY2(ring ? contrast >= 3.0 : contrast < 3.0,
+                 qPrintable(QStringLiteral("%1 at %2,%3: %4:1")
+                                .arg(pixel.name())
+                                .arg(probe.x())
+                                .arg(probe.y())
+                                .arg(contrast)));
+    }
+
+    // Arrow keys in the reasons choose the reason they move to, as in any radio group, so
+    // Uninstall comes alive; Space ticks a box.
+    void keyboardChoosing()
+    {
+        auto loaded = load();
+        QWidget *window = loaded.window.get();
+        VXUninstallSurveyController *controller = loaded.controller.get();
+        window->show();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        auto *uninstallButton =
+            window->findChild<QAbstractButton *>(QStringLiteral("uninstallButton"));
+        QCOMPARE(QApplication::focusWidget(), radioFor(window, 2));
+        QVERIFY(!uninstallButton->isEnabled());
+
+        const QList<QPair<Qt::Key, quint64>> steps = {
+            {Qt::Key_Down, 4}, {Qt::Key_Down, 5}, {Qt::Key_Up, 4}, {Qt::Key_Up, 2}};
+        for (const auto &[key, expected] : steps) {
+            QTest::keyClick(QApplication::focusWidget(), key);
+            QCOMPARE(controller->uninstallingReason(), expected);
+            QCOMPARE(QApplication::focusWidget(), radioFor(window, expected));
+            QVERIFY(radioFor(window, expected)->isChecked());
+            QVERIFY(uninstallButton->isEnabled());
+        }
+
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        auto *box = window->findChild<Button *>(QStringLiteral("notDisclosedPriceBox"));
+        QCOMPARE(QApplication::focusWidget(), box);
+        QTest::keyClick(box, Qt::Key_Space);
+        QVERIFY(box->isChecked());
+        QVERIFY(controller->notDisclosedPrice());
+        QTest::keyClick(box, Qt::Key_Space);
+        QVERIFY(!controller->notDisclosedPrice());
+    }
+
+    // A screen reader names the window by its title and the reasons' group by the question
+    // above it, which labels the group, in every language the window ships.
+    void accessibleNames_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const char *language : {"en", "de", "fr", "ja"})
+            QTest::newRow(language) << QString::fromLatin1(language);
+    }
+    void accessibleNames()
+    {
+        QFETCH(QString, language);
+        QTranslator translator;
+        QVERIFY(translator.load(QStringLiteral("window_") + language,
+                                QCoreApplication::applicationDirPath() +
+                                    QStringLiteral("/translations")));
+        QCoreApplication::installTranslator(&translator);
+        auto loaded = load();
+        QWidget *window = loaded.window.get();
+        // As the window is set up: its description's title, translated.
+        window->setWindowTitle(
+            QCoreApplication::translate("Localizable", qPrintable(window->windowTitle())));
+        QCoreApplication::removeTranslator(&translator);
+        QCOMPARE(window->windowTitle() == QStringLiteral("Uninstall Quorvelle"),
+                 language == QStringLiteral("en"));
+
+        QAccessibleInterface *windowInterface = QAccessible::queryAccessibleInterface(window);
+        QVERIFY(windowInterface);
+        QCOMPARE(windowInterface->text(QAccessible::Name), window->windowTitle());
+
+        auto *heading = window->findChild<QLabel *>(QStringLiteral("headingLabel"));
+        auto *group = window->findChild<QWidget *>(QStringLiteral("reasonsMatrix"));
+        QVERIFY(heading && group);
+        QAccessibleInterface *groupInterface = QAccessible::queryAccessibleInterface(group);
+        QVERIFY(groupInterface);
+        QCOMPARE(groupInterface->role(), QAccessible::Grouping);
+        QCOMPARE(groupInterface->text(QAccessible::Name), heading->text());
+        QCOMPARE(heading->text() ==
+                     QStringLiteral("We are sorry to see you go. Why are you uninstalling "
+                                    "Quorvelle?"),
+                 language == QStringLiteral("en"));
+        const auto labels = groupInterface->relations(QAccessible::Label);
+        QCOMPARE(labels.size(), 1);
+        QCOMPARE(labels.first().first->object(), heading);
     }
 
     // With the German strings installed no visible text stays English.

@@ -285,7 +285,7 @@ class tst_Roads : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        for (const QString &tool : words("bwrap Xvfb xdotool xev python3 openssl")) {
+        for (const QString &tool : words("bwrap Xvfb xdotool xev xprop python3 openssl")) {
             if (QStandardPaths::findExecutable(tool).isEmpty())
                 QSKIP(qPrintable(tool + QStringLiteral(" is missing (scripts/setup installs it)")));
         }
@@ -330,8 +330,30 @@ private Q_SLOTS:
     {
         auto l = launch({});
         QVERIFY(l);
-        QVERIFY(!waitForWindow().isEmpty());
+        const QString window = waitForWindow();
+        QVERIFY(!window.isEmpty());
         QVERIFY(l->windowMapped());
+
+        // A task bar ties the window to its desktop entry: WM_CLASS's class is the entry's
+        // StartupWMClass. And the window has an icon of its own.
+        const QString entryPath =
+            qEnvironmentVariableIsSet("QV_PACKAGE_ROOT")
+                ? _bin + QStringLiteral("/usr/share/applications/" QV_DESKTOP_ID ".desktop")
+                : QStringLiteral(QV_BUILD_DESKTOP_ENTRY);
+        QFile entry(entryPath);
+        QVERIFY2(entry.open(QIODevice::ReadOnly | QIODevice::Text), qPrintable(entryPath));
+        QString startupClass;
+        for (const QByteArray &line : entry.readAll().split('\n'))
+            if (line.startsWith("StartupWMClass="))
+                startupClass = QString::fromUtf8(line.mid(15));
+        QVERIFY(!startupClass.isEmpty());
+        // WM_CLASS(STRING) = "instance", "class"
+        const QString wmClass = x(words("xprop -id") << window << QStringLiteral("WM_CLASS"));
+        QCOMPARE(wmClass.section(QLatin1Char('"'), -2, -2), startupClass);
+        const QString icon = x(words("xprop -id") << window << QStringLiteral("_NET_WM_ICON"));
+        QVERIFY2(icon.startsWith(QStringLiteral("_NET_WM_ICON(CARDINAL)")) &&
+                     icon.contains(QStringLiteral("Icon (64 x 64)")),
+                 qPrintable(icon.left(200)));
         // Features reason, two of its boxes, then a comment with non-ASCII text.
         keys("alt+f alt+c alt+s alt+t");
         const QString comment = QStringLiteral("Zu langsam, äöü ß € & a=b + c");

@@ -348,7 +348,8 @@ private Q_SLOTS:
                  kKit + QStringLiteral(" (= ") + kVersion + QStringLiteral("), qt6-base-dev"));
 
         // Computed from the binaries, plus what the program starts by name. Qt's own
-        // translations are only recommended: the program works without them.
+        // translations and the SVG plug-ins (the window's own icon) are only recommended:
+        // the program works without them.
         const QString depends = controlField("Depends");
         for (const char *package : {"libqt6widgets6", "libqt6network6", "libc6", "pkexec"})
             QVERIFY2(depends.contains(QLatin1String(package)), qPrintable(depends));
@@ -356,8 +357,9 @@ private Q_SLOTS:
         QVERIFY2(!depends.contains(QLatin1String("qt6-translations-l10n")), qPrintable(depends));
         const QStringList recommends =
             controlField("Recommends").split(QStringLiteral(", "), Qt::SkipEmptyParts);
-        QCOMPARE(recommends, (QStringList{QStringLiteral("qt6-translations-l10n"),
-                                          QStringLiteral("xdg-utils")}));
+        QCOMPARE(recommends,
+                 (QStringList{QStringLiteral("qt6-translations-l10n"), QStringLiteral("xdg-utils"),
+                              QStringLiteral("libqt6svg6")}));
         QCOMPARE(controlField("Architecture"),
                  run(QStringLiteral("dpkg"), {QStringLiteral("--print-architecture")})
                      .value_or(QString()));

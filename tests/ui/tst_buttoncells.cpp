@@ -231,6 +231,44 @@ private Q_SLOTS:
         QCOMPARE(cell.image()->name(), image);
     }
 
+    // On a screen of two device pixels per point the check box artwork comes from its "@2x"
+    // file, at the same 14 points: the box's edge is as sharp as the 1x artwork's, where an
+    // enlarged 1x image would smear it over intermediate greys.
+    void checkboxArtworkAtTwoDevicePixels()
+    {
+        const auto render = [](double ratio) {
+            Button button;
+            auto cell = std::make_unique<ButtonCell>();
+            cell->setButtonType(ButtonCell::SwitchButton);
+            cell->setImage(
+                VXImageCreation::imageNamed(QStringLiteral("checkbox_unchecked"), nullptr));
+            button.setCell(std::move(cell));
+            button.resize(20, 14);
+            QImage image(QSize(20, 14) * ratio, QImage::Format_ARGB32_Premultiplied);
+            image.setDevicePixelRatio(ratio);
+            image.fill(Qt::white);
+            button.render(&image, QPoint(), QRegion(), {}); // no window background
+            return image;
+        };
+        const QImage plain = render(1.0), dense = render(2.0);
+        const QColor edge = plain.pixelColor(0, 7);
+        QVERIFY(!near(edge, Qt::white, 8));
+        // Neither the edge's colour nor the white inside or around it.
+        const auto intermediate = [&edge](const QImage &image, int row, int from, int to) {
+            int count = 0;
+            for (int x = from; x < to; ++x) {
+                const QColor c = image.pixelColor(x, row);
+                count += !near(c, edge, 8) && !near(c, Qt::white, 8);
+            }
+            return count;
+        };
+        // Across the left edge, the middle row: three points' worth of pixels.
+        QCOMPARE(intermediate(dense, 14, 0, 6), intermediate(plain, 7, 0, 3));
+        // 14 points wide: the right edge ends at device pixel 27.
+        QVERIFY(near(dense.pixelColor(27, 14), edge, 8));
+        QVERIFY(near(dense.pixelColor(28, 14), Qt::white, 8));
+    }
+
     // What users of Qt buttons expect of every control on the cell layer: its role and
     // state for assistive tools, a mnemonic, Space and Return, a size from its cell.
     void widget_data()

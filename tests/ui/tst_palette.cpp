@@ -175,6 +175,32 @@ private Q_SLOTS:
         QCOMPARE(VXColorConvertion::newCGColor(original.at(1)).rgba(),
                  desktop.color(QPalette::AlternateBase).rgba());
     }
+
+    // A view shown with plain rows that turns alternation on afterwards (Qt sends no event
+    // for that, only a repaint) gets the kit's pair by its own next paint.
+    void alternatingRowsTurnedOnLater()
+    {
+        QStandardItemModel model(4, 1);
+        QTableView view;
+        view.setModel(&model);
+        view.setShowGrid(false);
+        view.resize(200, 150);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const QColor alternate =
+            VXColorConvertion::newCGColor(QuorvelleColor::tableAlternateRowBackgroundColor());
+        QVERIFY(view.palette().color(QPalette::AlternateBase) != alternate);
+
+        view.setAlternatingRowColors(true);
+        QTRY_COMPARE(view.palette().color(QPalette::AlternateBase), alternate);
+        const QImage image = view.grab().toImage();
+        const QPoint inViewport = view.viewport()->mapTo(&view, QPoint(40, 0));
+        // Rows 2 and 3: row 0 holds the current cell, which the style marks.
+        const int y2 = inViewport.y() + view.rowViewportPosition(2) + view.rowHeight(2) / 2;
+        const int y3 = inViewport.y() + view.rowViewportPosition(3) + view.rowHeight(3) / 2;
+        QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y2), QColor(Qt::white), 1);
+        QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y3), alternate, 1);
+    }
 };
 
 QTEST_MAIN(TestPalette)

@@ -12,6 +12,8 @@ namespace Quorvelle {
 // A button view: owns one cell, paints it over its whole rectangle and takes its size from
 // it. Focus, Space and Return activation, mnemonics and the accessible role and name are
 // Qt's; the widget mirrors its text, checked state, press and enabledness into the cell.
+// A focused check box or radio button shows a ring on its mark (unless a click gave the
+// focus), and an arrow key in a radio group chooses the button it moves to.
 class QV_WIDGETS_EXPORT Button : public QAbstractButton
 {
     Q_OBJECT
@@ -51,6 +53,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void checkStateSet() override;
     void nextCheckState() override;
     // Redraws after the cell's state changed; a radio group redraws through its matrix.

@@ -334,6 +334,19 @@ QRectF ButtonCell::titleRectForBounds(const QRectF &bounds) const
     }
 }
 
+QPainterPath ButtonCell::focusRingMaskForFrame(const QRectF &cellFrame) const
+{
+    QPainterPath path;
+    if (drawsMark()) {
+        const QRectF mark = imageRectForBounds(cellFrame);
+        if (d->_buttonType == RadioButton)
+            path.addEllipse(mark);
+        else
+            path.addRoundedRect(mark, 3.5, 3.5);
+    }
+    return path;
+}
+
 void ButtonCell::drawInteriorWithFrame(QPainter &painter, const QRectF &cellFrame,
                                        QWidget *controlView)
 {

@@ -7,6 +7,7 @@
 #include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QByteArray>
+#include <QPainterPath>
 #include <QRectF>
 #include <QSizeF>
 #include <QVariant>
@@ -186,6 +187,9 @@ public:
     virtual QSizeF cellSizeForBounds(const QRectF &bounds) const;
     virtual QRectF titleRectForBounds(const QRectF &bounds) const;
     virtual QRectF imageRectForBounds(const QRectF &bounds) const;
+    // The outline a keyboard focus ring follows: a mark's edge for check boxes and radio
+    // buttons, empty for push cells (their view draws the style's focus frame).
+    virtual QPainterPath focusRingMaskForFrame(const QRectF &cellFrame) const;
 
     // The exchangeable entries of the class.
     using DrawMethod = void(ButtonCell &, QPainter &, const QRectF &, QWidget *);

@@ -2,16 +2,38 @@
 
 #include "Button.h"
 
+#include <QAccessibleWidget>
+
 #include <algorithm>
 
 namespace Quorvelle {
+
+namespace {
+
+// Assistive tools see a radio group as a group, named and labelled by the label whose buddy
+// it is (Qt's widget interface reads both from the buddy).
+QAccessibleInterface *accessibleGroup(const QString &, QObject *object)
+{
+    if (auto *matrix = qobject_cast<Matrix *>(object))
+        return new QAccessibleWidget(matrix, QAccessible::Grouping);
+    return nullptr;
+}
+
+} // namespace
 
 // Nothing yet: the place for state a radio group may need later.
 struct Matrix::Private
 {
 };
 
-Matrix::Matrix(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>()) {}
+Matrix::Matrix(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>())
+{
+    static const bool factoryInstalled = [] {
+        QAccessible::installFactory(accessibleGroup);
+        return true;
+    }();
+    Q_UNUSED(factoryInstalled);
+}
 
 Matrix::~Matrix() = default;
 

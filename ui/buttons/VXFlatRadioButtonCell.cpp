@@ -105,6 +105,11 @@ void VXFlatRadioButtonCell::drawInteriorWithFrame(QPainter &painter, const QRect
     path.fill(painter, fill);
 }
 
+QPainterPath VXFlatRadioButtonCell::focusRingMaskForFrame(const QRectF &cellFrame) const
+{
+    return ButtonCell::focusRingMaskForFrame(cellFrame).translated(imageXOffset(), 0.0);
+}
+
 QSizeF VXFlatRadioButtonCell::cellSizeForBounds(const QRectF &bounds) const
 {
     VXFlatRadioButtonCell measured(*this);

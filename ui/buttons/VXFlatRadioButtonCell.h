@@ -28,6 +28,8 @@ public:
                      QWidget *controlView) override;
     void drawInteriorWithFrame(QPainter &painter, const QRectF &cellFrame,
                                QWidget *controlView) override;
+    // The ring, where drawImage puts it.
+    QPainterPath focusRingMaskForFrame(const QRectF &cellFrame) const override;
     // Room for the title as it is drawn: in the kit's regular font, moved by titleXOffset.
     QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 

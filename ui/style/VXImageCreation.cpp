@@ -4,7 +4,10 @@
 #include "VXSystemRelease.h"
 
 #include <QGuiApplication>
+#include <QPaintEngine>
 #include <QPainter>
+
+#include <cmath>
 
 using Quorvelle::Bundle;
 
@@ -13,15 +16,34 @@ QSizeF VXImage::size() const
     return m_image.deviceIndependentSize();
 }
 
+const QImage &VXImage::representationFor(const QPainter &painter) const
+{
+    if (m_alternate.isNull())
+        return m_image;
+    // Device pixels per point where the image lands: the ratio of the device the engine
+    // really paints on (a widget rendered into an image paints on the image) times the scale
+    // of the painter's transform (a flip does not scale).
+    const QPaintDevice *target =
+        painter.paintEngine() ? painter.paintEngine()->paintDevice() : painter.device();
+    const double device = target ? target->devicePixelRatioF() : 1.0;
+    const double wanted = device * std::sqrt(std::abs(painter.worldTransform().determinant()));
+    // The least dense representation that is dense enough, else the densest.
+    const QImage &low =
+        m_image.devicePixelRatio() <= m_alternate.devicePixelRatio() ? m_image : m_alternate;
+    const QImage &high = &low == &m_image ? m_alternate : m_image;
+    return low.devicePixelRatio() >= wanted - 1e-6 ? low : high;
+}
+
 void VXImage::drawInRect(QPainter &painter, const QRectF &dest, const QRectF &source) const
 {
     if (m_image.isNull())
         return;
-    const double ratio = m_image.devicePixelRatio();
+    const QImage &image = representationFor(painter);
+    const double ratio = image.devicePixelRatio();
     const QRectF pixels = source.isEmpty()
-                              ? QRectF(QPointF(0, 0), QSizeF(m_image.size()))
+                              ? QRectF(QPointF(0, 0), QSizeF(image.size()))
                               : QRectF(source.topLeft() * ratio, source.size() * ratio);
-    painter.drawImage(dest, m_image, pixels);
+    painter.drawImage(dest, image, pixels);
 }
 
 namespace VXImageCreation {
@@ -50,25 +72,31 @@ std::optional<VXImage> readImage(const QString &name, const QString &path)
     return VXImage(name, image);
 }
 
-// The bundle's own lookup by name: like the path road, but on a high-density screen it
-// takes the double-resolution file "<name>@2x.png" when the bundle has one.
+// The bundle's own lookup by name: like the path road, but it also reads the
+// double-resolution file "<name>@2x.png" when the bundle has one. The image carries both;
+// image() is the one for the application's screens, and drawing picks by the device.
 std::optional<VXImage> imageForResource(const Bundle *bundle, const QString &name)
 {
     const QString path = pathForImageResource(bundle, name);
     if (path.isEmpty())
         return std::nullopt;
+    std::optional<VXImage> plain = readImage(name, path);
+    if (!plain || name.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
+        return plain;
+    QImage dense(bundle->pathForResource(QStringLiteral("images/") + name + QStringLiteral("@2x"),
+                                         QStringLiteral("png")));
+    if (dense.isNull())
+        return plain;
+    dense.setDevicePixelRatio(2.0);
     auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     const double screenRatio = app ? app->devicePixelRatio() : 1.0;
-    if (screenRatio > 1.0 && !name.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-        const QString hiDpi = bundle->pathForResource(
-            QStringLiteral("images/") + name + QStringLiteral("@2x"), QStringLiteral("png"));
-        QImage image(hiDpi);
-        if (!image.isNull()) {
-            image.setDevicePixelRatio(2.0);
-            return VXImage(name, image);
-        }
+    if (screenRatio > 1.0) {
+        VXImage image(name, dense);
+        image.setAlternateRepresentation(plain->image());
+        return image;
     }
-    return readImage(name, path);
+    plain->setAlternateRepresentation(dense);
+    return plain;
 }
 
 } // namespace

@@ -22,18 +22,25 @@ public:
     VXImage(QString name, QImage image) : m_name(std::move(name)), m_image(std::move(image)) {}
 
     QString name() const { return m_name; }
+    // The representation for the application's screens (the "@2x" one where they are dense).
     QImage image() const { return m_image; }
+    // Another representation of the same image at another density, which drawInRect takes
+    // where the device it draws on is closer to that density.
+    void setAlternateRepresentation(QImage image) { m_alternate = std::move(image); }
     // In points: pixels divided by the image's device pixel ratio.
     QSizeF size() const;
     bool isValid() const { return !m_image.isNull(); }
 
     // Draws the part source of the image (in points; an empty rect is the whole image)
-    // scaled into dest.
+    // scaled into dest, from the representation that suits the painter's device pixels.
     void drawInRect(QPainter &painter, const QRectF &dest, const QRectF &source = {}) const;
 
 private:
+    const QImage &representationFor(const QPainter &painter) const;
+
     QString m_name;
     QImage m_image;
+    QImage m_alternate;
 };
 
 // The NSImage(VXImageCreation) category. Image files are PNGs in a bundle's images/ folder,

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QPalette>
+#include <QSet>
 
 namespace QuorvelleColor {
 
@@ -166,10 +167,13 @@ namespace {
 
 bool hookInstalled = false;
 
-// Gives every item view that alternates its rows the kit's pair, when it is polished or
-// shown (so a view set up after polishing but before showing is caught too). The roles
-// are set on the view's own palette, so a later change of the desktop theme does not take
-// them back, and the application palette keeps the desktop's own pair for
+// Gives every item view that alternates its rows the kit's pair, once per view. Qt announces
+// nothing when setAlternatingRowColors() is called; what it does is repaint the viewport, so
+// besides Polish and Show (a view set up before it is shown) the viewport's Paint is the
+// moment a view that turned alternation on later is seen. A paint costs a bool check of the
+// view (and, for an alternating view, one hash look-up), never a palette write. The roles are set
+// on the view's own palette, so a later change of the desktop theme does not take them back, and
+// the application palette keeps the desktop's own pair for
 // controlAlternatingRowBackgroundColorsOriginal(). Views that do not alternate never ask
 // for the pair and keep the desktop's colours.
 class AlternatingRowFilter : public QObject
@@ -179,19 +183,31 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Polish || event->type() == QEvent::Show) {
-            auto *view = qobject_cast<QAbstractItemView *>(watched);
-            if (view && view->alternatingRowColors() && !view->property(appliedProperty).toBool())
-                apply(view);
+        QAbstractItemView *view = nullptr;
+        switch (event->type()) {
+        case QEvent::Polish:
+        case QEvent::Show:
+            view = qobject_cast<QAbstractItemView *>(watched);
+            break;
+        case QEvent::Paint:
+            // Set before the view paints, so this very paint already shows the pair.
+            view = qobject_cast<QAbstractItemView *>(watched->parent());
+            if (view && view->viewport() != watched)
+                view = nullptr;
+            break;
+        default:
+            break;
         }
+        if (view && view->alternatingRowColors() && !_applied.contains(view))
+            apply(view);
         return false;
     }
 
-    static constexpr const char *appliedProperty = "_qv_alternatingRowsApplied";
-
-    static void apply(QAbstractItemView *view)
+private:
+    void apply(QAbstractItemView *view)
     {
-        view->setProperty(appliedProperty, true);
+        _applied.insert(view);
+        connect(view, &QObject::destroyed, this, [this, view] { _applied.remove(view); });
         const QList<VXColor> pair = controlAlternatingRowBackgroundColors();
         const QColor base = VXColorConvertion::newCGColor(pair.at(0));
         const QColor alternate = VXColorConvertion::newCGColor(pair.at(1));
@@ -207,6 +223,8 @@ public:
         }
         view->setPalette(palette);
     }
+
+    QSet<const QObject *> _applied;
 };
 
 void installHooks()
