@@ -1,10 +1,11 @@
 #include "VXApplicationMain.h"
 
-#include "Bundle.h"
 #include "VXCommandLine.h"
 #include "VXConfiguration.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
+
+#include <Quorvelle/Foundation/Bundle.h>
 
 #include <QApplication>
 #include <QDir>
@@ -15,6 +16,8 @@
 #include <QWidget>
 
 #include <cstdio>
+
+using Quorvelle::Bundle;
 
 namespace {
 

@@ -1,15 +1,16 @@
 #include "VXSurveyWindowLoader.h"
 
-#include "Button.h"
-#include "VXColor.h"
-#include "VXColorConvertion.h"
-#include "VXLog.h"
-#include "VXMatrix.h"
-#include "VXQuorvelleColor.h"
-#include "VXQuorvelleFont.h"
-#include "VXThreadSafety.h"
-#include "VXTrackingButton.h"
 #include "VXUninstallSurveyController.h"
+
+#include <Quorvelle/Foundation/VXLog.h>
+#include <Quorvelle/Foundation/VXThreadSafety.h>
+#include <Quorvelle/Widgets/Button.h>
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/VXColorConvertion.h>
+#include <Quorvelle/Widgets/VXMatrix.h>
+#include <Quorvelle/Widgets/VXQuorvelleColor.h>
+#include <Quorvelle/Widgets/VXQuorvelleFont.h>
+#include <Quorvelle/Widgets/VXTrackingButton.h>
 
 #include <QAbstractButton>
 #include <QCoreApplication>
@@ -27,6 +28,8 @@
 #include <algorithm>
 #include <cmath>
 
+using Quorvelle::Button;
+
 namespace {
 
 // Makes the kit's controls a window description names, and the standard widgets.
@@ -38,7 +41,7 @@ public:
     QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override
     {
         QWidget *widget = nullptr;
-        if (className == QLatin1String("Button"))
+        if (className == QLatin1String("Quorvelle::Button"))
             widget = new Button(parent);
         else if (className == QLatin1String("VXTrackingButton"))
             widget = new VXTrackingButton(parent);

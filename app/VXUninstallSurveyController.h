@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include <Quorvelle/Foundation/PropertyValue.h>
 
 #include <QMutex>
 #include <QObject>

@@ -1,9 +1,9 @@
 // The survey payload: the suite's uninstall-information file with the answers laid over it.
 #include "VXUninstallSurveyController.h"
 
-#include "JSON.h"
-#include "VXThreadSafeBundle.h"
-#include "VXThreadSafeBundleProxy.h"
+#include <Quorvelle/Foundation/JSON.h>
+#include <Quorvelle/Foundation/VXThreadSafeBundle.h>
+#include <Quorvelle/Foundation/VXThreadSafeBundleProxy.h>
 
 #include <QFile>
 #include <QScopeGuard>

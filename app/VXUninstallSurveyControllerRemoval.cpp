@@ -2,10 +2,11 @@
 // the user's own files directly, then termination.
 #include "VXUninstallSurveyController.h"
 
-#include "VXLog.h"
-#include "VXSearchPath.h"
 #include "VXSuiteItems.h"
 #include "platform/VXPrivilegedRun.h"
+
+#include <Quorvelle/Foundation/VXLog.h>
+#include <Quorvelle/Foundation/VXSearchPath.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,8 +1,9 @@
 // Sending the survey to the account service before the removal.
 #include "VXUninstallSurveyController.h"
 
-#include "JSON.h"
 #include "VXProductInformation.h"
+
+#include <Quorvelle/Foundation/JSON.h>
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>

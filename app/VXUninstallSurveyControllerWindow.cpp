@@ -4,8 +4,9 @@
 
 #include "VXNetworkReachability.h"
 #include "VXProductInformation.h"
-#include "VXThreadSafeBundle.h"
-#include "VXThreadSafeBundleProxy.h"
+
+#include <Quorvelle/Foundation/VXThreadSafeBundle.h>
+#include <Quorvelle/Foundation/VXThreadSafeBundleProxy.h>
 
 #include <QCoreApplication>
 #include <QDesktopServices>

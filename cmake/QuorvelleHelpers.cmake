@@ -9,8 +9,9 @@ target_compile_definitions(qv_warnings INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
 # qv_add_module(<target> [DEPS <libs...>])
-# One static library per module directory; every .cpp/.h of the directory and of its
-# platform/ sub-directory belongs to it.
+# A static library of one directory (the program's own code); every .cpp/.h of the directory
+# and of its platform/ sub-directory belongs to it. The kit's libraries are shared ones, made
+# by qv_add_kit_library (QuorvelleKit.cmake).
 function(qv_add_module target)
   cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS
@@ -41,7 +42,7 @@ function(qv_add_tests)
       ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
     add_executable(${name} ${src} ${extra})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/common)
-    target_link_libraries(${name} PRIVATE ${ARGN} qv_testsupport Qt6::Test qv_warnings)
+    target_link_libraries(${name} PRIVATE ${ARGN} qv_testsupport qv_kit_private Qt6::Test qv_warnings)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
       ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QV_SOURCE_DIR=${CMAKE_SOURCE_DIR};QV_BINARY_DIR=${CMAKE_BINARY_DIR}"

@@ -1,6 +1,6 @@
 #include "Bundle.h"
 
-#include "BundleInfo.h"
+#include "KitBundle.h"
 #include "VXThreadSafety.h"
 
 #include <QCoreApplication>
@@ -13,6 +13,22 @@
 
 #include <dlfcn.h>
 #include <link.h>
+
+#include <vector>
+
+namespace Quorvelle {
+
+struct Bundle::Private
+{
+    QString path;
+    PropertyValue::Dictionary info;
+    QStringList localizations;
+    QHash<QString, QStringList> qmFiles; // localisation -> its .qm files
+    bool translationsLoaded = false;
+    QString loadedLocalization;
+    std::vector<std::unique_ptr<QTranslator>> translators;
+    mutable std::recursive_mutex monitor;
+};
 
 namespace {
 
@@ -42,25 +58,35 @@ QString programFolder()
     return QFileInfo(executablePath()).absolutePath();
 }
 
-// Installed, the resources live in the data folder at a fixed place relative to the
-// program (share/quorvelle-uninstaller beside bin/), so any prefix works; run from the
-// build tree, they sit beside the program.
+// Installed, an application's resources live in its data folder, named after its program
+// file, at a fixed place relative to the program (share/<name> beside bin/), so any prefix
+// works; run from a build tree, they sit beside the program.
 QString mainBundlePath()
 {
     const QString program = programFolder();
-    const QFileInfo installed(program + QStringLiteral("/" QV_BUNDLE_DATA_FROM_PROGRAM));
+    const QFileInfo installed(program + QStringLiteral("/" QV_DATA_FROM_PROGRAM "/") +
+                              QFileInfo(executablePath()).fileName());
     return installed.isDir() ? installed.canonicalFilePath() : program;
 }
 
-PropertyValue::Dictionary mainInfoDictionary()
+// The folder of the kit's own libraries (this one's).
+QString kitLibraryFolder()
 {
-    return {
-        {QStringLiteral("CFBundleShortVersionString"), QStringLiteral(QV_BUNDLE_VERSION)},
-        {QStringLiteral("CFBundleVersion"), QStringLiteral(QV_BUNDLE_VERSION)},
-        {QStringLiteral("CFBundleIdentifier"), QStringLiteral(QV_BUNDLE_IDENTIFIER)},
-        {QStringLiteral("CFBundleName"), QStringLiteral(QV_BUNDLE_NAME)},
-        {QStringLiteral("CFBundleDevelopmentRegion"), Bundle::developmentLocalization()},
-    };
+    static const QString folder = [] {
+        Dl_info info{};
+        if (!dladdr(reinterpret_cast<const void *>(&kitLibraryFolder), &info) || !info.dli_fname)
+            return QString();
+        return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
+    }();
+    return folder;
+}
+
+// A shared library of the kit itself, whose classes belong to the kit's bundle.
+bool isKitLibrary(const QString &imagePath)
+{
+    const QFileInfo image(imagePath);
+    return image.fileName().startsWith(QLatin1String("libQuorvelle")) &&
+           !kitLibraryFolder().isEmpty() && image.canonicalPath() == kitLibraryFolder();
 }
 
 // Info.ini beside a non-main bundle's resources: its top-level keys, strings as strings and
@@ -111,23 +137,44 @@ std::mutex &preferredLanguagesMutex()
 
 } // namespace
 
-Bundle::Bundle(QString path, PropertyValue::Dictionary info)
-    : m_path(std::move(path)), m_info(std::move(info))
+Bundle::Bundle(QString path, PropertyValue::Dictionary info) : d(std::make_unique<Private>())
 {
-    QDir dir(m_path + QStringLiteral("/translations"));
+    d->path = std::move(path);
+    d->info = std::move(info);
+    QDir dir(d->path + QStringLiteral("/translations"));
     const QStringList names = dir.entryList({QStringLiteral("*.qm")}, QDir::Files, QDir::Name);
     for (const QString &name : names) {
         const QRegularExpressionMatch m = qmNamePattern().match(name);
         if (m.hasMatch())
-            m_qmFiles[m.captured(2)].append(dir.filePath(name));
+            d->qmFiles[m.captured(2)].append(dir.filePath(name));
     }
-    m_localizations = m_qmFiles.keys();
-    if (!m_localizations.contains(developmentLocalization()))
-        m_localizations.append(developmentLocalization());
-    m_localizations.sort();
+    d->localizations = d->qmFiles.keys();
+    if (!d->localizations.contains(developmentLocalization()))
+        d->localizations.append(developmentLocalization());
+    d->localizations.sort();
 }
 
 Bundle::~Bundle() = default;
+
+QString Bundle::bundlePath() const
+{
+    return d->path;
+}
+
+PropertyValue::Dictionary Bundle::infoDictionary() const
+{
+    return d->info;
+}
+
+QStringList Bundle::localizations() const
+{
+    return d->localizations;
+}
+
+std::recursive_mutex &Bundle::monitor() const
+{
+    return d->monitor;
+}
 
 Bundle *Bundle::mainBundle()
 {
@@ -135,10 +182,22 @@ Bundle *Bundle::mainBundle()
     std::lock_guard guard(r.mutex);
     if (!r.main) {
         const QString path = mainBundlePath();
-        r.main = new Bundle(path, mainInfoDictionary());
+        r.main = new Bundle(path, infoDictionaryFromFile(path));
         r.bundles.insert(path, r.main);
     }
     return r.main;
+}
+
+Bundle *kitBundle()
+{
+    static Bundle *const kit = [] {
+        const QString libraries = kitLibraryFolder();
+        if (libraries.isEmpty())
+            return static_cast<Bundle *>(nullptr);
+        const QFileInfo data(libraries + QStringLiteral("/" QV_KIT_DATA_FROM_LIBRARY));
+        return Bundle::bundleWithPath(data.isDir() ? data.filePath() : libraries);
+    }();
+    return kit;
 }
 
 Bundle *Bundle::bundleWithPath(const QString &path)
@@ -152,7 +211,7 @@ Bundle *Bundle::bundleWithPath(const QString &path)
     // The program's own folder maps to the main bundle too, also when the bundle's
     // resources live in the installed data folder.
     Bundle *main = mainBundle();
-    if (canonical == main->bundlePath() || canonical == programFolder())
+    if (canonical == main->d->path || canonical == programFolder())
         return main;
     Registry &r = registry();
     std::lock_guard guard(r.mutex);
@@ -183,49 +242,56 @@ Bundle *Bundle::bundleForClass(const QMetaObject *aClass)
     if (image.isEmpty())
         return nullptr;
     const QString enclosing = VXThreadSafety::lockIdentifierForImagePath(image);
+    if (enclosing == image && isKitLibrary(image))
+        return kitBundle();
     return bundleWithPath(enclosing != image ? enclosing : QFileInfo(image).absolutePath());
 }
 
 std::optional<PropertyValue> Bundle::objectForInfoDictionaryKey(const QString &key) const
 {
-    const auto it = m_info.constFind(key);
-    if (it == m_info.constEnd())
+    const auto it = d->info.constFind(key);
+    if (it == d->info.constEnd())
         return std::nullopt;
     return *it;
 }
 
 QStringList Bundle::preferredLocalizations() const
 {
-    return preferredLocalizationsFromArray(m_localizations, userPreferredLanguages());
+    return preferredLocalizationsFromArray(d->localizations, userPreferredLanguages());
 }
 
 void Bundle::loadTranslations(const QString &localization)
 {
-    m_translators.clear();
-    QStringList files = m_qmFiles.value(localization);
+    d->translators.clear();
+    QStringList files = d->qmFiles.value(localization);
     if (localization != developmentLocalization())
-        files += m_qmFiles.value(developmentLocalization());
+        files += d->qmFiles.value(developmentLocalization());
     for (const QString &file : files) {
         auto translator = std::make_unique<QTranslator>();
         if (translator->load(file))
-            m_translators.push_back(std::move(translator));
+            d->translators.push_back(std::move(translator));
     }
-    m_loadedLocalization = localization;
-    m_translationsLoaded = true;
+    d->loadedLocalization = localization;
+    d->translationsLoaded = true;
 }
 
 QString Bundle::localizedStringForKey(const QString &key, const QString &value,
                                       const QString &table)
 {
+    return localizedStringForKey(key, value, table, preferredLocalizations().constFirst());
+}
+
+QString Bundle::localizedStringForKey(const QString &key, const QString &value,
+                                      const QString &table, const QString &localization)
+{
     const QString fallback = value.isEmpty() ? key : value;
     if (key.isEmpty())
         return fallback;
-    const QString localization = preferredLocalizations().constFirst();
-    if (!m_translationsLoaded || localization != m_loadedLocalization)
+    if (!d->translationsLoaded || localization != d->loadedLocalization)
         loadTranslations(localization);
     const QByteArray context = table.isEmpty() ? QByteArrayLiteral("Localizable") : table.toUtf8();
     const QByteArray source = key.toUtf8();
-    for (const auto &translator : m_translators) {
+    for (const auto &translator : d->translators) {
         const QString text = translator->translate(context.constData(), source.constData());
         if (!text.isNull())
             return text;
@@ -240,9 +306,9 @@ QString Bundle::pathForResource(const QString &name, const QString &type) const
     QString file = name;
     if (!type.isEmpty())
         file += type.startsWith(u'.') ? type : QLatin1Char('.') + type;
-    const QString path = QDir::cleanPath(m_path + QLatin1Char('/') + file);
+    const QString path = QDir::cleanPath(d->path + QLatin1Char('/') + file);
     // A name such as "../x" must not reach outside the bundle.
-    if (!path.startsWith(m_path + QLatin1Char('/')))
+    if (!path.startsWith(d->path + QLatin1Char('/')))
         return {};
     return QFileInfo::exists(path) ? path : QString();
 }
@@ -304,3 +370,5 @@ void Bundle::setPreferredLanguagesForTesting(std::optional<QStringList> language
     std::lock_guard guard(preferredLanguagesMutex());
     preferredLanguagesOverride() = std::move(languages);
 }
+
+} // namespace Quorvelle

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <memory>
 
+namespace Quorvelle {
+
 using namespace PropertyStorage;
 
 void PropertyArray::reallocate(qsizetype capacity)
@@ -105,3 +107,5 @@ QDebug operator<<(QDebug debug, const PropertyArray &array)
         debug << (k ? ", " : "") << array.at(k);
     return debug << ')';
 }
+
+} // namespace Quorvelle

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <memory>
 
+namespace Quorvelle {
+
 using namespace PropertyStorage;
 using Entry = PropertyDictionary::Entry;
 
@@ -336,3 +338,5 @@ QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary)
         debug << '(' << it.key() << ", " << it.value() << ')';
     return debug << ')';
 }
+
+} // namespace Quorvelle

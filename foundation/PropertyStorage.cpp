@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-namespace PropertyStorage {
+namespace Quorvelle::PropertyStorage {
 
 Block *allocateBlock(qsizetype bytes)
 {
@@ -149,4 +149,4 @@ void Arena::settle()
     m_block = nullptr;
 }
 
-} // namespace PropertyStorage
+} // namespace Quorvelle::PropertyStorage

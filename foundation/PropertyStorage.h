@@ -10,7 +10,7 @@
 #include <cstring>
 #include <limits>
 
-namespace PropertyStorage {
+namespace Quorvelle::PropertyStorage {
 
 constexpr qsizetype arrayBytes(qsizetype capacity)
 {
@@ -194,4 +194,4 @@ private:
     qsizetype m_nextBytes;
 };
 
-} // namespace PropertyStorage
+} // namespace Quorvelle::PropertyStorage

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Foundation/FoundationExport.h>
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QList>
@@ -16,6 +18,9 @@
 #include <utility>
 
 class PropertyValue;
+class QDebug;
+
+namespace Quorvelle {
 
 // Where the containers keep their elements. Private to the kit; laid out here only so that
 // the containers' accessors can be inline.
@@ -58,7 +63,7 @@ struct Region
 static_assert(sizeof(Region) == 16);
 
 // Frees a block whose last reference is gone, with every element in it.
-void destroyBlock(Block *block);
+QV_FOUNDATION_EXPORT void destroyBlock(Block *block);
 
 inline void ref(Region *region) noexcept
 {
@@ -86,7 +91,7 @@ inline bool isDetached(const Region *region)
 // implicitly shared like Qt's containers (a change to a shared array copies it first). A
 // handle of one pointer to a region of a storage block: arrays read from one JSON text
 // share their blocks with the rest of that tree until they are changed.
-class PropertyArray
+class QV_FOUNDATION_EXPORT PropertyArray
 {
 public:
     using value_type = PropertyValue;
@@ -231,7 +236,7 @@ private:
 // already there replaces the value where it stands. Members live in one flat region of a
 // storage block (with a hash index once there are more than a few), so a dictionary costs
 // at most one allocation and iterating it walks contiguous memory. A handle of one pointer.
-class PropertyDictionary
+class QV_FOUNDATION_EXPORT PropertyDictionary
 {
 public:
     struct Entry;
@@ -383,6 +388,8 @@ private:
     PropertyStorage::Region *d = nullptr;
 };
 
+} // namespace Quorvelle
+
 // The dynamic value shared by the JSON reader and writer, the survey payload and the
 // item trees: the null marker, a number (boolean, integer, unsigned integer or real),
 // a string, an array, a string-keyed dictionary, and the two property-list kinds that
@@ -395,7 +402,9 @@ private:
 // negative; every other kind writes the complement of its type there and keeps its
 // content in the first word (a number, a container's handle, the date, or the data held
 // on the heap). Values move by copying their bytes.
-class PropertyValue
+//
+// A frozen-layout value type: its size and members are part of the kit's ABI.
+class QV_FOUNDATION_EXPORT PropertyValue
 {
 public:
     enum class Type
@@ -412,8 +421,8 @@ public:
         Data
     };
 
-    using Array = PropertyArray;
-    using Dictionary = PropertyDictionary;
+    using Array = Quorvelle::PropertyArray;
+    using Dictionary = Quorvelle::PropertyDictionary;
 
     struct NullMarker
     {
@@ -584,6 +593,8 @@ static_assert(sizeof(QString) == 24 && sizeof(QDateTime) <= 8);
 static_assert(sizeof(PropertyValue) == 24);
 Q_DECLARE_TYPEINFO(PropertyValue, Q_RELOCATABLE_TYPE);
 
+namespace Quorvelle {
+
 struct PropertyDictionary::Entry
 {
     QString key;
@@ -730,6 +741,9 @@ template <typename Predicate> qsizetype PropertyDictionary::removeIf(Predicate p
 }
 
 // Readable form for test failures.
-QDebug operator<<(QDebug debug, const PropertyValue &value);
-QDebug operator<<(QDebug debug, const PropertyArray &array);
-QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);
+QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyArray &array);
+QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);
+
+} // namespace Quorvelle
+
+QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyValue &value);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Foundation/FoundationExport.h>
+
 #include <QChar>
 #include <QDateTime>
 #include <QString>
@@ -16,15 +18,15 @@ namespace QuorvelleString {
 // "%1.1f MB", "1 week", ...), which are looked up once, on the first call of any of these
 // three. Binary sizes (powers of 1024) use the user's decimal separator, decimal sizes
 // (powers of 1000) always ".".
-QString stringWithBinaryFileSize(quint64 size);
-QString stringWithFileSize(quint64 size);
-QString stringWithNumberOfDays(quint64 days);
+QV_FOUNDATION_EXPORT QString stringWithBinaryFileSize(quint64 size);
+QV_FOUNDATION_EXPORT QString stringWithFileSize(quint64 size);
+QV_FOUNDATION_EXPORT QString stringWithNumberOfDays(quint64 days);
 
 // A new random UUID: 36 upper-case characters in groups of 8-4-4-4-12.
-QString stringWithUUID();
+QV_FOUNDATION_EXPORT QString stringWithUUID();
 // Accepts 32 (or, by an old quirk, 31) hexadecimal digits, optionally grouped by "-" in
 // the canonical places and optionally in braces; parenthesised forms never pass.
-bool isValidUUID(const QString &string);
+QV_FOUNDATION_EXPORT bool isValidUUID(const QString &string);
 
 enum class DateFormatterStyle
 {
@@ -36,34 +38,36 @@ enum class DateFormatterStyle
 };
 // In the user's locale (QLocale()), date then time, joined by ", ". An invalid date gives
 // an empty string.
-QString stringFromDate(const QDateTime &date, DateFormatterStyle timeStyle,
-                       DateFormatterStyle dateStyle);
+QV_FOUNDATION_EXPORT QString stringFromDate(const QDateTime &date, DateFormatterStyle timeStyle,
+                                            DateFormatterStyle dateStyle);
 // Short time, medium date.
-QString stringFromDate(const QDateTime &date);
+QV_FOUNDATION_EXPORT QString stringFromDate(const QDateTime &date);
 
 // Removes every UTF-16 unit that is in the set.
-QString stringByRemovingCharactersInSet(const QString &string, const QString &characterSet);
-QString stringByRemovingCharactersInSet(const QString &string,
-                                        const std::function<bool(QChar)> &characterSet);
+QV_FOUNDATION_EXPORT QString stringByRemovingCharactersInSet(const QString &string,
+                                                             const QString &characterSet);
+QV_FOUNDATION_EXPORT QString stringByRemovingCharactersInSet(
+    const QString &string, const std::function<bool(QChar)> &characterSet);
 
 // Reverses UTF-16 units one by one (a surrogate pair comes out swapped).
-QString invertedString(const QString &string);
+QV_FOUNDATION_EXPORT QString invertedString(const QString &string);
 
 // MD5 of the UTF-8 bytes up to the first zero byte: 32 upper-case hexadecimal digits.
-QString MD5Hash(const QString &string);
+QV_FOUNDATION_EXPORT QString MD5Hash(const QString &string);
 
 // Joins with exactly one "/" unless the receiver already ends with one; the component
 // itself is not examined.
-QString urlStringByAppendingPathComponent(const QString &string, const QString &component);
+QV_FOUNDATION_EXPORT QString urlStringByAppendingPathComponent(const QString &string,
+                                                               const QString &component);
 
 // Percent-escapes the UTF-8 bytes of everything but letters, digits, - _ . ! ~ * ' ( )
 // and the already-escaped-looking "%" and "#"; hexadecimal digits are upper case.
-QString URLEncodedString(const QString &string);
+QV_FOUNDATION_EXPORT QString URLEncodedString(const QString &string);
 // Replaces every escape; std::nullopt when an escape is malformed or the escaped bytes are
 // not valid UTF-8.
-std::optional<QString> URLDecodedString(const QString &string);
+QV_FOUNDATION_EXPORT std::optional<QString> URLDecodedString(const QString &string);
 
 // Whole-string match of ".+@.+\..+", where "." matches no line terminator.
-bool isValidEmailAddress(const QString &string);
+QV_FOUNDATION_EXPORT bool isValidEmailAddress(const QString &string);
 
 } // namespace QuorvelleString

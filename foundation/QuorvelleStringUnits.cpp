@@ -2,7 +2,9 @@
 // need the bundle's localised strings.
 #include "QuorvelleString.h"
 
+#include "KitBundle.h"
 #include "VXThreadSafeBundle.h"
+#include "VXThreadSafeBundleProxy.h"
 
 #include <QLocale>
 
@@ -47,13 +49,27 @@ constexpr std::array<const char *, UnitCount> kKeys = {
 };
 
 // Looked up once, on first use, and kept for the life of the process. A function-local
-// static makes the first use safe from any thread.
+// static makes the first use safe from any thread. The main bundle's texts come first; where
+// it has none (an application that ships no unit strings), the kit's own, in the language
+// the application's bundle chose.
 const std::array<QString, UnitCount> &units()
 {
     static const std::array<QString, UnitCount> table = [] {
         std::array<QString, UnitCount> strings;
-        for (int i = 0; i < UnitCount; ++i)
-            strings[size_t(i)] = VXLocalizedString(QString::fromLatin1(kKeys[size_t(i)]), nullptr);
+        VXThreadSafeBundleProxy *main = VXThreadSafety::threadSafeMainBundle();
+        VXThreadSafeBundleProxy *kit =
+            VXThreadSafeBundleProxy::proxyWithBundle(Quorvelle::kitBundle());
+        const QString localization = main->preferredLocalizations().constFirst();
+        for (int i = 0; i < UnitCount; ++i) {
+            const QString key = QString::fromLatin1(kKeys[size_t(i)]);
+            QString text = VXLocalizedString(key, nullptr);
+            if (text == key && kit && kit != main) {
+                text = kit->perform([&](Quorvelle::Bundle &bundle) {
+                    return bundle.localizedStringForKey(key, QString(), QString(), localization);
+                });
+            }
+            strings[size_t(i)] = text;
+        }
         return strings;
     }();
     return table;

@@ -131,24 +131,52 @@ struct BioChain
 
 } // namespace
 
+struct VXCryptor::Private
+{
+    rsa_st *key = nullptr;
+    CryptFunc encryptFunc = nullptr;
+    CryptFunc decryptFunc = nullptr;
+    void (*freeKeyFunc)(rsa_st *) = nullptr;
+    int _options = 0;
+    quint8 _decryptedChunkLength = 0;
+    quint8 _encryptedChunkLength = 0;
+};
+
+VXCryptor::VXCryptor() : d(std::make_unique<Private>()) {}
+
+int VXCryptor::options() const
+{
+    return d->_options;
+}
+
+quint8 VXCryptor::decryptedChunkLength() const
+{
+    return d->_decryptedChunkLength;
+}
+
+quint8 VXCryptor::encryptedChunkLength() const
+{
+    return d->_encryptedChunkLength;
+}
+
 std::unique_ptr<VXCryptor> VXCryptor::initWithRSAKeyFromString(const QString &pem, int padding)
 {
     std::unique_ptr<VXCryptor> cryptor(new VXCryptor);
     switch (padding) {
     case 1:
-        cryptor->_options = RSA_PKCS1_PADDING;
+        cryptor->d->_options = RSA_PKCS1_PADDING;
         break;
     case 2:
-        cryptor->_options = RSA_PKCS1_OAEP_PADDING;
+        cryptor->d->_options = RSA_PKCS1_OAEP_PADDING;
         break;
     case 3:
-        cryptor->_options = kSSLv23Padding;
+        cryptor->d->_options = kSSLv23Padding;
         break;
     default:
-        cryptor->_options = RSA_NO_PADDING;
+        cryptor->d->_options = RSA_NO_PADDING;
         break;
     }
-    const bool sslv23 = cryptor->_options == kSSLv23Padding;
+    const bool sslv23 = cryptor->d->_options == kSSLv23Padding;
 
     // The length is the text's character count; for PEM (ASCII) that is the byte count.
     const QByteArray utf8 = pem.toUtf8();
@@ -160,51 +188,51 @@ std::unique_ptr<VXCryptor> VXCryptor::initWithRSAKeyFromString(const QString &pe
     }
 
     if (pem.contains(QLatin1String("PUBLIC"))) {
-        cryptor->key = PEM_read_bio_RSA_PUBKEY(bio, nullptr, nullptr, nullptr);
-        cryptor->encryptFunc = sslv23 ? sslv23PublicEncrypt : RSA_public_encrypt;
-        cryptor->decryptFunc = sslv23 ? sslv23Unsupported : RSA_public_decrypt;
+        cryptor->d->key = PEM_read_bio_RSA_PUBKEY(bio, nullptr, nullptr, nullptr);
+        cryptor->d->encryptFunc = sslv23 ? sslv23PublicEncrypt : RSA_public_encrypt;
+        cryptor->d->decryptFunc = sslv23 ? sslv23Unsupported : RSA_public_decrypt;
     } else if (pem.contains(QLatin1String("PRIVATE"))) {
-        cryptor->key = PEM_read_bio_RSAPrivateKey(bio, nullptr, nullptr, nullptr);
-        cryptor->encryptFunc = sslv23 ? sslv23Unsupported : RSA_private_encrypt;
-        cryptor->decryptFunc = sslv23 ? sslv23PrivateDecrypt : RSA_private_decrypt;
+        cryptor->d->key = PEM_read_bio_RSAPrivateKey(bio, nullptr, nullptr, nullptr);
+        cryptor->d->encryptFunc = sslv23 ? sslv23Unsupported : RSA_private_encrypt;
+        cryptor->d->decryptFunc = sslv23 ? sslv23PrivateDecrypt : RSA_private_decrypt;
     }
 
-    if (!cryptor->key) {
+    if (!cryptor->d->key) {
         VXLog(QStringLiteral("Could not get RSA key"));
         logEncryptError();
         BIO_free(bio);
         return nullptr;
     }
 
-    const quint8 modulusSize = quint8(RSA_size(cryptor->key)); // wraps above 255 bytes
-    cryptor->_encryptedChunkLength = modulusSize;
-    cryptor->_decryptedChunkLength = modulusSize;
-    if (cryptor->_options == RSA_PKCS1_PADDING)
-        cryptor->_decryptedChunkLength = quint8(modulusSize - 12);
-    else if (cryptor->_options == RSA_PKCS1_OAEP_PADDING)
-        cryptor->_decryptedChunkLength = quint8(modulusSize - 42);
-    cryptor->freeKeyFunc = RSA_free;
+    const quint8 modulusSize = quint8(RSA_size(cryptor->d->key)); // wraps above 255 bytes
+    cryptor->d->_encryptedChunkLength = modulusSize;
+    cryptor->d->_decryptedChunkLength = modulusSize;
+    if (cryptor->d->_options == RSA_PKCS1_PADDING)
+        cryptor->d->_decryptedChunkLength = quint8(modulusSize - 12);
+    else if (cryptor->d->_options == RSA_PKCS1_OAEP_PADDING)
+        cryptor->d->_decryptedChunkLength = quint8(modulusSize - 42);
+    cryptor->d->freeKeyFunc = RSA_free;
     BIO_free(bio);
     return cryptor;
 }
 
 VXCryptor::~VXCryptor()
 {
-    if (freeKeyFunc && key)
-        freeKeyFunc(key);
+    if (d->freeKeyFunc && d->key)
+        d->freeKeyFunc(d->key);
 }
 
 // Every RSA call writes a whole modulus; the one-byte block lengths only describe it for
 // moduli of at most 255 bytes. With a wrapped length no block call is made at all.
 bool VXCryptor::blockArithmeticFits() const
 {
-    return _encryptedChunkLength != 0 && int(_encryptedChunkLength) == RSA_size(key);
+    return d->_encryptedChunkLength != 0 && int(d->_encryptedChunkLength) == RSA_size(d->key);
 }
 
 std::optional<QByteArray> VXCryptor::encryptData(const QByteArray &data) const
 {
-    const qsizetype p = _decryptedChunkLength;
-    const qsizetype c = _encryptedChunkLength;
+    const qsizetype p = d->_decryptedChunkLength;
+    const qsizetype c = d->_encryptedChunkLength;
     if (p == 0)
         return std::nullopt;
     const qsizetype n = data.size();
@@ -220,7 +248,8 @@ std::optional<QByteArray> VXCryptor::encryptData(const QByteArray &data) const
     qsizetype written = 0;
     for (qsizetype position = 0; position < n; position += p) {
         const int length = int(qMin(p, n - position));
-        const int result = encryptFunc(length, in + position, out + written, key, _options);
+        const int result =
+            d->encryptFunc(length, in + position, out + written, d->key, d->_options);
         if (result < 0) {
             ERR_load_ERR_strings();
             ERR_load_RSA_strings();
@@ -236,17 +265,17 @@ std::optional<QByteArray> VXCryptor::decryptData(const QByteArray &data) const
 {
     if (!blockArithmeticFits())
         return std::nullopt;
-    const qsizetype c = _encryptedChunkLength;
+    const qsizetype c = d->_encryptedChunkLength;
     const qsizetype blocks = data.size() / c;
     QByteArray output;
-    output.reserve(qsizetype(_decryptedChunkLength) * blocks);
+    output.reserve(qsizetype(d->_decryptedChunkLength) * blocks);
 
     // Each block goes through a scratch buffer of a whole modulus: a PKCS #1 block may hold
     // one byte more than the plain block length, and that byte must not land past the end.
     std::vector<unsigned char> block(static_cast<size_t>(c), 0);
     const auto *in = reinterpret_cast<const unsigned char *>(data.constData());
     for (qsizetype i = 0; i < blocks; ++i) {
-        const int result = decryptFunc(int(c), in + i * c, block.data(), key, _options);
+        const int result = d->decryptFunc(int(c), in + i * c, block.data(), d->key, d->_options);
         if (result < 0) {
             logEncryptError();
             OPENSSL_cleanse(block.data(), block.size());

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include <Quorvelle/Foundation/FoundationExport.h>
+#include <Quorvelle/Foundation/PropertyValue.h>
 
 #include <QByteArray>
 #include <QString>
@@ -21,7 +22,7 @@
 // nil is std::nullopt throughout. One cryptor is used by one thread at a time.
 struct rsa_st;
 
-class VXCryptor
+class QV_FOUNDATION_EXPORT VXCryptor
 {
 public:
     // Padding argument: 1 PKCS #1 v1.5, 2 OAEP, 3 SSLv23, anything else none.
@@ -45,22 +46,17 @@ public:
     // std::nullopt, text without valid base64 an empty array.
     static std::optional<QByteArray> dataFromBase64(const QString &base64);
 
-    int options() const { return _options; }
-    quint8 decryptedChunkLength() const { return _decryptedChunkLength; }
-    quint8 encryptedChunkLength() const { return _encryptedChunkLength; }
+    int options() const;
+    quint8 decryptedChunkLength() const;
+    quint8 encryptedChunkLength() const;
 
     using CryptFunc = int (*)(int flen, const unsigned char *from, unsigned char *to, rsa_st *rsa,
                               int padding);
 
 private:
-    VXCryptor() = default;
+    VXCryptor();
     bool blockArithmeticFits() const;
 
-    rsa_st *key = nullptr;
-    CryptFunc encryptFunc = nullptr;
-    CryptFunc decryptFunc = nullptr;
-    void (*freeKeyFunc)(rsa_st *) = nullptr;
-    int _options = 0;
-    quint8 _decryptedChunkLength = 0;
-    quint8 _encryptedChunkLength = 0;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Foundation/FoundationExport.h>
+
 #include <QByteArray>
 #include <QList>
 
@@ -38,7 +40,8 @@ private:
 // Anything else (another magic or version, a count that does not match the length,
 // trailing bytes) is unreadable.
 namespace VXIndexPathPropertyListSerialization {
-QByteArray propertyListRepresentation(const VXIndexPath &indexPath);
+QV_FOUNDATION_EXPORT QByteArray propertyListRepresentation(const VXIndexPath &indexPath);
 // std::nullopt for unreadable data.
-std::optional<VXIndexPath> indexPathFromPropertyListRepresentation(const QByteArray &data);
+QV_FOUNDATION_EXPORT std::optional<VXIndexPath>
+indexPathFromPropertyListRepresentation(const QByteArray &data);
 } // namespace VXIndexPathPropertyListSerialization

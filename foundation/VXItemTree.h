@@ -1,6 +1,7 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include <Quorvelle/Foundation/FoundationExport.h>
+#include <Quorvelle/Foundation/PropertyValue.h>
 
 #include <QList>
 #include <QString>
@@ -23,7 +24,7 @@
 // How two present values of a sort key compare: negative, zero or positive.
 using VXComparison = std::function<int(const PropertyValue &, const PropertyValue &)>;
 
-struct VXSortDescriptor
+struct QV_FOUNDATION_EXPORT VXSortDescriptor
 {
     QString key;
     bool ascending = true;
@@ -38,35 +39,41 @@ struct VXSortDescriptor
     int compare(const PropertyValue &itemA, const PropertyValue &itemB) const;
 };
 
-PropertyValue VXItemRemovingKeys(const PropertyValue &item, const QStringList &keys);
-PropertyValue::Array VXItemsRemovingKeys(const PropertyValue::Array &items,
-                                         const QStringList &keys);
-PropertyValue VXItemKeepingKeys(const PropertyValue &item, const QStringList &keys);
-PropertyValue::Array VXItemsKeepingKeys(const PropertyValue::Array &items, const QStringList &keys);
+QV_FOUNDATION_EXPORT PropertyValue VXItemRemovingKeys(const PropertyValue &item,
+                                                      const QStringList &keys);
+QV_FOUNDATION_EXPORT PropertyValue::Array VXItemsRemovingKeys(const PropertyValue::Array &items,
+                                                              const QStringList &keys);
+QV_FOUNDATION_EXPORT PropertyValue VXItemKeepingKeys(const PropertyValue &item,
+                                                     const QStringList &keys);
+QV_FOUNDATION_EXPORT PropertyValue::Array VXItemsKeepingKeys(const PropertyValue::Array &items,
+                                                             const QStringList &keys);
 
 // 0 unchecked, 1 checked, -1 mixed; a leaf's own value is returned as it is.
-qint64 VXItemCheckedState(const PropertyValue &item);
-qint64 VXItemsCheckedState(const PropertyValue::Array &items);
+QV_FOUNDATION_EXPORT qint64 VXItemCheckedState(const PropertyValue &item);
+QV_FOUNDATION_EXPORT qint64 VXItemsCheckedState(const PropertyValue::Array &items);
 
 // Return the number of leaves whose "checked" was set.
-quint64 VXItemSetCheckedState(PropertyValue &item, qint64 state);
-quint64 VXItemSetCheckedValue(PropertyValue &item, const PropertyValue &value);
-quint64 VXItemsSetCheckedState(PropertyValue::Array &items, qint64 state);
-quint64 VXItemsSetCheckedValue(PropertyValue::Array &items, const PropertyValue &value);
+QV_FOUNDATION_EXPORT quint64 VXItemSetCheckedState(PropertyValue &item, qint64 state);
+QV_FOUNDATION_EXPORT quint64 VXItemSetCheckedValue(PropertyValue &item, const PropertyValue &value);
+QV_FOUNDATION_EXPORT quint64 VXItemsSetCheckedState(PropertyValue::Array &items, qint64 state);
+QV_FOUNDATION_EXPORT quint64 VXItemsSetCheckedValue(PropertyValue::Array &items,
+                                                    const PropertyValue &value);
 
-quint64 VXItemCheckedCount(const PropertyValue &item);
-quint64 VXItemsCheckedCount(const PropertyValue::Array &items);
+QV_FOUNDATION_EXPORT quint64 VXItemCheckedCount(const PropertyValue &item);
+QV_FOUNDATION_EXPORT quint64 VXItemsCheckedCount(const PropertyValue::Array &items);
 
-quint64 VXItemSumOfKey(const PropertyValue &item, const QString &key);
-quint64 VXItemsSumOfKey(const PropertyValue::Array &items, const QString &key);
+QV_FOUNDATION_EXPORT quint64 VXItemSumOfKey(const PropertyValue &item, const QString &key);
+QV_FOUNDATION_EXPORT quint64 VXItemsSumOfKey(const PropertyValue::Array &items, const QString &key);
 
 // Children first (depth first, in item order), then the array itself; stable.
-void VXItemsSortRecursively(PropertyValue::Array &items,
-                            const QList<VXSortDescriptor> &sortDescriptors);
-void VXItemSortChildren(PropertyValue &item, const QList<VXSortDescriptor> &sortDescriptors);
+QV_FOUNDATION_EXPORT void VXItemsSortRecursively(PropertyValue::Array &items,
+                                                 const QList<VXSortDescriptor> &sortDescriptors);
+QV_FOUNDATION_EXPORT void VXItemSortChildren(PropertyValue &item,
+                                             const QList<VXSortDescriptor> &sortDescriptors);
 
 // Adds to the counters; callers start them at 0.
-void VXItemGatherCheckedStatistics(const PropertyValue &item, quint64 &size, quint32 &checked,
-                                   quint32 &leaves);
-void VXItemsGatherCheckedStatistics(const PropertyValue::Array &items, quint64 &size,
-                                    quint32 &checked, quint32 &leaves);
+QV_FOUNDATION_EXPORT void VXItemGatherCheckedStatistics(const PropertyValue &item, quint64 &size,
+                                                        quint32 &checked, quint32 &leaves);
+QV_FOUNDATION_EXPORT void VXItemsGatherCheckedStatistics(const PropertyValue::Array &items,
+                                                         quint64 &size, quint32 &checked,
+                                                         quint32 &leaves);

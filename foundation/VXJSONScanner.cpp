@@ -185,7 +185,7 @@ namespace {
 struct StackCache
 {
     ValueStack<PropertyValue> elements;
-    ValueStack<PropertyDictionary::Entry> members;
+    ValueStack<PropertyValue::Dictionary::Entry> members;
     bool available = true;
 };
 thread_local StackCache stackCache;
@@ -671,7 +671,7 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
     const qsizetype base = m_members.size();
     struct Truncate
     {
-        ValueStack<PropertyDictionary::Entry> &stack;
+        ValueStack<PropertyValue::Dictionary::Entry> &stack;
         qsizetype base;
         ~Truncate()
         {
@@ -712,17 +712,18 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
     // A member broken off just before "}" is dropped; the object still stands.
     if (!readCharacter<Unit>('}'))
         return false;
-    PropertyDictionary dictionary;
+    PropertyValue::Dictionary dictionary;
     if (const qsizetype count = m_members.size() - base) {
-        PropertyStorage::Region *region = m_arena.place(true, count);
-        PropertyDictionary::Entry *members = m_members.data() + base;
+        Quorvelle::PropertyStorage::Region *region = m_arena.place(true, count);
+        PropertyValue::Dictionary::Entry *members = m_members.data() + base;
         for (qsizetype k = 0; k < count; ++k)
             m_arena.adoptInto(region, members[k].value);
-        if (count >= PropertyStorage::indexedFrom && !m_keyHashes)
-            m_keyHashes = std::make_unique<PropertyStorage::KeyHashes>();
-        PropertyStorage::adoptEntries(region, members, members + count, m_keyHashes.get());
+        if (count >= Quorvelle::PropertyStorage::indexedFrom && !m_keyHashes)
+            m_keyHashes = std::make_unique<Quorvelle::PropertyStorage::KeyHashes>();
+        Quorvelle::PropertyStorage::adoptEntries(region, members, members + count,
+                                                 m_keyHashes.get());
         m_members.forget(base);
-        dictionary = PropertyDictionary::fromRegion(region);
+        dictionary = PropertyValue::Dictionary::fromRegion(region);
     }
     new (out) PropertyValue(std::move(dictionary));
     return true;
@@ -770,12 +771,12 @@ template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool 
 
     if (!readCharacter<Unit>(']'))
         return false;
-    PropertyArray array;
+    PropertyValue::Array array;
     if (const qsizetype count = m_elements.size() - base) {
-        PropertyStorage::Region *region = m_arena.place(false, count);
+        Quorvelle::PropertyStorage::Region *region = m_arena.place(false, count);
         m_arena.fillArray(region, m_elements.data() + base, count);
         m_elements.forget(base);
-        array = PropertyArray::fromRegion(region);
+        array = PropertyValue::Array::fromRegion(region);
     }
     new (out) PropertyValue(std::move(array));
     return true;

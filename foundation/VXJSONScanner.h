@@ -260,13 +260,13 @@ private:
     qsizetype m_location = 0;
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
-    ValueStack<PropertyValue> m_elements;            // pending array elements of all open arrays
-    ValueStack<PropertyDictionary::Entry> m_members; // pending members of all open objects
-    bool m_cachedStacks = false;                     // the two stacks came from the thread's cache
+    ValueStack<PropertyValue> m_elements; // pending array elements of all open arrays
+    ValueStack<PropertyValue::Dictionary::Entry> m_members; // pending members of all open objects
+    bool m_cachedStacks = false; // the two stacks came from the thread's cache
     // The containers of this text go into shared blocks.
-    PropertyStorage::Arena m_arena;
+    Quorvelle::PropertyStorage::Arena m_arena;
     // The hashes of keys met, for the indexes of larger objects (made when first needed).
-    std::unique_ptr<PropertyStorage::KeyHashes> m_keyHashes;
+    std::unique_ptr<Quorvelle::PropertyStorage::KeyHashes> m_keyHashes;
     // Strings are gathered straight into a shared text block, and each string made from it
     // refers to its part of the block (with a terminating zero): one allocation for many
     // strings. A block lives until the last string in it is gone. While the parse runs,

@@ -6,6 +6,8 @@
 
 #include <mutex>
 
+using Quorvelle::Bundle;
+
 namespace {
 
 std::mutex &overrideMutex()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Foundation/FoundationExport.h>
+
 #include <QStringList>
 
 // The standard folders of a directory kind in the requested domains. The user domain
@@ -26,4 +28,5 @@ enum VXSearchPathDomainMask
 
 // Entries come in domain order user, local, network, system. Without tilde expansion
 // the user domain's entries start with "~". An unknown kind gives an empty list.
-QStringList NSSearchPathForDirectoriesInDomains(int directory, int domainMask, bool expandTilde);
+QV_FOUNDATION_EXPORT QStringList NSSearchPathForDirectoriesInDomains(int directory, int domainMask,
+                                                                     bool expandTilde);

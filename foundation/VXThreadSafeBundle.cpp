@@ -4,6 +4,8 @@
 #include "VXThreadSafeBundleProxy.h"
 #include "VXThreadSafety.h"
 
+using Quorvelle::Bundle;
+
 namespace VXThreadSafety {
 
 VXThreadSafeBundleProxy *threadSafeMainBundle()

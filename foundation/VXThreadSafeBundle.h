@@ -5,8 +5,9 @@
 // ->pathForResource(...). The machinery (lock map, bundles by path or class) is in
 // VXThreadSafety.h, the language operations in VXPrefferedLanguage.h.
 
-#include "PropertyValue.h"
-#include "VXThreadSafeBundleProxy.h"
+#include <Quorvelle/Foundation/FoundationExport.h>
+#include <Quorvelle/Foundation/PropertyValue.h>
+#include <Quorvelle/Foundation/VXThreadSafeBundleProxy.h>
 
 #include <QMetaObject>
 #include <QObject>
@@ -17,10 +18,10 @@
 namespace VXThreadSafety {
 // The proxy around the main bundle (the folder of the running program), created on first
 // use and kept for the life of the process.
-VXThreadSafeBundleProxy *threadSafeMainBundle();
+QV_FOUNDATION_EXPORT VXThreadSafeBundleProxy *threadSafeMainBundle();
 } // namespace VXThreadSafety
 
 // The localised string for the key from the default strings table ("Localizable") of the
 // bundle that holds the object's class, or of the main bundle when object is null. A
 // missing key returns the key itself.
-QString VXLocalizedString(const QString &key, const QObject *object = nullptr);
+QV_FOUNDATION_EXPORT QString VXLocalizedString(const QString &key, const QObject *object = nullptr);

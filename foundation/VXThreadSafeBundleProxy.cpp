@@ -2,6 +2,8 @@
 
 #include <QHash>
 
+using Quorvelle::Bundle;
+
 VXThreadSafeBundleProxy *VXThreadSafeBundleProxy::proxyWithBundle(Bundle *bundle)
 {
     if (!bundle)

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "Bundle.h"
-#include "PropertyValue.h"
+#include <Quorvelle/Foundation/Bundle.h>
+#include <Quorvelle/Foundation/FoundationExport.h>
+#include <Quorvelle/Foundation/PropertyValue.h>
 
 #include <QString>
 #include <QStringList>
@@ -18,13 +19,15 @@
 // kept for the life of the process (bundles live that long too), so callers never free a
 // proxy and the same bundle always yields the same proxy. initWithBundle() makes a separate,
 // caller-owned proxy; it takes the same monitor, so both serialise against each other.
-class VXThreadSafeBundleProxy
+//
+// A handle of one pointer: its layout is part of the kit's ABI.
+class QV_FOUNDATION_EXPORT VXThreadSafeBundleProxy
 {
 public:
     // The bundle's shared proxy; nullptr for a null bundle.
-    static VXThreadSafeBundleProxy *proxyWithBundle(Bundle *bundle);
+    static VXThreadSafeBundleProxy *proxyWithBundle(Quorvelle::Bundle *bundle);
     // A new proxy owned by the caller; nullptr for a null bundle.
-    static std::unique_ptr<VXThreadSafeBundleProxy> initWithBundle(Bundle *bundle);
+    static std::unique_ptr<VXThreadSafeBundleProxy> initWithBundle(Quorvelle::Bundle *bundle);
 
     VXThreadSafeBundleProxy(const VXThreadSafeBundleProxy &) = delete;
     VXThreadSafeBundleProxy &operator=(const VXThreadSafeBundleProxy &) = delete;
@@ -47,10 +50,10 @@ public:
     QString bundlePath();
 
     // The wrapped bundle, for identity checks; using it directly bypasses the monitor.
-    Bundle *bundle() const { return _bundle; }
+    Quorvelle::Bundle *bundle() const { return _bundle; }
 
 private:
-    explicit VXThreadSafeBundleProxy(Bundle *bundle) : _bundle(bundle) {}
+    explicit VXThreadSafeBundleProxy(Quorvelle::Bundle *bundle) : _bundle(bundle) {}
 
-    Bundle *const _bundle; // never null; bundles outlive every proxy
+    Quorvelle::Bundle *const _bundle; // never null; bundles outlive every proxy
 };

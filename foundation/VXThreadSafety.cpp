@@ -5,6 +5,8 @@
 
 #include <QPointer>
 
+using Quorvelle::Bundle;
+
 namespace {
 
 // The monitor of the lock map; held only inside take and release, never while a

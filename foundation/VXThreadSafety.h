@@ -4,7 +4,8 @@
 // reference-counted lock map, lock identifiers of classes and of the main bundle, and
 // proxies around bundles found by path or by class.
 
-#include "VXThreadSafeBundle.h"
+#include <Quorvelle/Foundation/FoundationExport.h>
+#include <Quorvelle/Foundation/VXThreadSafeBundle.h>
 
 #include <QHash>
 #include <QObject>
@@ -26,34 +27,35 @@ struct LockMapEntry
 };
 
 // A copy of the process-wide lock map, taken under its monitor.
-QHash<QString, LockMapEntry> lockMap();
+QV_FOUNDATION_EXPORT QHash<QString, LockMapEntry> lockMap();
 // The entry's use count; 0 when the identifier has no entry.
-quint64 useCountForIdentifier(const QString &identifier);
+QV_FOUNDATION_EXPORT quint64 useCountForIdentifier(const QString &identifier);
 
 // The identifier's recursive lock, taking one use of its entry (created on first take). The
 // returned pointer keeps the lock alive even after the entry has gone.
-std::shared_ptr<std::recursive_mutex> lockForIdentifier(const QString &identifier);
+QV_FOUNDATION_EXPORT std::shared_ptr<std::recursive_mutex>
+lockForIdentifier(const QString &identifier);
 // Gives back one use; the last one removes the entry. Unknown identifiers are ignored.
-void releaseLockForIdentifier(const QString &identifier);
+QV_FOUNDATION_EXPORT void releaseLockForIdentifier(const QString &identifier);
 
 // The path up to and including the last ".framework" followed by "/", else the path before
 // the last "/Contents/" (both ignoring case), else the whole path.
-QString lockIdentifierForImagePath(const QString &imagePath);
+QV_FOUNDATION_EXPORT QString lockIdentifierForImagePath(const QString &imagePath);
 // lockIdentifierForImagePath of the image holding the class; empty when it is unknown.
-QString lockIdentifierForClass(const QMetaObject *aClass);
+QV_FOUNDATION_EXPORT QString lockIdentifierForClass(const QMetaObject *aClass);
 // "VXThreadSafeMainBundle" without an application delegate, else the identifier of the
 // delegate's class.
-QString lockIdentifierForMainBundle();
+QV_FOUNDATION_EXPORT QString lockIdentifierForMainBundle();
 
 // The application delegate (the survey controller registers itself). Not owned; a
 // destroyed delegate reads as none.
-void setApplicationDelegate(QObject *delegate);
-QObject *applicationDelegate();
+QV_FOUNDATION_EXPORT void setApplicationDelegate(QObject *delegate);
+QV_FOUNDATION_EXPORT QObject *applicationDelegate();
 
 // The shared proxy of the bundle at the path (the main bundle's when the path is
 // lockIdentifierForMainBundle()); nullptr when there is no bundle there.
-VXThreadSafeBundleProxy *threadSafeBundleWithPath(const QString &path);
+QV_FOUNDATION_EXPORT VXThreadSafeBundleProxy *threadSafeBundleWithPath(const QString &path);
 // The shared proxy of the bundle holding the class; nullptr when there is none.
-VXThreadSafeBundleProxy *threadSafeBundleForClass(const QMetaObject *aClass);
+QV_FOUNDATION_EXPORT VXThreadSafeBundleProxy *threadSafeBundleForClass(const QMetaObject *aClass);
 
 } // namespace VXThreadSafety

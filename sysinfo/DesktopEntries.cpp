@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-namespace DesktopEntries {
+namespace Quorvelle::DesktopEntries {
 namespace {
 
 // The XDG base-directory rules say a relative path in these variables is invalid and must
@@ -83,4 +83,4 @@ QString defaultApplicationFile(const QString &contentType)
     return file.isEmpty() ? QString() : file;
 }
 
-} // namespace DesktopEntries
+} // namespace Quorvelle::DesktopEntries

@@ -7,7 +7,7 @@
 // among them, as GIO reads them from the XDG data and config directories of the
 // environment (user entries hide system ones of the same desktop-file ID, Hidden=true
 // removes an entry, mimeapps.list in all its places, mimeinfo.cache as the last resort).
-namespace DesktopEntries {
+namespace Quorvelle::DesktopEntries {
 
 // The files of every installed application entry.
 QStringList applicationFiles();
@@ -16,4 +16,4 @@ QStringList applicationFiles();
 // "x-scheme-handler/<scheme>"), or a null string when there is none.
 QString defaultApplicationFile(const QString &contentType);
 
-} // namespace DesktopEntries
+} // namespace Quorvelle::DesktopEntries

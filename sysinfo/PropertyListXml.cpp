@@ -200,7 +200,7 @@ void writeValue(QXmlStreamWriter &xml, const PropertyValue &value)
 
 } // namespace
 
-namespace PropertyListXml {
+namespace Quorvelle::PropertyListXml {
 
 std::optional<PropertyValue> read(const QByteArray &xml)
 {
@@ -223,4 +223,4 @@ QByteArray write(const PropertyValue &value)
     return out;
 }
 
-} // namespace PropertyListXml
+} // namespace Quorvelle::PropertyListXml

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/SystemInformation/SystemInformationExport.h>
+
 #include "PropertyValue.h"
 
 #include <QByteArray>
@@ -8,7 +10,7 @@
 
 // The XML property-list form (<plist><array>...</array></plist>), read into and written
 // from PropertyValue. Reading is strict: anything malformed gives std::nullopt.
-namespace PropertyListXml {
-std::optional<PropertyValue> read(const QByteArray &xml);
-QByteArray write(const PropertyValue &value);
-} // namespace PropertyListXml
+namespace Quorvelle::PropertyListXml {
+QV_SYSTEMINFORMATION_TESTS_EXPORT std::optional<PropertyValue> read(const QByteArray &xml);
+QV_SYSTEMINFORMATION_TESTS_EXPORT QByteArray write(const PropertyValue &value);
+} // namespace Quorvelle::PropertyListXml

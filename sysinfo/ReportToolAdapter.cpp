@@ -5,7 +5,7 @@
 
 #include <QXmlStreamReader>
 
-namespace ReportToolAdapter {
+namespace Quorvelle::ReportToolAdapter {
 namespace {
 
 // Which hardware classes of the lister make up each data type. A data type the lister has
@@ -173,4 +173,4 @@ QByteArray toPropertyList(const QByteArray &toolXml, const QStringList &dataType
     return PropertyListXml::write(report);
 }
 
-} // namespace ReportToolAdapter
+} // namespace Quorvelle::ReportToolAdapter

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include <Quorvelle/Foundation/PropertyValue.h>
+#include <Quorvelle/SystemInformation/SystemInformationExport.h>
 
 #include <QByteArray>
 #include <QSet>
@@ -16,7 +17,7 @@
 // Conventions: a string result that may be absent is a null QString (isNull()); a byte
 // blob or parsed report that may be absent is std::nullopt (an empty blob is a result).
 // No call throws; every failure turns into the neutral result of its function.
-// The cached values are process-wide and never dropped (Seam::resetCaches() aside).
+// The cached values are process-wide and never dropped.
 enum VXModelIdentifierType : std::uint64_t
 {
     VXModelIdentifierTypeUnknown = 0,
@@ -29,70 +30,61 @@ enum VXModelIdentifierType : std::uint64_t
 namespace VXSystemInformation {
 
 // Hardware identity
-QString machineType();
-QString humanMachineType();
-std::optional<QByteArray> macAddress();
-QString macAddressString();
-std::uint64_t hddSize();
-QString humanReadableRAMSizeString();
-std::int64_t processorClockSpeed();
-std::int64_t processorClockSpeedInMHz();
-std::uint32_t countProcessors();
-bool is64BitCapable();
-bool isPowerPC();
-bool isG3();
-bool isG4();
-bool isG5();
-QString powerPCTypeString();
-QString computerSerialNumber();
-QString computerName();
-QString modelIdentifier();
-VXModelIdentifierType modelIdentifierTypeFromModelIdentifier(const QString &modelIdentifier);
-VXModelIdentifierType modelIdentifierType();
+QV_SYSTEMINFORMATION_EXPORT QString machineType();
+QV_SYSTEMINFORMATION_EXPORT QString humanMachineType();
+QV_SYSTEMINFORMATION_EXPORT std::optional<QByteArray> macAddress();
+QV_SYSTEMINFORMATION_EXPORT QString macAddressString();
+QV_SYSTEMINFORMATION_EXPORT std::uint64_t hddSize();
+QV_SYSTEMINFORMATION_EXPORT QString humanReadableRAMSizeString();
+QV_SYSTEMINFORMATION_EXPORT std::int64_t processorClockSpeed();
+QV_SYSTEMINFORMATION_EXPORT std::int64_t processorClockSpeedInMHz();
+QV_SYSTEMINFORMATION_EXPORT std::uint32_t countProcessors();
+QV_SYSTEMINFORMATION_EXPORT bool is64BitCapable();
+QV_SYSTEMINFORMATION_EXPORT bool isPowerPC();
+QV_SYSTEMINFORMATION_EXPORT bool isG3();
+QV_SYSTEMINFORMATION_EXPORT bool isG4();
+QV_SYSTEMINFORMATION_EXPORT bool isG5();
+QV_SYSTEMINFORMATION_EXPORT QString powerPCTypeString();
+QV_SYSTEMINFORMATION_EXPORT QString computerSerialNumber();
+QV_SYSTEMINFORMATION_EXPORT QString computerName();
+QV_SYSTEMINFORMATION_EXPORT QString modelIdentifier();
+QV_SYSTEMINFORMATION_EXPORT VXModelIdentifierType
+modelIdentifierTypeFromModelIdentifier(const QString &modelIdentifier);
+QV_SYSTEMINFORMATION_EXPORT VXModelIdentifierType modelIdentifierType();
 
 // The hardware report tool. Arguments use the report vocabulary ("-xml", "-detailLevel"
 // <level>, data-type names such as "SPHardwareDataType"); the runner translates them for
-// the tool (see ReportToolAdapter).
-std::optional<QByteArray> systemProfilerGetDataWithArguments(const QStringList &arguments);
-std::optional<QByteArray> systemProfileOfDataTypes(const QStringList &dataTypes, bool xmlFormat);
-QString stringWithSystemProfileOfDataTypes(const QStringList &dataTypes);
-std::optional<PropertyValue::Array> arrayWithSystemProfileOfDataTypes(const QStringList &dataTypes);
-std::optional<PropertyValue::Array> arrayWithSystemProfileOfLevel(const QString &level);
-bool saveSystemProfileOfLevel(const QString &level, const QString &path);
-QString systemProfileValueForKey(const QString &key);
-QString systemProfileValueForKey(const QString &key, const QString &defaultValue);
+// the tool.
+QV_SYSTEMINFORMATION_EXPORT std::optional<QByteArray>
+systemProfilerGetDataWithArguments(const QStringList &arguments);
+QV_SYSTEMINFORMATION_EXPORT std::optional<QByteArray>
+systemProfileOfDataTypes(const QStringList &dataTypes, bool xmlFormat);
+QV_SYSTEMINFORMATION_EXPORT QString
+stringWithSystemProfileOfDataTypes(const QStringList &dataTypes);
+QV_SYSTEMINFORMATION_EXPORT std::optional<PropertyValue::Array>
+arrayWithSystemProfileOfDataTypes(const QStringList &dataTypes);
+QV_SYSTEMINFORMATION_EXPORT std::optional<PropertyValue::Array>
+arrayWithSystemProfileOfLevel(const QString &level);
+QV_SYSTEMINFORMATION_EXPORT bool saveSystemProfileOfLevel(const QString &level,
+                                                          const QString &path);
+QV_SYSTEMINFORMATION_EXPORT QString systemProfileValueForKey(const QString &key);
+QV_SYSTEMINFORMATION_EXPORT QString systemProfileValueForKey(const QString &key,
+                                                             const QString &defaultValue);
 
 // System version
-QString operatingSystemString();
-QString humanReadableSystemVersionString();
-QString systemVersionString();
-bool isSnowLeopardOrGreater();
-bool isLionOrGreater();
-bool isMountainLionOrGreater();
-bool isMavericksOrGreater();
+QV_SYSTEMINFORMATION_EXPORT QString operatingSystemString();
+QV_SYSTEMINFORMATION_EXPORT QString humanReadableSystemVersionString();
+QV_SYSTEMINFORMATION_EXPORT QString systemVersionString();
+QV_SYSTEMINFORMATION_EXPORT bool isSnowLeopardOrGreater();
+QV_SYSTEMINFORMATION_EXPORT bool isLionOrGreater();
+QV_SYSTEMINFORMATION_EXPORT bool isMountainLionOrGreater();
+QV_SYSTEMINFORMATION_EXPORT bool isMavericksOrGreater();
 
 // Installed software
-QSet<QString> allApplicationsPathsWithLaunchServices();
-QSet<QString> allApplicationsPathsWithSystemProfiler();
-QSet<QString> allPreferencePanesPaths();
-QSet<QString> allApplicationsPaths();
-QString defaultWebBrowser();
-
-// Where the queries look. Only tests change these, to give the queries a fake machine;
-// the program itself never calls them. Not thread-safe: set before querying.
-namespace Seam {
-// Prefix put before every system path read (/sys, /proc, /etc, /usr/share, /Applications,
-// /Library, ...). Empty (the default) means the real root. The user's own folders still come
-// from $HOME and the XDG_* variables, which a test sets itself.
-void setRoot(const QString &root);
-QString root();
-// The report tool's program; default "/usr/bin/lshw".
-void setReportToolPath(const QString &path);
-QString reportToolPath();
-// Forget every cached answer, so a test can ask a different fake machine.
-void resetCaches();
-// Real machine again, caches cleared.
-void reset();
-} // namespace Seam
+QV_SYSTEMINFORMATION_EXPORT QSet<QString> allApplicationsPathsWithLaunchServices();
+QV_SYSTEMINFORMATION_EXPORT QSet<QString> allApplicationsPathsWithSystemProfiler();
+QV_SYSTEMINFORMATION_EXPORT QSet<QString> allPreferencePanesPaths();
+QV_SYSTEMINFORMATION_EXPORT QSet<QString> allApplicationsPaths();
+QV_SYSTEMINFORMATION_EXPORT QString defaultWebBrowser();
 
 } // namespace VXSystemInformation

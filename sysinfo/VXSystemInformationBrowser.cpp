@@ -13,7 +13,7 @@ namespace VXSystemInformation {
 QString defaultWebBrowser()
 {
     const QString entry =
-        DesktopEntries::defaultApplicationFile(QStringLiteral("x-scheme-handler/http"));
+        Quorvelle::DesktopEntries::defaultApplicationFile(QStringLiteral("x-scheme-handler/http"));
     if (entry.isNull()) {
         VXLog(
             QStringLiteral("Error while trying to get default Web browser: %1").arg(long(ENOENT)));

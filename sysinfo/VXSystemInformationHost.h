@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VXSystemInformationSeam.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>

@@ -66,7 +66,7 @@ void scanPreferencePanes(const QString &base, const QString &relative, QSet<QStr
 QSet<QString> allApplicationsPathsWithLaunchServices()
 {
     // The desktop's application database: one desktop entry per installed application.
-    const QStringList files = DesktopEntries::applicationFiles();
+    const QStringList files = Quorvelle::DesktopEntries::applicationFiles();
     return QSet<QString>(files.cbegin(), files.cend());
 }
 

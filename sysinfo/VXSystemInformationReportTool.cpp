@@ -17,7 +17,7 @@ std::optional<PropertyValue::Array> parseReportArray(const std::optional<QByteAr
 {
     if (!data || data->isEmpty())
         return std::nullopt;
-    const std::optional<PropertyValue> parsed = PropertyListXml::read(*data);
+    const std::optional<PropertyValue> parsed = Quorvelle::PropertyListXml::read(*data);
     if (!parsed || !parsed->isArray())
         return std::nullopt;
     return parsed->toArray();
@@ -30,7 +30,7 @@ std::optional<QByteArray> systemProfilerGetDataWithArguments(const QStringList &
     QProcess task;
     task.setProgram(Seam::reportToolPath());
     if (!arguments.isEmpty())
-        task.setArguments(ReportToolAdapter::toolArguments(arguments));
+        task.setArguments(Quorvelle::ReportToolAdapter::toolArguments(arguments));
     // Only standard output is ours; the tool's diagnostics go where ours go.
     task.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     task.setInputChannelMode(QProcess::ForwardedInputChannel);
@@ -63,8 +63,8 @@ std::optional<QByteArray> systemProfileOfDataTypes(const QStringList &dataTypes,
     const std::optional<QByteArray> output = systemProfilerGetDataWithArguments(arguments);
     if (!output)
         return output;
-    return xmlFormat ? ReportToolAdapter::toPropertyList(*output, dataTypes)
-                     : ReportToolAdapter::relabelText(*output);
+    return xmlFormat ? Quorvelle::ReportToolAdapter::toPropertyList(*output, dataTypes)
+                     : Quorvelle::ReportToolAdapter::relabelText(*output);
 }
 
 QString stringWithSystemProfileOfDataTypes(const QStringList &dataTypes)

@@ -13,7 +13,11 @@
 #include <QTranslator>
 #include <QUrlQuery>
 
+#include <algorithm>
 #include <cmath>
+
+using Quorvelle::Button;
+using Quorvelle::ButtonCell;
 
 namespace {
 
@@ -63,15 +67,23 @@ Button *radioFor(QWidget *window, quint64 reason)
     return nullptr;
 }
 
-// WCAG 2 contrast ratio of a colour against white.
+// WCAG 2 contrast ratio of two colours.
+double contrast(const QColor &a, const QColor &b)
+{
+    const auto luminance = [](const QColor &c) {
+        const auto linear = [](double v) {
+            return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) +
+               0.0722 * linear(c.blueF());
+    };
+    const auto [dark, light] = std::minmax(luminance(a), luminance(b));
+    return (light + 0.05) / (dark + 0.05);
+}
+
 double contrastOnWhite(const QColor &c)
 {
-    const auto linear = [](double v) {
-        return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-    };
-    const double l =
-        0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
-    return 1.05 / (l + 0.05);
+    return contrast(c, Qt::white);
 }
 
 class UrlCatcher : public QObject
@@ -251,6 +263,39 @@ private Q_SLOTS:
                                 .arg(probe.x())
                                 .arg(probe.y())
                                 .arg(contrast)));
+    }
+
+    // A push button reached by the keyboard changes by at least 3:1 somewhere along its
+    // edge (WCAG's rule for focus indicators), on the blue Uninstall button and on the
+    // white offer button alike. Probes: the second and third pixel column from the left edge,
+    // at half height, focused against unfocused.
+    void pushButtonFocusRing_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("uninstall") << QStringLiteral("uninstallButton");
+        QTest::newRow("offer") << QStringLiteral("offerButton");
+    }
+    void pushButtonFocusRing()
+    {
+        QFETCH(QString, name);
+        auto loaded = load();
+        QWidget *window = loaded.window.get();
+        loaded.controller->setUninstallingReason(1);
+        window->show();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        auto *button = window->findChild<Button *>(name);
+        QVERIFY(button && button->isEnabled());
+        const QList<QPoint> probes = {button->mapTo(window, QPoint(1, button->height() / 2)),
+                                      button->mapTo(window, QPoint(2, button->height() / 2))};
+        const QImage before = window->grab().toImage();
+        button->setFocus(Qt::TabFocusReason);
+        QVERIFY(button->hasFocus());
+        const QImage after = window->grab().toImage();
+        double best = 1.0;
+        for (const QPoint &p : probes)
+            best = std::max(best, contrast(before.pixelColor(p), after.pixelColor(p)));
+        QVERIFY2(best >= 3.0, qPrintable(QStringLiteral("best change %1:1").arg(best)));
     }
 
     // Arrow keys in the reasons choose the reason they move to, as in any radio group, so

@@ -13,6 +13,8 @@
 #include <stdexcept>
 #include <thread>
 
+using Quorvelle::Bundle;
+
 using namespace Qt::StringLiterals;
 
 // A class that lives in this test program's image.

@@ -9,6 +9,9 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using Quorvelle::PropertyArray;
+using Quorvelle::PropertyDictionary;
+
 // The dictionary is checked against a model made of Qt's own containers: a QMap for what
 // each key holds and a list for the order in which keys were first inserted.
 namespace {

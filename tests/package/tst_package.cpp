@@ -1,8 +1,10 @@
-// The Debian package as shipped, unpacked with dpkg-deb -x: exactly the files the program
-// needs, all under /usr, the policy naming the helper where the package puts it, a hidden
-// desktop entry with its icon and AppStream metadata, the copyright file and changelog,
-// dependencies computed from the binaries, no path of the machine that built it inside any
-// file, and nothing that lintian or appstreamcli find wrong.
+// The Debian packages as shipped, unpacked with dpkg-deb -x: the kit's runtime package, its
+// development package and the uninstaller, each with exactly its files, all under /usr; the
+// policy naming the helper where the package puts it, a hidden desktop entry with its icon
+// and AppStream metadata, every package's copyright file and changelog, dependencies
+// computed from the binaries (the uninstaller's on the kit through the kit's shlibs file),
+// no path of the machine that built them inside any file, and nothing that lintian or
+// appstreamcli find wrong.
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -26,6 +28,10 @@ const QString kHelper = QStringLiteral("/usr/libexec/quorvelle/quorvelle-privile
 const QString kDesktopId = QStringLiteral(QV_EXPECTED_DESKTOP_ID);
 const QString kDoc = QStringLiteral("/usr/share/doc/quorvelle-uninstaller/");
 const QString kOverrides = QStringLiteral("/usr/share/lintian/overrides/quorvelle-uninstaller");
+const QString kUninstaller = QStringLiteral("quorvelle-uninstaller");
+const QString kKit = QStringLiteral("libquorvelle-kit2");
+const QString kKitDev = QStringLiteral("libquorvelle-kit-dev");
+const QString kVersion = QStringLiteral(QV_EXPECTED_VERSION);
 const QString kMetainfo =
     QStringLiteral("/usr/share/metainfo/") + kDesktopId + QStringLiteral(".metainfo.xml");
 
@@ -49,10 +55,19 @@ QStringList debs()
     return paths;
 }
 
-QString deb()
+// The package file of one package; empty when the build made none or several.
+QString deb(const QString &package = kUninstaller)
 {
-    const QStringList all = debs();
+    const QStringList all =
+        debs().filter(QRegularExpression(QStringLiteral("/") + QRegularExpression::escape(package) +
+                                         QStringLiteral("_[^/]*\\.deb$")));
     return all.size() == 1 ? all.first() : QString();
+}
+
+// One package unpacked on its own.
+QString unpacked(const QString &package)
+{
+    return packageDir() + QStringLiteral("/unpacked/") + package;
 }
 
 struct Outcome
@@ -83,20 +98,49 @@ std::optional<QString> run(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(outcome.output).trimmed();
 }
 
-QString controlField(const char *field)
+QString controlField(const char *field, const QString &package = kUninstaller)
 {
-    return run(QStringLiteral("dpkg-deb"), {QStringLiteral("-f"), deb(), QLatin1String(field)})
+    return run(QStringLiteral("dpkg-deb"),
+               {QStringLiteral("-f"), deb(package), QLatin1String(field)})
         .value_or(QStringLiteral("(none)"));
 }
 
-QStringList packagedFiles()
+// Files and links (dangling ones too: the development package's links point into the
+// runtime package) under a folder, as absolute paths of the installed system.
+QStringList packagedFiles(const QString &folder = root())
 {
     QStringList files;
-    QDirIterator it(root(), QDir::Files | QDir::System | QDir::Hidden,
+    QDirIterator it(folder, QDir::Files | QDir::System | QDir::Hidden,
                     QDirIterator::Subdirectories);
     while (it.hasNext())
-        files.append(it.next().mid(root().size()));
+        files.append(it.next().mid(folder.size()));
     files.sort();
+    return files;
+}
+
+// The folder of the architecture's libraries, as Debian names it.
+QString libraryFolder()
+{
+    return QStringLiteral("/usr/lib/") +
+           run(QStringLiteral("dpkg-architecture"), {QStringLiteral("-qDEB_HOST_MULTIARCH")})
+               .value_or(QStringLiteral("(unknown)")) +
+           u'/';
+}
+
+QStringList documents(const QString &package)
+{
+    const QString doc = QStringLiteral("/usr/share/doc/") + package + u'/';
+    return {doc + QStringLiteral("copyright"), doc + QStringLiteral("changelog.gz")};
+}
+
+// The translations compiled from resources/translations/<group>_<lang>.ts.
+QStringList translations(const QString &folder, const QString &group)
+{
+    QStringList files;
+    const QDir sources(qEnvironmentVariable("QV_SOURCE_DIR") +
+                       QStringLiteral("/resources/translations"));
+    for (const QFileInfo &ts : sources.entryInfoList({group + QStringLiteral("_*.ts")}))
+        files.append(folder + ts.completeBaseName() + QStringLiteral(".qm"));
     return files;
 }
 
@@ -109,45 +153,110 @@ class tst_Package : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY2(!deb().isEmpty(), "no package: the package_build test makes it");
+        QVERIFY2(!debs().isEmpty(), "no packages: the package_build test makes them");
+        QStringList names;
+        for (const QString &file : debs())
+            names.append(QFileInfo(file).fileName().section(u'_', 0, 0));
+        QCOMPARE(names, (QStringList{kKitDev, kKit, kUninstaller}));
         QVERIFY(QFileInfo(root()).isDir());
         // Built in the calling build folder, not in the source tree's build/.
         QVERIFY(QFile::exists(packageDir() + QStringLiteral("/build/CMakeCache.txt")));
     }
 
+    void fileList_data()
+    {
+        QTest::addColumn<QString>("package");
+        QTest::addColumn<QStringList>("expected");
+
+        const QString lib = libraryFolder();
+        const QStringList libraries = {QStringLiteral("libQuorvelleFoundation"),
+                                       QStringLiteral("libQuorvelleSystemInformation"),
+                                       QStringLiteral("libQuorvelleWidgets")};
+        QStringList kit = documents(kKit);
+        kit << QStringLiteral("/usr/share/lintian/overrides/") + kKit
+            << QStringLiteral("/usr/share/quorvelle-kit/Info.ini");
+        kit += translations(QStringLiteral("/usr/share/quorvelle-kit/translations/"),
+                            QStringLiteral("strings"));
+        for (const QString &library : libraries)
+            kit << lib + library + QStringLiteral(".so.2")
+                << lib + library + QStringLiteral(".so.") + kVersion;
+        kit.sort();
+        QTest::newRow("runtime") << kKit << kit;
+
+        // The headers the build tree's include folder offers, nothing more or less.
+        QStringList dev = documents(kKitDev);
+        const QString include = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/include");
+        QDirIterator headers(include + QStringLiteral("/Quorvelle"), {QStringLiteral("*.h")},
+                             QDir::Files, QDirIterator::Subdirectories);
+        while (headers.hasNext())
+            dev << QStringLiteral("/usr/include") + headers.next().mid(include.size());
+        const QString cmake = lib + QStringLiteral("cmake/QuorvelleKit/");
+        dev << cmake + QStringLiteral("QuorvelleKitConfig.cmake")
+            << cmake + QStringLiteral("QuorvelleKitConfigVersion.cmake")
+            << cmake + QStringLiteral("QuorvelleWidgetsLoad.cpp");
+        for (const QString &module :
+             {QStringLiteral("Foundation"), QStringLiteral("SystemInformation"),
+              QStringLiteral("Widgets")}) {
+            dev << cmake + QStringLiteral("QuorvelleKit") + module + QStringLiteral("Targets.cmake")
+                << cmake + QStringLiteral("QuorvelleKit") + module +
+                       QStringLiteral("Targets-release.cmake")
+                << lib + QStringLiteral("pkgconfig/Quorvelle") + module + QStringLiteral(".pc");
+        }
+        for (const QString &library : libraries)
+            dev << lib + library + QStringLiteral(".so");
+        dev.sort();
+        QTest::newRow("development") << kKitDev << dev;
+
+        const QString data = QStringLiteral("/usr/share/quorvelle-uninstaller/");
+        QStringList program = documents(kUninstaller);
+        program << kProgram << kHelper
+                << QStringLiteral("/usr/share/applications/") + kDesktopId +
+                       QStringLiteral(".desktop")
+                << QStringLiteral("/usr/share/icons/hicolor/scalable/apps/") + kDesktopId +
+                       QStringLiteral(".svg")
+                << kMetainfo
+                << QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy")
+                << data + QStringLiteral("SurveyWindow.ui") << data + QStringLiteral("Info.ini")
+                << QStringLiteral("/usr/share/man/man1/quorvelle-uninstaller.1.gz") << kOverrides;
+        for (const QString &group :
+             {QStringLiteral("window"), QStringLiteral("strings"), QStringLiteral("removal")})
+            program += translations(data + QStringLiteral("translations/"), group);
+        program.sort();
+        QTest::newRow("uninstaller") << kUninstaller << program;
+    }
     void fileList()
     {
+        QFETCH(QString, package);
+        QFETCH(QStringList, expected);
         // Only /usr at the top: nothing in /etc, /opt or /usr/local.
-        QCOMPARE(QDir(root()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+        QCOMPARE(QDir(unpacked(package))
+                     .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
                  QStringList{QStringLiteral("usr")});
-        const QString data = QStringLiteral("/usr/share/quorvelle-uninstaller/");
-        QStringList expected = {
-            kProgram,
-            kHelper,
-            QStringLiteral("/usr/share/applications/") + kDesktopId + QStringLiteral(".desktop"),
-            QStringLiteral("/usr/share/icons/hicolor/scalable/apps/") + kDesktopId +
-                QStringLiteral(".svg"),
-            kMetainfo,
-            QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy"),
-            data + QStringLiteral("SurveyWindow.ui"),
-            QStringLiteral("/usr/share/man/man1/quorvelle-uninstaller.1.gz"),
-            kDoc + QStringLiteral("copyright"),
-            kDoc + QStringLiteral("changelog.gz"),
-            kOverrides,
-        };
-        const QDir sources(qEnvironmentVariable("QV_SOURCE_DIR") +
-                           QStringLiteral("/resources/translations"));
-        for (const QFileInfo &ts : sources.entryInfoList({QStringLiteral("*.ts")}))
-            expected.append(data + QStringLiteral("translations/") + ts.completeBaseName() +
-                            QStringLiteral(".qm"));
-        expected.sort();
-        QStringList files = packagedFiles();
+        QStringList files = packagedFiles(unpacked(package));
         // The bundle's images, whatever the window needs, belong too.
-        files.removeIf(
-            [&](const QString &f) { return f.startsWith(data + QStringLiteral("images/")); });
+        files.removeIf([&](const QString &f) {
+            return f.startsWith(QStringLiteral("/usr/share/quorvelle-uninstaller/images/"));
+        });
         QCOMPARE(files, expected);
-        for (const QString &program : {kProgram, kHelper})
-            QVERIFY2(QFileInfo(root() + program).isExecutable(), qPrintable(program));
+        if (package == kUninstaller) {
+            for (const QString &program : {kProgram, kHelper})
+                QVERIFY2(QFileInfo(root() + program).isExecutable(), qPrintable(program));
+        }
+    }
+
+    // The links of a shared library: the loader's name in the runtime package, the linker's
+    // in the development package, both ending at the one file.
+    void libraryLinks()
+    {
+        const QString lib = root() + libraryFolder();
+        for (const char *library : {"Foundation", "SystemInformation", "Widgets"}) {
+            const QString base = lib + QStringLiteral("libQuorvelle") + QLatin1String(library);
+            QCOMPARE(QFileInfo(base + QStringLiteral(".so")).symLinkTarget(),
+                     QFileInfo(base + QStringLiteral(".so.2")).absoluteFilePath());
+            QCOMPARE(QFileInfo(base + QStringLiteral(".so.2")).canonicalFilePath(),
+                     base + QStringLiteral(".so.") + kVersion);
+            QVERIFY(QFileInfo(base + QStringLiteral(".so.") + kVersion).isFile());
+        }
     }
 
     // pkexec picks the action by the program's absolute path.
@@ -210,12 +319,41 @@ private Q_SLOTS:
 
     void control()
     {
+        // The kit: shlibs for its dependents, ldconfig by trigger.
+        QCOMPARE(controlField("Section", kKit), QStringLiteral("libs"));
+        const QString kitDepends = controlField("Depends", kKit);
+        for (const char *package : {"libqt6widgets6", "libssl3", "libglib2.0-0", "libfontconfig1"})
+            QVERIFY2(kitDepends.contains(QLatin1String(package)), qPrintable(kitDepends));
+        QVERIFY2(!kitDepends.contains(kKit), qPrintable(kitDepends));
+        QTemporaryDir control;
+        QCOMPARE(
+            execute(QStringLiteral("dpkg-deb"), {QStringLiteral("-e"), deb(kKit), control.path()})
+                .exitCode,
+            0);
+        QFile shlibs(control.filePath(QStringLiteral("shlibs")));
+        QVERIFY(shlibs.open(QIODevice::ReadOnly | QIODevice::Text));
+        QStringList lines = QString::fromUtf8(shlibs.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        lines.sort();
+        const QString floor = kKit + QStringLiteral(" (>= ") + kVersion + u')';
+        QCOMPARE(lines, (QStringList{QStringLiteral("libQuorvelleFoundation 2 ") + floor,
+                                     QStringLiteral("libQuorvelleSystemInformation 2 ") + floor,
+                                     QStringLiteral("libQuorvelleWidgets 2 ") + floor}));
+        QVERIFY(!QFile::exists(control.filePath(QStringLiteral("postinst"))));
+        QFile triggers(control.filePath(QStringLiteral("triggers")));
+        QVERIFY(triggers.open(QIODevice::ReadOnly | QIODevice::Text));
+        QVERIFY(triggers.readAll().contains("activate-noawait ldconfig\n"));
+        // The development files: exactly this runtime and Qt's development files.
+        QCOMPARE(controlField("Section", kKitDev), QStringLiteral("libdevel"));
+        QCOMPARE(controlField("Depends", kKitDev),
+                 kKit + QStringLiteral(" (= ") + kVersion + QStringLiteral("), qt6-base-dev"));
+
         // Computed from the binaries, plus what the program starts by name. Qt's own
         // translations and the SVG plug-ins (the window's own icon) are only recommended:
         // the program works without them.
         const QString depends = controlField("Depends");
         for (const char *package : {"libqt6widgets6", "libqt6network6", "libc6", "pkexec"})
             QVERIFY2(depends.contains(QLatin1String(package)), qPrintable(depends));
+        QVERIFY2(depends.split(QStringLiteral(", ")).contains(floor), qPrintable(depends));
         QVERIFY2(!depends.contains(QLatin1String("qt6-translations-l10n")), qPrintable(depends));
         const QStringList recommends =
             controlField("Recommends").split(QStringLiteral(", "), Qt::SkipEmptyParts);
@@ -232,14 +370,17 @@ private Q_SLOTS:
     // long description lines, ...). The package's overrides each carry their reason.
     void lintian()
     {
-        QFile overrides(root() + kOverrides);
-        QVERIFY(overrides.open(QIODevice::ReadOnly | QIODevice::Text));
-        bool reasoned = false;
-        for (const QByteArray &line : overrides.readAll().split('\n')) {
-            if (line.startsWith('#'))
-                reasoned = true;
-            else if (!line.trimmed().isEmpty())
-                QVERIFY2(std::exchange(reasoned, false), line.constData());
+        const QDir overridesFolder(root() + QStringLiteral("/usr/share/lintian/overrides"));
+        for (const QFileInfo &file : overridesFolder.entryInfoList(QDir::Files)) {
+            QFile overrides(file.filePath());
+            QVERIFY(overrides.open(QIODevice::ReadOnly | QIODevice::Text));
+            bool reasoned = false;
+            for (const QByteArray &line : overrides.readAll().split('\n')) {
+                if (line.startsWith('#'))
+                    reasoned = true;
+                else if (!line.trimmed().isEmpty())
+                    QVERIFY2(std::exchange(reasoned, false), line.constData());
+            }
         }
         if (QStandardPaths::findExecutable(QStringLiteral("lintian")).isEmpty())
             QSKIP("lintian is missing (scripts/setup installs it)");
@@ -350,6 +491,9 @@ private Q_SLOTS:
                               QStringLiteral("/opt/package")};
         if (hidden)
             arguments << QStringLiteral("--tmpfs") << translations;
+        // The kit's libraries where the installed system has them on the loader's path.
+        arguments << QStringLiteral("--setenv") << QStringLiteral("LD_LIBRARY_PATH")
+                  << QStringLiteral("/opt/package") + libraryFolder();
         arguments << QStringLiteral("--setenv") << QStringLiteral("LANG")
                   << QStringLiteral("de_DE.UTF-8") << QStringLiteral("--setenv")
                   << QStringLiteral("LANGUAGE") << QStringLiteral("de") << QStringLiteral("--")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VXSystemInformation.h"
+#include "VXSystemInformationSeam.h"
 
 #include <QDir>
 #include <QFile>

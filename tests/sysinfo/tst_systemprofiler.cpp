@@ -174,7 +174,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, xml);
         QFETCH(PropertyValue, value);
-        const std::optional<PropertyValue> read = PropertyListXml::read(xml);
+        const std::optional<PropertyValue> read = Quorvelle::PropertyListXml::read(xml);
         QCOMPARE(read.has_value(), !value.isNull());
         if (read)
             QCOMPARE(*read, value);

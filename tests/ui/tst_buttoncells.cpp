@@ -14,6 +14,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using Quorvelle::Button;
+using Quorvelle::ButtonCell;
+using Quorvelle::Matrix;
+
+using Quorvelle::Bundle;
+
 using CellRendering::near;
 using CellRendering::pixel;
 

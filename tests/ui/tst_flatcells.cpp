@@ -16,6 +16,11 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+using Quorvelle::Button;
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+using Quorvelle::Matrix;
+
 using CellRendering::near;
 using CellRendering::pixel;
 using namespace QuorvelleColor;

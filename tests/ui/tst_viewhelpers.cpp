@@ -17,6 +17,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+using Quorvelle::Bundle;
+
 using namespace Qt::StringLiterals;
 using namespace QuorvelleExtension;
 

@@ -8,9 +8,10 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
-#include <QStyleOptionFocusRect>
 
 #include <cmath>
+
+namespace Quorvelle {
 
 namespace {
 
@@ -35,7 +36,16 @@ QString withoutMnemonic(const QString &text, qsizetype *mnemonicAt = nullptr)
 
 } // namespace
 
-Button::Button(QWidget *parent) : QAbstractButton(parent)
+struct Button::Private
+{
+    std::unique_ptr<ButtonCell> _cell;
+    QString _cellClass;
+    QString _syncedText;
+    // Focus that a click gave shows no ring until the keyboard is used.
+    bool _focusByMouse = false;
+};
+
+Button::Button(QWidget *parent) : QAbstractButton(parent), d(std::make_unique<Private>())
 {
     setCell(std::make_unique<ButtonCell>());
 }
@@ -46,28 +56,28 @@ void Button::setCell(std::unique_ptr<ButtonCell> cell)
 {
     if (!cell)
         return;
-    _cell = std::move(cell);
-    _cell->setControlView(this);
-    _syncedText = QString();
-    setButtonType(_cell->buttonType());
+    d->_cell = std::move(cell);
+    d->_cell->setControlView(this);
+    d->_syncedText = QString();
+    setButtonType(d->_cell->buttonType());
     if (isCheckable())
-        QAbstractButton::setChecked(_cell->state() != ButtonCell::OffState);
+        QAbstractButton::setChecked(d->_cell->state() != ButtonCell::OffState);
     updateGeometry();
     update();
 }
 
 void Button::setState(int state)
 {
-    _cell->setState(state);
+    d->_cell->setState(state);
     const QSignalBlocker blocker(this);
-    QAbstractButton::setChecked(_cell->state() != ButtonCell::OffState);
+    QAbstractButton::setChecked(d->_cell->state() != ButtonCell::OffState);
     updateCell();
 }
 
 void Button::setButtonType(int type)
 {
-    if (type != _cell->buttonType())
-        _cell->setButtonType(type);
+    if (type != d->_cell->buttonType())
+        d->_cell->setButtonType(type);
     const bool checkable = type != ButtonCell::MomentaryLightButton &&
                            type != ButtonCell::MomentaryChangeButton &&
                            type != ButtonCell::MomentaryPushInButton;
@@ -78,53 +88,53 @@ void Button::setButtonType(int type)
 
 void Button::setControlSize(int size)
 {
-    _cell->setControlSize(size);
+    d->_cell->setControlSize(size);
     updateGeometry();
 }
 
 void Button::setBordered(bool bordered)
 {
-    _cell->setBordered(bordered);
+    d->_cell->setBordered(bordered);
     update();
 }
 
 void Button::setCellClass(const QString &className)
 {
     ButtonCellCoding coding;
-    coding.buttonType = _cell->buttonType();
-    coding.controlSize = _cell->controlSize();
-    coding.bordered = _cell->isBordered();
+    coding.buttonType = d->_cell->buttonType();
+    coding.controlSize = d->_cell->controlSize();
+    coding.bordered = d->_cell->isBordered();
     coding.enabled = isEnabled();
-    coding.state = _cell->state();
+    coding.state = d->_cell->state();
     coding.title = withoutMnemonic(text());
     if (auto cell = ButtonCell::cellWithClassName(className, coding)) {
-        _cellClass = className;
+        d->_cellClass = className;
         setCell(std::move(cell));
     }
 }
 
 void Button::syncCell() const
 {
-    if (_syncedText != text() || (_syncedText.isEmpty() && _cell->title().size())) {
-        _syncedText = text();
+    if (d->_syncedText != text() || (d->_syncedText.isEmpty() && d->_cell->title().size())) {
+        d->_syncedText = text();
         qsizetype mnemonicAt = -1;
-        _cell->setTitle(withoutMnemonic(_syncedText, &mnemonicAt));
+        d->_cell->setTitle(withoutMnemonic(d->_syncedText, &mnemonicAt));
         // The mnemonic is underlined where the style shows mnemonics, as on Qt's buttons.
         if (mnemonicAt >= 0 && style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this)) {
-            VXAttributedString title = _cell->attributedTitle();
+            VXAttributedString title = d->_cell->attributedTitle();
             title.addAttribute(VXUnderlineStyleAttributeName, QVariant::fromValue(qint64(1)),
                                VXRange{quint64(mnemonicAt), 1});
-            _cell->setAttributedTitle(title);
+            d->_cell->setAttributedTitle(title);
         }
     }
-    _cell->setEnabled(isEnabled());
-    _cell->setHighlighted(isDown());
+    d->_cell->setEnabled(isEnabled());
+    d->_cell->setHighlighted(isDown());
 }
 
 QSize Button::sizeHint() const
 {
     syncCell();
-    const QSizeF size = _cell->cellSizeForBounds(QRectF(0, 0, 10000, 10000));
+    const QSizeF size = d->_cell->cellSizeForBounds(QRectF(0, 0, 10000, 10000));
     return {int(std::ceil(size.width())), int(std::ceil(size.height()))};
 }
 
@@ -145,17 +155,26 @@ void Button::paintEvent(QPaintEvent *)
         painter.translate(0, height());
         painter.scale(1.0, -1.0);
     }
-    _cell->drawWithFrame(painter, QRectF(rect()), this);
+    d->_cell->drawWithFrame(painter, QRectF(rect()), this);
     painter.restore();
-    if (!hasFocus())
+    // Focus that a click gave shows no ring until the keyboard is used.
+    if (!hasFocus() || d->_focusByMouse)
         return;
-    const QPainterPath ring = _cell->focusRingMaskForFrame(QRectF(rect()));
+    const QPainterPath ring = d->_cell->focusRingMaskForFrame(QRectF(rect()));
     if (ring.isEmpty()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        option.rect = rect().adjusted(1, 1, -1, -1);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-    } else if (!_focusByMouse) {
+        // A push cell: the style's focus frame is too faint on the flat looks (1.4:1 in
+        // Fusion), so a ring follows the bezel's rounded edge instead: two points of the
+        // kit's blue, which stands out from a white or grey bezel, and two of white
+        // inside it, which stands out from a blue one. Either way the focused button
+        // differs from the unfocused one by at least 4.5:1 somewhere along its edge.
+        const QColor blue = VXColorConvertion::newCGColor(QuorvelleColor::quorvelleBlueColor());
+        const QRectF edge = QRectF(rect());
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(blue, 2.0));
+        painter.drawRoundedRect(edge.adjusted(1.0, 1.0, -1.0, -1.0), 3.0, 3.0);
+        painter.setPen(QPen(Qt::white, 2.0));
+        painter.drawRoundedRect(edge.adjusted(3.0, 3.0, -3.0, -3.0), 1.0, 1.0);
+    } else {
         // Two points of the kit's blue over the mark's edge: the grey edge of an unchosen
         // mark is too faint to tell focus by (1.6:1 on white), the blue is 4.5:1.
         painter.setPen(
@@ -168,7 +187,7 @@ void Button::paintEvent(QPaintEvent *)
 void Button::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::EnabledChange)
-        _cell->setEnabled(isEnabled());
+        d->_cell->setEnabled(isEnabled());
     else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         updateGeometry();
     QAbstractButton::changeEvent(event);
@@ -176,8 +195,8 @@ void Button::changeEvent(QEvent *event)
 
 void Button::keyPressEvent(QKeyEvent *event)
 {
-    if (_focusByMouse) {
-        _focusByMouse = false;
+    if (d->_focusByMouse) {
+        d->_focusByMouse = false;
         update();
     }
     // Return and Enter press a focused button, as Space does.
@@ -202,22 +221,22 @@ void Button::keyPressEvent(QKeyEvent *event)
 
 void Button::focusInEvent(QFocusEvent *event)
 {
-    _focusByMouse = event->reason() == Qt::MouseFocusReason;
+    d->_focusByMouse = event->reason() == Qt::MouseFocusReason;
     QAbstractButton::focusInEvent(event);
 }
 
 void Button::checkStateSet()
 {
     const int state = isChecked() ? ButtonCell::OnState : ButtonCell::OffState;
-    if ((_cell->state() != ButtonCell::OffState) != isChecked())
-        _cell->setState(state);
+    if ((d->_cell->state() != ButtonCell::OffState) != isChecked())
+        d->_cell->setState(state);
     updateCell();
 }
 
 void Button::nextCheckState()
 {
     QAbstractButton::nextCheckState();
-    _cell->setState(isChecked() ? ButtonCell::OnState : ButtonCell::OffState);
+    d->_cell->setState(isChecked() ? ButtonCell::OnState : ButtonCell::OffState);
     updateCell();
 }
 
@@ -232,3 +251,35 @@ void Button::updateCell()
     }
     update();
 }
+
+ButtonCell *Button::cell() const
+{
+    return d->_cell.get();
+}
+
+int Button::state() const
+{
+    return d->_cell->state();
+}
+
+int Button::buttonType() const
+{
+    return d->_cell->buttonType();
+}
+
+int Button::controlSize() const
+{
+    return d->_cell->controlSize();
+}
+
+bool Button::isBordered() const
+{
+    return d->_cell->isBordered();
+}
+
+QString Button::cellClass() const
+{
+    return d->_cellClass;
+}
+
+} // namespace Quorvelle

@@ -1,17 +1,20 @@
 #pragma once
 
-#include "ButtonCell.h"
+#include <Quorvelle/Widgets/ButtonCell.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QAbstractButton>
 
 #include <memory>
+
+namespace Quorvelle {
 
 // A button view: owns one cell, paints it over its whole rectangle and takes its size from
 // it. Focus, Space and Return activation, mnemonics and the accessible role and name are
 // Qt's; the widget mirrors its text, checked state, press and enabledness into the cell.
 // A focused check box or radio button shows a ring on its mark (unless a click gave the
 // focus), and an arrow key in a radio group chooses the button it moves to.
-class Button : public QAbstractButton
+class QV_WIDGETS_EXPORT Button : public QAbstractButton
 {
     Q_OBJECT
     Q_PROPERTY(int buttonType READ buttonType WRITE setButtonType)
@@ -24,21 +27,21 @@ public:
     explicit Button(QWidget *parent = nullptr);
     ~Button() override;
 
-    ButtonCell *cell() const { return _cell.get(); }
+    ButtonCell *cell() const;
     void setCell(std::unique_ptr<ButtonCell> cell);
 
-    int state() const { return _cell->state(); }
+    int state() const;
     void setState(int state);
 
-    int buttonType() const { return _cell->buttonType(); }
+    int buttonType() const;
     void setButtonType(int type);
-    int controlSize() const { return _cell->controlSize(); }
+    int controlSize() const;
     void setControlSize(int size);
-    bool isBordered() const { return _cell->isBordered(); }
+    bool isBordered() const;
     void setBordered(bool bordered);
     // Replaces the cell by one of the named class, decoded from this button's settings: the
     // road a window description takes.
-    QString cellClass() const { return _cellClass; }
+    QString cellClass() const;
     void setCellClass(const QString &className);
 
     virtual bool isFlipped() const { return true; }
@@ -59,9 +62,8 @@ protected:
     void syncCell() const;
 
 private:
-    std::unique_ptr<ButtonCell> _cell;
-    QString _cellClass;
-    mutable QString _syncedText;
-    // Focus that a click gave shows no ring until the keyboard is used.
-    bool _focusByMouse = false;
+    struct Private;
+    std::unique_ptr<Private> d;
 };
+
+} // namespace Quorvelle

@@ -6,11 +6,14 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionButton>
 
 #include <algorithm>
 #include <cmath>
+
+namespace Quorvelle {
 
 namespace {
 
@@ -33,20 +36,60 @@ QStyle *styleOf(const QWidget *view)
 
 } // namespace
 
-ButtonCell::ButtonCell() : _font(VXFont::systemFontOfSize(VXFont::systemFontSize())) {}
+struct ButtonCell::Private
+{
+    QPointer<QObject> _target;
+    QByteArray _action;
+    bool _allowsMixedState = false;
+    int _state = OffState;
+    std::optional<VXImage> _image;
+    std::optional<VXImage> _alternateImage;
+    VXAttributedString _attributedTitle;
+    VXAttributedString _attributedAlternateTitle;
+    quint64 _alignment = CenterTextAlignment;
+    int _bezelStyle = 1;
+    int _gradientType = 0;
+    quint64 _showsStateBy = NoCellMask;
+    quint64 _highlightsBy = PushInCellMask | ChangeGrayCellMask;
+    int _imagePosition = NoImage;
+    int _imageScaling = 0;
+    int _controlSize = RegularControlSize;
+    VXFont _font;
+    bool _bezeled = false;
+    bool _bordered = true;
+    int _backgroundStyle = BackgroundStyleLight;
+    bool _enabled = true;
+    bool _highlighted = false;
+    int _buttonType = MomentaryPushInButton;
+    qint64 _tag = 0;
+    QPointer<QWidget> _controlView;
+};
+
+ButtonCell::ButtonCell() : d(std::make_unique<Private>())
+{
+    d->_font = VXFont::systemFontOfSize(VXFont::systemFontSize());
+}
 
 ButtonCell::ButtonCell(const ButtonCellCoding &coding) : ButtonCell()
 {
     setButtonType(coding.buttonType);
-    _controlSize = coding.controlSize;
-    _font = VXFont::systemFontOfSize(systemFontSizeFor(coding.controlSize));
-    _bordered = coding.bordered;
-    _enabled = coding.enabled;
+    d->_controlSize = coding.controlSize;
+    d->_font = VXFont::systemFontOfSize(systemFontSizeFor(coding.controlSize));
+    d->_bordered = coding.bordered;
+    d->_enabled = coding.enabled;
     setState(coding.state);
     setTitle(coding.title);
 }
 
 ButtonCell::~ButtonCell() = default;
+
+ButtonCell::ButtonCell(const ButtonCell &other) : d(std::make_unique<Private>(*other.d)) {}
+
+ButtonCell &ButtonCell::operator=(const ButtonCell &other)
+{
+    *d = *other.d;
+    return *this;
+}
 
 std::unique_ptr<ButtonCell> ButtonCell::copy() const
 {
@@ -55,17 +98,17 @@ std::unique_ptr<ButtonCell> ButtonCell::copy() const
 
 void ButtonCell::setAllowsMixedState(bool allows)
 {
-    _allowsMixedState = allows;
-    if (!allows && _state == MixedState)
-        _state = OnState;
+    d->_allowsMixedState = allows;
+    if (!allows && d->_state == MixedState)
+        d->_state = OnState;
 }
 
 void ButtonCell::setState(int state)
 {
     if (state == MixedState)
-        _state = _allowsMixedState ? MixedState : OnState;
+        d->_state = d->_allowsMixedState ? MixedState : OnState;
     else
-        _state = state == OffState ? OffState : OnState;
+        d->_state = state == OffState ? OffState : OnState;
 }
 
 void ButtonCell::setObjectValue(const QVariant &value)
@@ -76,58 +119,58 @@ void ButtonCell::setObjectValue(const QVariant &value)
 void ButtonCell::setTitle(const QString &title)
 {
     VXAttributes attributes;
-    attributes.insert(VXFontAttributeName, QVariant::fromValue(_font));
-    _attributedTitle = VXAttributedString(title, attributes);
-    VXShortcuts::setAlignment(_attributedTitle, _alignment);
+    attributes.insert(VXFontAttributeName, QVariant::fromValue(d->_font));
+    d->_attributedTitle = VXAttributedString(title, attributes);
+    VXShortcuts::setAlignment(d->_attributedTitle, d->_alignment);
 }
 
 void ButtonCell::setAlignment(quint64 alignment)
 {
-    _alignment = alignment;
-    VXShortcuts::setAlignment(_attributedTitle, alignment);
+    d->_alignment = alignment;
+    VXShortcuts::setAlignment(d->_attributedTitle, alignment);
 }
 
 void ButtonCell::setFont(const VXFont &font)
 {
-    _font = font;
-    VXShortcuts::setAttribute(_attributedTitle, VXFontAttributeName, QVariant::fromValue(font));
+    d->_font = font;
+    VXShortcuts::setAttribute(d->_attributedTitle, VXFontAttributeName, QVariant::fromValue(font));
 }
 
 void ButtonCell::setButtonType(int type)
 {
-    _buttonType = type;
+    d->_buttonType = type;
     switch (type) {
     case MomentaryLightButton:
-        _highlightsBy = ChangeBackgroundCellMask;
-        _showsStateBy = NoCellMask;
+        d->_highlightsBy = ChangeBackgroundCellMask;
+        d->_showsStateBy = NoCellMask;
         break;
     case PushOnPushOffButton:
-        _highlightsBy = PushInCellMask | ChangeGrayCellMask;
-        _showsStateBy = ChangeBackgroundCellMask | ChangeGrayCellMask;
+        d->_highlightsBy = PushInCellMask | ChangeGrayCellMask;
+        d->_showsStateBy = ChangeBackgroundCellMask | ChangeGrayCellMask;
         break;
     case ToggleButton:
-        _highlightsBy = PushInCellMask | ContentsCellMask;
-        _showsStateBy = ContentsCellMask;
+        d->_highlightsBy = PushInCellMask | ContentsCellMask;
+        d->_showsStateBy = ContentsCellMask;
         break;
     case SwitchButton:
     case RadioButton:
-        _highlightsBy = ContentsCellMask;
-        _showsStateBy = ContentsCellMask;
-        _imagePosition = ImageLeft;
-        _alignment = NaturalTextAlignment;
-        _bordered = false;
+        d->_highlightsBy = ContentsCellMask;
+        d->_showsStateBy = ContentsCellMask;
+        d->_imagePosition = ImageLeft;
+        d->_alignment = NaturalTextAlignment;
+        d->_bordered = false;
         break;
     case MomentaryChangeButton:
-        _highlightsBy = ContentsCellMask;
-        _showsStateBy = NoCellMask;
+        d->_highlightsBy = ContentsCellMask;
+        d->_showsStateBy = NoCellMask;
         break;
     case OnOffButton:
-        _highlightsBy = ChangeBackgroundCellMask;
-        _showsStateBy = ChangeBackgroundCellMask;
+        d->_highlightsBy = ChangeBackgroundCellMask;
+        d->_showsStateBy = ChangeBackgroundCellMask;
         break;
     default:
-        _highlightsBy = PushInCellMask | ChangeGrayCellMask;
-        _showsStateBy = NoCellMask;
+        d->_highlightsBy = PushInCellMask | ChangeGrayCellMask;
+        d->_showsStateBy = NoCellMask;
         break;
     }
 }
@@ -177,13 +220,14 @@ void ButtonCell::drawBezelWithFrame(QPainter &painter, const QRectF &frame, QWid
         option.initFrom(controlView);
     option.rect = frame.toAlignedRect();
     option.state = QStyle::State_Raised;
-    if (_enabled)
+    if (d->_enabled)
         option.state |= QStyle::State_Enabled;
     else
         option.state &= ~QStyle::State_Enabled;
-    if (_highlighted)
+    if (d->_highlighted)
         option.state |= QStyle::State_Sunken;
-    if (_state == OnState && (_showsStateBy & (ChangeGrayCellMask | ChangeBackgroundCellMask)))
+    if (d->_state == OnState &&
+        (d->_showsStateBy & (ChangeGrayCellMask | ChangeBackgroundCellMask)))
         option.state |= QStyle::State_On;
     styleOf(controlView)
         ->drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter, controlView);
@@ -191,22 +235,22 @@ void ButtonCell::drawBezelWithFrame(QPainter &painter, const QRectF &frame, QWid
 
 std::optional<VXImage> ButtonCell::imageForState() const
 {
-    const bool alternate = (_state == OnState && (_showsStateBy & ContentsCellMask)) ||
-                           (_highlighted && (_highlightsBy & ContentsCellMask));
-    return alternate && _alternateImage ? _alternateImage : _image;
+    const bool alternate = (d->_state == OnState && (d->_showsStateBy & ContentsCellMask)) ||
+                           (d->_highlighted && (d->_highlightsBy & ContentsCellMask));
+    return alternate && d->_alternateImage ? d->_alternateImage : d->_image;
 }
 
 VXAttributedString ButtonCell::titleForState() const
 {
-    const bool alternate = (_state == OnState && (_showsStateBy & ContentsCellMask)) ||
-                           (_highlighted && (_highlightsBy & ContentsCellMask));
-    return alternate && _attributedAlternateTitle.length() > 0 ? _attributedAlternateTitle
-                                                               : _attributedTitle;
+    const bool alternate = (d->_state == OnState && (d->_showsStateBy & ContentsCellMask)) ||
+                           (d->_highlighted && (d->_highlightsBy & ContentsCellMask));
+    return alternate && d->_attributedAlternateTitle.length() > 0 ? d->_attributedAlternateTitle
+                                                                  : d->_attributedTitle;
 }
 
 double ButtonCell::markSide() const
 {
-    switch (_controlSize) {
+    switch (d->_controlSize) {
     case SmallControlSize:
         return 12.0;
     case MiniControlSize:
@@ -218,9 +262,9 @@ double ButtonCell::markSide() const
 
 QSizeF ButtonCell::titleSizeForWidth(double width) const
 {
-    if (_attributedTitle.length() == 0 || _imagePosition == ImageOnly)
+    if (d->_attributedTitle.length() == 0 || d->_imagePosition == ImageOnly)
         return {};
-    return _attributedTitle
+    return d->_attributedTitle
         .boundingRectWithSize(QSizeF(std::max(width, 1.0), 0.0),
                               VXStringDrawingUsesLineFragmentOrigin)
         .size();
@@ -230,9 +274,9 @@ QSizeF ButtonCell::imageSize() const
 {
     if (drawsMark())
         return {markSide(), markSide()};
-    if (!_image || _imagePosition == NoImage)
+    if (!d->_image || d->_imagePosition == NoImage)
         return {};
-    return _image->size();
+    return d->_image->size();
 }
 
 QRectF ButtonCell::imageRectForBounds(const QRectF &bounds) const
@@ -244,14 +288,14 @@ QRectF ButtonCell::imageRectForBounds(const QRectF &bounds) const
         return {bounds.x(), bounds.y() + std::floor((bounds.height() - image.height()) / 2.0),
                 image.width(), image.height()};
     const QSizeF title = titleSizeForWidth(bounds.width() - image.width() - kTitleGap);
-    const bool both = !title.isEmpty() && _imagePosition != ImageOverlaps;
+    const bool both = !title.isEmpty() && d->_imagePosition != ImageOverlaps;
     QPointF origin;
-    switch (_imagePosition) {
+    switch (d->_imagePosition) {
     case ImageLeft:
     case ImageRight: {
         const double group = image.width() + (both ? kTitleGap + title.width() : 0.0);
         const double left = bounds.x() + (bounds.width() - group) / 2.0;
-        origin = {_imagePosition == ImageLeft ? left : left + group - image.width(),
+        origin = {d->_imagePosition == ImageLeft ? left : left + group - image.width(),
                   bounds.y() + (bounds.height() - image.height()) / 2.0};
         break;
     }
@@ -260,7 +304,7 @@ QRectF ButtonCell::imageRectForBounds(const QRectF &bounds) const
         const double group = image.height() + (both ? kTitleGap + title.height() : 0.0);
         const double top = bounds.y() + (bounds.height() - group) / 2.0;
         origin = {bounds.x() + (bounds.width() - image.width()) / 2.0,
-                  _imagePosition == ImageAbove ? top : top + group - image.height()};
+                  d->_imagePosition == ImageAbove ? top : top + group - image.height()};
         break;
     }
     default:
@@ -274,9 +318,9 @@ QRectF ButtonCell::imageRectForBounds(const QRectF &bounds) const
 QRectF ButtonCell::titleRectForBounds(const QRectF &bounds) const
 {
     const QRectF image = imageRectForBounds(bounds);
-    if (image.isEmpty() || _imagePosition == ImageOverlaps)
+    if (image.isEmpty() || d->_imagePosition == ImageOverlaps)
         return bounds;
-    switch (_imagePosition) {
+    switch (d->_imagePosition) {
     case ImageLeft:
         return QRectF(QPointF(image.right() + kTitleGap, bounds.y()), bounds.bottomRight());
     case ImageRight:
@@ -295,7 +339,7 @@ QPainterPath ButtonCell::focusRingMaskForFrame(const QRectF &cellFrame) const
     QPainterPath path;
     if (drawsMark()) {
         const QRectF mark = imageRectForBounds(cellFrame);
-        if (_buttonType == RadioButton)
+        if (d->_buttonType == RadioButton)
             path.addEllipse(mark);
         else
             path.addRoundedRect(mark, 3.5, 3.5);
@@ -310,7 +354,7 @@ void ButtonCell::drawInteriorWithFrame(QPainter &painter, const QRectF &cellFram
     if (!imageRect.isEmpty())
         drawImage(painter, imageForState(), imageRect, controlView);
     const VXAttributedString title = titleForState();
-    if (title.length() > 0 && _imagePosition != ImageOnly)
+    if (title.length() > 0 && d->_imagePosition != ImageOnly)
         drawTitle(painter, title, titleRectForBounds(cellFrame), controlView);
 }
 
@@ -328,15 +372,15 @@ void ButtonCell::drawImage(QPainter &painter, const std::optional<VXImage> &imag
     if (controlView)
         option.initFrom(controlView);
     option.rect = frame.toAlignedRect();
-    option.state = _enabled ? QStyle::State_Enabled : QStyle::State_None;
-    option.state |= _state == OnState      ? QStyle::State_On
-                    : _state == MixedState ? QStyle::State_NoChange
-                                           : QStyle::State_Off;
-    if (_highlighted)
+    option.state = d->_enabled ? QStyle::State_Enabled : QStyle::State_None;
+    option.state |= d->_state == OnState      ? QStyle::State_On
+                    : d->_state == MixedState ? QStyle::State_NoChange
+                                              : QStyle::State_Off;
+    if (d->_highlighted)
         option.state |= QStyle::State_Sunken;
     styleOf(controlView)
-        ->drawPrimitive(_buttonType == RadioButton ? QStyle::PE_IndicatorRadioButton
-                                                   : QStyle::PE_IndicatorCheckBox,
+        ->drawPrimitive(d->_buttonType == RadioButton ? QStyle::PE_IndicatorRadioButton
+                                                      : QStyle::PE_IndicatorCheckBox,
                         &option, &painter, controlView);
 }
 
@@ -349,8 +393,8 @@ QRectF ButtonCell::drawTitle(QPainter &painter, const VXAttributedString &title,
     // theme says.
     if (text.length() > 0 &&
         !text.attributeAtIndex(VXForegroundColorAttributeName, 0, nullptr).isValid()) {
-        VXShortcuts::setColor(text, _enabled ? VXColor::blackColor()
-                                             : VXColor::colorWithCalibratedWhite(0.0, 0.35));
+        VXShortcuts::setColor(text, d->_enabled ? VXColor::blackColor()
+                                                : VXColor::colorWithCalibratedWhite(0.0, 0.35));
     }
     const QSizeF size = text.boundingRectWithSize(QSizeF(std::max(frame.width(), 1.0), 0.0),
                                                   VXStringDrawingUsesLineFragmentOrigin)
@@ -365,25 +409,267 @@ QSizeF ButtonCell::cellSizeForBounds(const QRectF &bounds) const
 {
     const QSizeF image = imageSize();
     const double gap = image.isEmpty() ? 0.0 : kTitleGap;
-    const bool horizontal = _imagePosition == ImageLeft || _imagePosition == ImageRight;
+    const bool horizontal = d->_imagePosition == ImageLeft || d->_imagePosition == ImageRight;
     const QSizeF title =
         titleSizeForWidth(bounds.width() - (horizontal ? image.width() + gap : 0.0) -
-                          (_bordered && !drawsMark() ? 2 * kBezelPaddingX : 0.0));
+                          (d->_bordered && !drawsMark() ? 2 * kBezelPaddingX : 0.0));
     QSizeF size;
     if (title.isEmpty())
         size = image;
-    else if (image.isEmpty() || _imagePosition == ImageOverlaps)
+    else if (image.isEmpty() || d->_imagePosition == ImageOverlaps)
         size = title.expandedTo(image);
     else if (horizontal)
         size = {image.width() + gap + title.width(), std::max(image.height(), title.height())};
     else
         size = {std::max(image.width(), title.width()), image.height() + gap + title.height()};
-    if (_bordered && !drawsMark()) {
-        const double minimumHeight = _controlSize == RegularControlSize ? 22.0
-                                     : _controlSize == SmallControlSize ? 19.0
-                                                                        : 16.0;
+    if (d->_bordered && !drawsMark()) {
+        const double minimumHeight = d->_controlSize == RegularControlSize ? 22.0
+                                     : d->_controlSize == SmallControlSize ? 19.0
+                                                                           : 16.0;
         size = {size.width() + 2 * kBezelPaddingX,
                 std::max(size.height() + 2 * kBezelPaddingY, minimumHeight)};
     }
     return {std::ceil(size.width()), std::ceil(size.height())};
 }
+
+QObject *ButtonCell::target() const
+{
+    return d->_target;
+}
+
+void ButtonCell::setTarget(QObject *target)
+{
+    d->_target = target;
+}
+
+QByteArray ButtonCell::action() const
+{
+    return d->_action;
+}
+
+void ButtonCell::setAction(const QByteArray &action)
+{
+    d->_action = action;
+}
+
+bool ButtonCell::allowsMixedState() const
+{
+    return d->_allowsMixedState;
+}
+
+int ButtonCell::state() const
+{
+    return d->_state;
+}
+
+std::optional<VXImage> ButtonCell::image() const
+{
+    return d->_image;
+}
+
+void ButtonCell::setImage(const std::optional<VXImage> &image)
+{
+    d->_image = image;
+}
+
+std::optional<VXImage> ButtonCell::alternateImage() const
+{
+    return d->_alternateImage;
+}
+
+void ButtonCell::setAlternateImage(const std::optional<VXImage> &image)
+{
+    d->_alternateImage = image;
+}
+
+QString ButtonCell::title() const
+{
+    return d->_attributedTitle.string();
+}
+
+VXAttributedString ButtonCell::attributedTitle() const
+{
+    return d->_attributedTitle;
+}
+
+void ButtonCell::setAttributedTitle(const VXAttributedString &title)
+{
+    d->_attributedTitle = title;
+}
+
+VXAttributedString ButtonCell::attributedAlternateTitle() const
+{
+    return d->_attributedAlternateTitle;
+}
+
+void ButtonCell::setAttributedAlternateTitle(const VXAttributedString &title)
+{
+    d->_attributedAlternateTitle = title;
+}
+
+quint64 ButtonCell::alignment() const
+{
+    return d->_alignment;
+}
+
+int ButtonCell::bezelStyle() const
+{
+    return d->_bezelStyle;
+}
+
+void ButtonCell::setBezelStyle(int style)
+{
+    d->_bezelStyle = style;
+}
+
+int ButtonCell::gradientType() const
+{
+    return d->_gradientType;
+}
+
+void ButtonCell::setGradientType(int type)
+{
+    d->_gradientType = type;
+}
+
+QVariant ButtonCell::objectValue() const
+{
+    return QVariant::fromValue(qint64(d->_state));
+}
+
+quint64 ButtonCell::showsStateBy() const
+{
+    return d->_showsStateBy;
+}
+
+void ButtonCell::setShowsStateBy(quint64 mask)
+{
+    d->_showsStateBy = mask;
+}
+
+quint64 ButtonCell::highlightsBy() const
+{
+    return d->_highlightsBy;
+}
+
+void ButtonCell::setHighlightsBy(quint64 mask)
+{
+    d->_highlightsBy = mask;
+}
+
+int ButtonCell::imagePosition() const
+{
+    return d->_imagePosition;
+}
+
+void ButtonCell::setImagePosition(int position)
+{
+    d->_imagePosition = position;
+}
+
+int ButtonCell::imageScaling() const
+{
+    return d->_imageScaling;
+}
+
+void ButtonCell::setImageScaling(int scaling)
+{
+    d->_imageScaling = scaling;
+}
+
+int ButtonCell::controlSize() const
+{
+    return d->_controlSize;
+}
+
+void ButtonCell::setControlSize(int size)
+{
+    d->_controlSize = size;
+}
+
+VXFont ButtonCell::font() const
+{
+    return d->_font;
+}
+
+bool ButtonCell::isBezeled() const
+{
+    return d->_bezeled;
+}
+
+void ButtonCell::setBezeled(bool bezeled)
+{
+    d->_bezeled = bezeled;
+}
+
+bool ButtonCell::isBordered() const
+{
+    return d->_bordered;
+}
+
+void ButtonCell::setBordered(bool bordered)
+{
+    d->_bordered = bordered;
+}
+
+int ButtonCell::backgroundStyle() const
+{
+    return d->_backgroundStyle;
+}
+
+void ButtonCell::setBackgroundStyle(int style)
+{
+    d->_backgroundStyle = style;
+}
+
+bool ButtonCell::isEnabled() const
+{
+    return d->_enabled;
+}
+
+void ButtonCell::setEnabled(bool enabled)
+{
+    d->_enabled = enabled;
+}
+
+bool ButtonCell::isHighlighted() const
+{
+    return d->_highlighted;
+}
+
+void ButtonCell::setHighlighted(bool highlighted)
+{
+    d->_highlighted = highlighted;
+}
+
+int ButtonCell::buttonType() const
+{
+    return d->_buttonType;
+}
+
+qint64 ButtonCell::tag() const
+{
+    return d->_tag;
+}
+
+void ButtonCell::setTag(qint64 tag)
+{
+    d->_tag = tag;
+}
+
+QWidget *ButtonCell::controlView() const
+{
+    return d->_controlView;
+}
+
+void ButtonCell::setControlView(QWidget *view)
+{
+    d->_controlView = view;
+}
+
+bool ButtonCell::drawsMark() const
+{
+    return d->_buttonType == SwitchButton || d->_buttonType == RadioButton;
+}
+
+} // namespace Quorvelle

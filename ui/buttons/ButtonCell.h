@@ -1,13 +1,13 @@
 #pragma once
 
-#include "VXAttributedString.h"
-#include "VXFont.h"
-#include "VXImageCreation.h"
-#include "VXRuntime.h"
+#include <Quorvelle/Widgets/VXAttributedString.h>
+#include <Quorvelle/Widgets/VXFont.h>
+#include <Quorvelle/Widgets/VXImageCreation.h>
+#include <Quorvelle/Widgets/VXRuntime.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QByteArray>
 #include <QPainterPath>
-#include <QPointer>
 #include <QRectF>
 #include <QSizeF>
 #include <QVariant>
@@ -19,8 +19,12 @@
 class QObject;
 class QPainter;
 
+namespace Quorvelle {
+
 // What a window description says about a cell: a cell made from it is "decoded" (the
 // platform's initWithCoder:), which some cells answer with defaults of their own.
+//
+// A frozen-layout value type: its members are part of the kit's ABI.
 struct ButtonCellCoding
 {
     int buttonType = 7;
@@ -34,7 +38,7 @@ struct ButtonCellCoding
 // The look state of one push button, check box or radio button and its drawing into a
 // frame of the view that shows it. Cells are plain values: they draw with any QPainter, so
 // they can be rendered and probed without a window.
-class ButtonCell
+class QV_WIDGETS_EXPORT ButtonCell
 {
 public:
     enum CellState : int
@@ -106,70 +110,67 @@ public:
     static std::unique_ptr<ButtonCell> cellWithClassName(const QString &className,
                                                          const ButtonCellCoding &coding);
 
-    QObject *target() const { return _target; }
-    void setTarget(QObject *target) { _target = target; }
-    QByteArray action() const { return _action; }
-    void setAction(const QByteArray &action) { _action = action; }
-    bool allowsMixedState() const { return _allowsMixedState; }
+    QObject *target() const;
+    void setTarget(QObject *target);
+    QByteArray action() const;
+    void setAction(const QByteArray &action);
+    bool allowsMixedState() const;
     void setAllowsMixedState(bool allows);
-    int state() const { return _state; }
+    int state() const;
     // Any value other than off and mixed is on; mixed falls to on where it is not allowed.
     void setState(int state);
-    std::optional<VXImage> image() const { return _image; }
-    void setImage(const std::optional<VXImage> &image) { _image = image; }
-    std::optional<VXImage> alternateImage() const { return _alternateImage; }
-    void setAlternateImage(const std::optional<VXImage> &image) { _alternateImage = image; }
-    QString title() const { return _attributedTitle.string(); }
+    std::optional<VXImage> image() const;
+    void setImage(const std::optional<VXImage> &image);
+    std::optional<VXImage> alternateImage() const;
+    void setAlternateImage(const std::optional<VXImage> &image);
+    QString title() const;
     // The plain title in the cell's font and alignment.
     void setTitle(const QString &title);
-    VXAttributedString attributedTitle() const { return _attributedTitle; }
-    void setAttributedTitle(const VXAttributedString &title) { _attributedTitle = title; }
-    VXAttributedString attributedAlternateTitle() const { return _attributedAlternateTitle; }
-    void setAttributedAlternateTitle(const VXAttributedString &title)
-    {
-        _attributedAlternateTitle = title;
-    }
-    quint64 alignment() const { return _alignment; }
+    VXAttributedString attributedTitle() const;
+    void setAttributedTitle(const VXAttributedString &title);
+    VXAttributedString attributedAlternateTitle() const;
+    void setAttributedAlternateTitle(const VXAttributedString &title);
+    quint64 alignment() const;
     void setAlignment(quint64 alignment);
-    int bezelStyle() const { return _bezelStyle; }
-    void setBezelStyle(int style) { _bezelStyle = style; }
-    int gradientType() const { return _gradientType; }
-    void setGradientType(int type) { _gradientType = type; }
+    int bezelStyle() const;
+    void setBezelStyle(int style);
+    int gradientType() const;
+    void setGradientType(int type);
     // The state as a number; setting a number sets the state, nothing sets it off.
-    virtual QVariant objectValue() const { return QVariant::fromValue(qint64(_state)); }
+    virtual QVariant objectValue() const;
     void setObjectValue(const QVariant &value);
-    quint64 showsStateBy() const { return _showsStateBy; }
-    void setShowsStateBy(quint64 mask) { _showsStateBy = mask; }
-    quint64 highlightsBy() const { return _highlightsBy; }
-    void setHighlightsBy(quint64 mask) { _highlightsBy = mask; }
-    int imagePosition() const { return _imagePosition; }
-    void setImagePosition(int position) { _imagePosition = position; }
-    int imageScaling() const { return _imageScaling; }
-    void setImageScaling(int scaling) { _imageScaling = scaling; }
-    int controlSize() const { return _controlSize; }
-    void setControlSize(int size) { _controlSize = size; }
-    VXFont font() const { return _font; }
+    quint64 showsStateBy() const;
+    void setShowsStateBy(quint64 mask);
+    quint64 highlightsBy() const;
+    void setHighlightsBy(quint64 mask);
+    int imagePosition() const;
+    void setImagePosition(int position);
+    int imageScaling() const;
+    void setImageScaling(int scaling);
+    int controlSize() const;
+    void setControlSize(int size);
+    VXFont font() const;
     void setFont(const VXFont &font);
-    bool isBezeled() const { return _bezeled; }
-    void setBezeled(bool bezeled) { _bezeled = bezeled; }
-    bool isBordered() const { return _bordered; }
-    void setBordered(bool bordered) { _bordered = bordered; }
-    int backgroundStyle() const { return _backgroundStyle; }
-    void setBackgroundStyle(int style) { _backgroundStyle = style; }
-    bool isEnabled() const { return _enabled; }
-    void setEnabled(bool enabled) { _enabled = enabled; }
-    bool isHighlighted() const { return _highlighted; }
-    void setHighlighted(bool highlighted) { _highlighted = highlighted; }
-    int buttonType() const { return _buttonType; }
+    bool isBezeled() const;
+    void setBezeled(bool bezeled);
+    bool isBordered() const;
+    void setBordered(bool bordered);
+    int backgroundStyle() const;
+    void setBackgroundStyle(int style);
+    bool isEnabled() const;
+    void setEnabled(bool enabled);
+    bool isHighlighted() const;
+    void setHighlighted(bool highlighted);
+    int buttonType() const;
     // Sets the masks the platform gives each type, as setButtonType: does.
     void setButtonType(int type);
-    qint64 tag() const { return _tag; }
-    void setTag(qint64 tag) { _tag = tag; }
-    QWidget *controlView() const { return _controlView; }
-    void setControlView(QWidget *view) { _controlView = view; }
+    qint64 tag() const;
+    void setTag(qint64 tag);
+    QWidget *controlView() const;
+    void setControlView(QWidget *view);
 
     // Check boxes and radio buttons draw a mark beside the title instead of a bezel.
-    bool drawsMark() const { return _buttonType == SwitchButton || _buttonType == RadioButton; }
+    bool drawsMark() const;
     // Whether a view's coordinates grow downwards (every plain widget's do).
     static bool isFlipped(const QWidget *view);
 
@@ -198,8 +199,8 @@ public:
                                     QWidget *controlView);
 
 protected:
-    ButtonCell(const ButtonCell &) = default;
-    ButtonCell &operator=(const ButtonCell &) = default;
+    ButtonCell(const ButtonCell &other);
+    ButtonCell &operator=(const ButtonCell &other);
 
     // The image and title the current state shows.
     std::optional<VXImage> imageForState() const;
@@ -209,29 +210,8 @@ protected:
     QSizeF imageSize() const;
 
 private:
-    QPointer<QObject> _target;
-    QByteArray _action;
-    bool _allowsMixedState = false;
-    int _state = OffState;
-    std::optional<VXImage> _image;
-    std::optional<VXImage> _alternateImage;
-    VXAttributedString _attributedTitle;
-    VXAttributedString _attributedAlternateTitle;
-    quint64 _alignment = CenterTextAlignment;
-    int _bezelStyle = 1;
-    int _gradientType = 0;
-    quint64 _showsStateBy = NoCellMask;
-    quint64 _highlightsBy = PushInCellMask | ChangeGrayCellMask;
-    int _imagePosition = NoImage;
-    int _imageScaling = 0;
-    int _controlSize = RegularControlSize;
-    VXFont _font;
-    bool _bezeled = false;
-    bool _bordered = true;
-    int _backgroundStyle = BackgroundStyleLight;
-    bool _enabled = true;
-    bool _highlighted = false;
-    int _buttonType = MomentaryPushInButton;
-    qint64 _tag = 0;
-    QPointer<QWidget> _controlView;
+    struct Private;
+    std::unique_ptr<Private> d;
 };
+
+} // namespace Quorvelle

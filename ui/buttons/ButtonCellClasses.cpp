@@ -7,10 +7,12 @@
 #include "VXFlatRadioButtonCell.h"
 #include "VXGeneralButtonCell.h"
 
+namespace Quorvelle {
+
 std::unique_ptr<ButtonCell> ButtonCell::cellWithClassName(const QString &className,
                                                           const ButtonCellCoding &coding)
 {
-    if (className == QLatin1String("ButtonCell"))
+    if (className == QLatin1String("Quorvelle::ButtonCell"))
         return std::make_unique<ButtonCell>(coding);
     if (className == QLatin1String("VXButtonCell"))
         return std::make_unique<VXButtonCell>(coding);
@@ -26,3 +28,5 @@ std::unique_ptr<ButtonCell> ButtonCell::cellWithClassName(const QString &classNa
         return std::make_unique<VXFlatRadioButtonCell>(coding);
     return nullptr;
 }
+
+} // namespace Quorvelle

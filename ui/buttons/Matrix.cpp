@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace Quorvelle {
+
 namespace {
 
 // Assistive tools see a radio group as a group, named and labelled by the label whose buddy
@@ -19,7 +21,12 @@ QAccessibleInterface *accessibleGroup(const QString &, QObject *object)
 
 } // namespace
 
-Matrix::Matrix(QWidget *parent) : QWidget(parent)
+// Nothing yet: the place for state a radio group may need later.
+struct Matrix::Private
+{
+};
+
+Matrix::Matrix(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>())
 {
     static const bool factoryInstalled = [] {
         QAccessible::installFactory(accessibleGroup);
@@ -27,6 +34,8 @@ Matrix::Matrix(QWidget *parent) : QWidget(parent)
     }();
     Q_UNUSED(factoryInstalled);
 }
+
+Matrix::~Matrix() = default;
 
 QList<Button *> Matrix::cells() const
 {
@@ -65,3 +74,5 @@ void Matrix::drawCellAtRow(int row, int column)
     if (Button *cell = cellAtRow(row, column))
         cell->update();
 }
+
+} // namespace Quorvelle

@@ -2,6 +2,28 @@
 
 #include "VXTrackingButton.h"
 
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+
+// Nothing yet: the place for state of the kit's cells that every artwork cell shares.
+struct VXButtonCell::Private
+{
+};
+
+VXButtonCell::VXButtonCell() : d(std::make_unique<Private>()) {}
+
+VXButtonCell::VXButtonCell(const ButtonCellCoding &coding)
+    : ButtonCell(coding), d(std::make_unique<Private>())
+{
+}
+
+VXButtonCell::~VXButtonCell() = default;
+
+VXButtonCell::VXButtonCell(const VXButtonCell &other)
+    : ButtonCell(other), d(std::make_unique<Private>(*other.d))
+{
+}
+
 std::unique_ptr<ButtonCell> VXButtonCell::copy() const
 {
     return std::unique_ptr<ButtonCell>(new VXButtonCell(*this));

@@ -9,6 +9,9 @@
 #include <climits>
 #include <unistd.h>
 
+using Quorvelle::Button;
+using Quorvelle::ButtonCell;
+
 namespace {
 
 constexpr char kDrawSelector[] = "drawWithFrame:inView:";
@@ -84,7 +87,8 @@ QString processName()
 } // namespace VXButtonCellQuorvelle
 
 namespace {
-// The class-load step: before main, once per process.
+// The class-load step: when the library is loaded (before main for a program linking it),
+// once per process.
 [[maybe_unused]] const bool exchangedAtLoad =
     VXButtonCellQuorvelle::load(VXButtonCellQuorvelle::processName());
 } // namespace

@@ -4,30 +4,52 @@
 #include "VXBezierPathQuorvelle.h"
 #include "VXButtonCellQuorvelle.h"
 #include "VXFlatButtonCell.h"
+#include "VXFlatCellGeometry.h"
 
 #include <QPainter>
 
-VXFlatBorderedButtonCell::VXFlatBorderedButtonCell()
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+using Quorvelle::flatInteriorFrame;
+using Quorvelle::flatTitleFrame;
+
+struct VXFlatBorderedButtonCell::Private
+{
+    std::optional<VXColor> _borderColor;
+    std::optional<VXColor> _hoverBorderColor;
+    std::optional<VXColor> _highlightColor;
+    std::optional<VXColor> _fillColor;
+    std::optional<VXColor> _hoverFillColor;
+};
+
+VXFlatBorderedButtonCell::VXFlatBorderedButtonCell() : d(std::make_unique<Private>())
 {
     setupDefaultColors();
 }
 
 VXFlatBorderedButtonCell::VXFlatBorderedButtonCell(const ButtonCellCoding &coding)
-    : VXGeneralButtonCell(coding)
+    : VXGeneralButtonCell(coding), d(std::make_unique<Private>())
 {
     setupDefaultColors();
+}
+
+VXFlatBorderedButtonCell::~VXFlatBorderedButtonCell() = default;
+
+VXFlatBorderedButtonCell::VXFlatBorderedButtonCell(const VXFlatBorderedButtonCell &other)
+    : VXGeneralButtonCell(other), d(std::make_unique<Private>(*other.d))
+{
 }
 
 void VXFlatBorderedButtonCell::setupDefaultColors()
 {
     const VXColor border =
         VXColor::colorWithCalibratedRed(189.0 / 255.0, 195.0 / 255.0, 205.0 / 255.0, 1.0);
-    _borderColor = border;
-    _hoverBorderColor = border;
-    _highlightColor =
+    d->_borderColor = border;
+    d->_hoverBorderColor = border;
+    d->_highlightColor =
         VXColor::colorWithCalibratedRed(234.0 / 255.0, 236.0 / 255.0, 239.0 / 255.0, 1.0);
-    _fillColor = VXColor::whiteColor();
-    _hoverFillColor = VXColor::whiteColor();
+    d->_fillColor = VXColor::whiteColor();
+    d->_hoverFillColor = VXColor::whiteColor();
 }
 
 std::unique_ptr<ButtonCell> VXFlatBorderedButtonCell::copy() const
@@ -38,13 +60,13 @@ std::unique_ptr<ButtonCell> VXFlatBorderedButtonCell::copy() const
 std::optional<VXColor> VXFlatBorderedButtonCell::buttonFillColor() const
 {
     if (VXButtonCellQuorvelle::isHighlightedOrPressed(*this))
-        return _highlightColor;
-    return hasHover() ? _hoverFillColor : _fillColor;
+        return d->_highlightColor;
+    return hasHover() ? d->_hoverFillColor : d->_fillColor;
 }
 
 std::optional<VXColor> VXFlatBorderedButtonCell::buttonBorderColor() const
 {
-    return hasHover() ? _hoverBorderColor : _borderColor;
+    return hasHover() ? d->_hoverBorderColor : d->_borderColor;
 }
 
 void VXFlatBorderedButtonCell::drawBezelWithFrame(QPainter &painter, const QRectF &frame, QWidget *)
@@ -79,4 +101,54 @@ QSizeF VXFlatBorderedButtonCell::cellSizeForBounds(const QRectF &bounds) const
     }
     const QSizeF size = VXGeneralButtonCell::cellSizeForBounds(bounds);
     return {std::max(bounds.width(), size.width()), size.height()};
+}
+
+std::optional<VXColor> VXFlatBorderedButtonCell::borderColor() const
+{
+    return d->_borderColor;
+}
+
+void VXFlatBorderedButtonCell::setBorderColor(const std::optional<VXColor> &color)
+{
+    d->_borderColor = color;
+}
+
+std::optional<VXColor> VXFlatBorderedButtonCell::hoverBorderColor() const
+{
+    return d->_hoverBorderColor;
+}
+
+void VXFlatBorderedButtonCell::setHoverBorderColor(const std::optional<VXColor> &color)
+{
+    d->_hoverBorderColor = color;
+}
+
+std::optional<VXColor> VXFlatBorderedButtonCell::highlightColor() const
+{
+    return d->_highlightColor;
+}
+
+void VXFlatBorderedButtonCell::setHighlightColor(const std::optional<VXColor> &color)
+{
+    d->_highlightColor = color;
+}
+
+std::optional<VXColor> VXFlatBorderedButtonCell::fillColor() const
+{
+    return d->_fillColor;
+}
+
+void VXFlatBorderedButtonCell::setFillColor(const std::optional<VXColor> &color)
+{
+    d->_fillColor = color;
+}
+
+std::optional<VXColor> VXFlatBorderedButtonCell::hoverFillColor() const
+{
+    return d->_hoverFillColor;
+}
+
+void VXFlatBorderedButtonCell::setHoverFillColor(const std::optional<VXColor> &color)
+{
+    d->_hoverFillColor = color;
 }

@@ -1,31 +1,35 @@
 #pragma once
 
-#include "VXColor.h"
-#include "VXGeneralButtonCell.h"
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/VXGeneralButtonCell.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
+#include <memory>
 
 // The kit's white push button with a thin grey-blue rounded border, pale grey while
 // pressed, with hover colours of its own for border and fill (shown in a VXTrackingButton).
-class VXFlatBorderedButtonCell : public VXGeneralButtonCell
+class QV_WIDGETS_EXPORT VXFlatBorderedButtonCell : public VXGeneralButtonCell
 {
     Q_GADGET
 
 public:
     VXFlatBorderedButtonCell();
-    explicit VXFlatBorderedButtonCell(const ButtonCellCoding &coding);
+    explicit VXFlatBorderedButtonCell(const Quorvelle::ButtonCellCoding &coding);
+    ~VXFlatBorderedButtonCell() override;
 
-    std::unique_ptr<ButtonCell> copy() const override;
+    std::unique_ptr<Quorvelle::ButtonCell> copy() const override;
     const QMetaObject *cellClass() const override { return &staticMetaObject; }
 
-    std::optional<VXColor> borderColor() const { return _borderColor; }
-    void setBorderColor(const std::optional<VXColor> &color) { _borderColor = color; }
-    std::optional<VXColor> hoverBorderColor() const { return _hoverBorderColor; }
-    void setHoverBorderColor(const std::optional<VXColor> &color) { _hoverBorderColor = color; }
-    std::optional<VXColor> highlightColor() const { return _highlightColor; }
-    void setHighlightColor(const std::optional<VXColor> &color) { _highlightColor = color; }
-    std::optional<VXColor> fillColor() const { return _fillColor; }
-    void setFillColor(const std::optional<VXColor> &color) { _fillColor = color; }
-    std::optional<VXColor> hoverFillColor() const { return _hoverFillColor; }
-    void setHoverFillColor(const std::optional<VXColor> &color) { _hoverFillColor = color; }
+    std::optional<VXColor> borderColor() const;
+    void setBorderColor(const std::optional<VXColor> &color);
+    std::optional<VXColor> hoverBorderColor() const;
+    void setHoverBorderColor(const std::optional<VXColor> &color);
+    std::optional<VXColor> highlightColor() const;
+    void setHighlightColor(const std::optional<VXColor> &color);
+    std::optional<VXColor> fillColor() const;
+    void setFillColor(const std::optional<VXColor> &color);
+    std::optional<VXColor> hoverFillColor() const;
+    void setHoverFillColor(const std::optional<VXColor> &color);
 
     std::optional<VXColor> buttonFillColor() const;
     // The border has no pressed colour.
@@ -40,13 +44,10 @@ public:
     QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 
 protected:
-    VXFlatBorderedButtonCell(const VXFlatBorderedButtonCell &) = default;
+    VXFlatBorderedButtonCell(const VXFlatBorderedButtonCell &other);
 
 private:
     void setupDefaultColors();
-    std::optional<VXColor> _borderColor;
-    std::optional<VXColor> _hoverBorderColor;
-    std::optional<VXColor> _highlightColor;
-    std::optional<VXColor> _fillColor;
-    std::optional<VXColor> _hoverFillColor;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

@@ -1,4 +1,5 @@
 #include "VXFlatButtonCell.h"
+#include "VXFlatCellGeometry.h"
 
 #include "VXBezierPath.h"
 #include "VXButtonCellQuorvelle.h"
@@ -8,11 +9,34 @@
 
 #include <QPainter>
 
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+using Quorvelle::etchedImageWithSolidColor;
+using Quorvelle::flatInteriorFrame;
+using Quorvelle::flatTitleFrame;
+
+struct VXFlatButtonCell::Private
+{
+    std::optional<VXColor> _regularColor;
+    std::optional<VXColor> _pressedColor;
+    std::optional<VXColor> _disabledColor;
+};
+
+VXFlatButtonCell::VXFlatButtonCell() : d(std::make_unique<Private>()) {}
+
 VXFlatButtonCell::VXFlatButtonCell(const ButtonCellCoding &coding)
-    : ButtonCell(coding), _regularColor(QuorvelleColor::quorvelleBlueColor()),
-      _pressedColor(QuorvelleColor::quorvelleDarkBlueColor()),
-      _disabledColor(
-          VXColor::colorWithCalibratedRed(137.0 / 255.0, 187.0 / 255.0, 222.0 / 255.0, 1.0))
+    : ButtonCell(coding), d(std::make_unique<Private>())
+{
+    d->_regularColor = QuorvelleColor::quorvelleBlueColor();
+    d->_pressedColor = QuorvelleColor::quorvelleDarkBlueColor();
+    d->_disabledColor =
+        VXColor::colorWithCalibratedRed(137.0 / 255.0, 187.0 / 255.0, 222.0 / 255.0, 1.0);
+}
+
+VXFlatButtonCell::~VXFlatButtonCell() = default;
+
+VXFlatButtonCell::VXFlatButtonCell(const VXFlatButtonCell &other)
+    : ButtonCell(other), d(std::make_unique<Private>(*other.d))
 {
 }
 
@@ -24,8 +48,8 @@ std::unique_ptr<ButtonCell> VXFlatButtonCell::copy() const
 std::optional<VXColor> VXFlatButtonCell::buttonColor() const
 {
     if (VXButtonCellQuorvelle::isHighlightedOrPressed(*this))
-        return _pressedColor;
-    return isEnabled() ? _regularColor : _disabledColor;
+        return d->_pressedColor;
+    return isEnabled() ? d->_regularColor : d->_disabledColor;
 }
 
 VXShadow VXFlatButtonCell::titleShadow() const
@@ -87,6 +111,8 @@ QSizeF VXFlatButtonCell::cellSizeForBounds(const QRectF &bounds) const
     return {std::max(bounds.width(), size.width()), size.height()};
 }
 
+namespace Quorvelle {
+
 QRectF flatInteriorFrame(const QRectF &cellFrame)
 {
     QRectF interior = cellFrame.adjusted(10.0, 1.0, -10.0, -1.0);
@@ -109,4 +135,36 @@ VXImage etchedImageWithSolidColor(const VXImage &image, const VXColor &color, bo
     painter.fillRect(etched.rect(), VXColorConvertion::newCGColor(color));
     painter.end();
     return VXImage(image.name(), etched);
+}
+
+} // namespace Quorvelle
+
+std::optional<VXColor> VXFlatButtonCell::regularColor() const
+{
+    return d->_regularColor;
+}
+
+void VXFlatButtonCell::setRegularColor(const std::optional<VXColor> &color)
+{
+    d->_regularColor = color;
+}
+
+std::optional<VXColor> VXFlatButtonCell::pressedColor() const
+{
+    return d->_pressedColor;
+}
+
+void VXFlatButtonCell::setPressedColor(const std::optional<VXColor> &color)
+{
+    d->_pressedColor = color;
+}
+
+std::optional<VXColor> VXFlatButtonCell::disabledColor() const
+{
+    return d->_disabledColor;
+}
+
+void VXFlatButtonCell::setDisabledColor(const std::optional<VXColor> &color)
+{
+    d->_disabledColor = color;
 }

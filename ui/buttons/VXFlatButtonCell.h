@@ -1,26 +1,30 @@
 #pragma once
 
-#include "ButtonCell.h"
-#include "VXColor.h"
+#include <Quorvelle/Widgets/ButtonCell.h>
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
+#include <memory>
 
 // The kit's filled push button: rounded corners, a white title with a soft shadow, the
 // product's blue, darker while pressed and pale when disabled. Drawn without artwork.
-class VXFlatButtonCell : public ButtonCell
+class QV_WIDGETS_EXPORT VXFlatButtonCell : public Quorvelle::ButtonCell
 {
 public:
     // Made in code: no colours (no fill) until they are set.
-    VXFlatButtonCell() = default;
+    VXFlatButtonCell();
     // Made from a window description: the palette's colours.
-    explicit VXFlatButtonCell(const ButtonCellCoding &coding);
+    explicit VXFlatButtonCell(const Quorvelle::ButtonCellCoding &coding);
+    ~VXFlatButtonCell() override;
 
-    std::unique_ptr<ButtonCell> copy() const override;
+    std::unique_ptr<Quorvelle::ButtonCell> copy() const override;
 
-    std::optional<VXColor> regularColor() const { return _regularColor; }
-    void setRegularColor(const std::optional<VXColor> &color) { _regularColor = color; }
-    std::optional<VXColor> pressedColor() const { return _pressedColor; }
-    void setPressedColor(const std::optional<VXColor> &color) { _pressedColor = color; }
-    std::optional<VXColor> disabledColor() const { return _disabledColor; }
-    void setDisabledColor(const std::optional<VXColor> &color) { _disabledColor = color; }
+    std::optional<VXColor> regularColor() const;
+    void setRegularColor(const std::optional<VXColor> &color);
+    std::optional<VXColor> pressedColor() const;
+    void setPressedColor(const std::optional<VXColor> &color);
+    std::optional<VXColor> disabledColor() const;
+    void setDisabledColor(const std::optional<VXColor> &color);
 
     // Pressed wins over disabled.
     std::optional<VXColor> buttonColor() const;
@@ -37,19 +41,9 @@ public:
     QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 
 protected:
-    VXFlatButtonCell(const VXFlatButtonCell &) = default;
+    VXFlatButtonCell(const VXFlatButtonCell &other);
 
 private:
-    std::optional<VXColor> _regularColor;
-    std::optional<VXColor> _pressedColor;
-    std::optional<VXColor> _disabledColor;
+    struct Private;
+    std::unique_ptr<Private> d;
 };
-
-// The padding both flat looks share: the interior 10 points in from each side, starting one
-// point down at full height; the title one point higher than the platform puts it.
-QRectF flatInteriorFrame(const QRectF &cellFrame);
-QRectF flatTitleFrame(const QRectF &titleFrame);
-
-// An image of the same size in which the source's shape is one solid colour.
-VXImage etchedImageWithSolidColor(const VXImage &image, const VXColor &color, bool flip,
-                                  bool innerShadow);

@@ -8,6 +8,9 @@
 #include <QPainter>
 #include <QTransform>
 
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+
 namespace {
 
 double titleFontSizeFor(int controlSize)
@@ -26,16 +29,30 @@ double titleFontSizeFor(int controlSize)
 
 } // namespace
 
-VXFlatCheckboxButtonCell::VXFlatCheckboxButtonCell()
+struct VXFlatCheckboxButtonCell::Private
+{
+    std::optional<VXColor> _titleColor;
+    std::optional<VXFont> _titleFont;
+};
+
+VXFlatCheckboxButtonCell::VXFlatCheckboxButtonCell() : d(std::make_unique<Private>())
 {
     setButtonType(SwitchButton);
 }
 
 VXFlatCheckboxButtonCell::VXFlatCheckboxButtonCell(const ButtonCellCoding &coding)
-    : ButtonCell(coding), _titleColor(VXColor::blackColor()),
-      _titleFont(QuorvelleFont::quorvelleRegularFontWithSize(titleFontSizeFor(controlSize())))
+    : ButtonCell(coding), d(std::make_unique<Private>())
 {
+    d->_titleColor = VXColor::blackColor();
+    d->_titleFont = QuorvelleFont::quorvelleRegularFontWithSize(titleFontSizeFor(controlSize()));
     setButtonType(SwitchButton);
+}
+
+VXFlatCheckboxButtonCell::~VXFlatCheckboxButtonCell() = default;
+
+VXFlatCheckboxButtonCell::VXFlatCheckboxButtonCell(const VXFlatCheckboxButtonCell &other)
+    : ButtonCell(other), d(std::make_unique<Private>(*other.d))
+{
 }
 
 std::unique_ptr<ButtonCell> VXFlatCheckboxButtonCell::copy() const
@@ -93,12 +110,12 @@ QRectF VXFlatCheckboxButtonCell::drawTitle(QPainter &painter, const VXAttributed
                                            const QRectF &frame, QWidget *controlView)
 {
     VXAttributedString drawn = title;
-    if (isEnabled() && _titleColor)
-        VXShortcuts::setColor(drawn, *_titleColor);
-    if (_titleFont)
-        VXShortcuts::setAttribute(drawn, VXFontAttributeName, QVariant::fromValue(*_titleFont));
+    if (isEnabled() && d->_titleColor)
+        VXShortcuts::setColor(drawn, *d->_titleColor);
+    if (d->_titleFont)
+        VXShortcuts::setAttribute(drawn, VXFontAttributeName, QVariant::fromValue(*d->_titleFont));
     QRectF titleFrame = frame.translated(3.0, 0.0);
-    if (_titleFont && _titleFont->fontName().startsWith(QLatin1String("HelveticaNeue")))
+    if (d->_titleFont && d->_titleFont->fontName().startsWith(QLatin1String("HelveticaNeue")))
         titleFrame.translate(0.0, -1.0);
     return ButtonCell::drawTitle(painter, drawn, titleFrame, controlView);
 }
@@ -106,8 +123,28 @@ QRectF VXFlatCheckboxButtonCell::drawTitle(QPainter &painter, const VXAttributed
 QSizeF VXFlatCheckboxButtonCell::cellSizeForBounds(const QRectF &bounds) const
 {
     VXFlatCheckboxButtonCell measured(*this);
-    if (_titleFont)
-        measured.setFont(*_titleFont);
+    if (d->_titleFont)
+        measured.setFont(*d->_titleFont);
     const QSizeF size = measured.ButtonCell::cellSizeForBounds(bounds);
     return {size.width() + 3.0, size.height() + 2.0};
+}
+
+std::optional<VXColor> VXFlatCheckboxButtonCell::titleColor() const
+{
+    return d->_titleColor;
+}
+
+void VXFlatCheckboxButtonCell::setTitleColor(const std::optional<VXColor> &color)
+{
+    d->_titleColor = color;
+}
+
+std::optional<VXFont> VXFlatCheckboxButtonCell::titleFont() const
+{
+    return d->_titleFont;
+}
+
+void VXFlatCheckboxButtonCell::setTitleFont(const std::optional<VXFont> &font)
+{
+    d->_titleFont = font;
 }

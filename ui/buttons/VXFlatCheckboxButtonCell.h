@@ -1,24 +1,28 @@
 #pragma once
 
-#include "ButtonCell.h"
-#include "VXColor.h"
+#include <Quorvelle/Widgets/ButtonCell.h>
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
+#include <memory>
 
 // The kit's flat check box: a rounded box, a tick and a dash drawn with paths in the
 // palette's colours, and the title restyled beside it. The cell's own image is never drawn.
-class VXFlatCheckboxButtonCell : public ButtonCell
+class QV_WIDGETS_EXPORT VXFlatCheckboxButtonCell : public Quorvelle::ButtonCell
 {
 public:
     // Made in code: no title colour or font.
     VXFlatCheckboxButtonCell();
     // Made from a window description: black titles in the kit's font for the control size.
-    explicit VXFlatCheckboxButtonCell(const ButtonCellCoding &coding);
+    explicit VXFlatCheckboxButtonCell(const Quorvelle::ButtonCellCoding &coding);
+    ~VXFlatCheckboxButtonCell() override;
 
-    std::unique_ptr<ButtonCell> copy() const override;
+    std::unique_ptr<Quorvelle::ButtonCell> copy() const override;
 
-    std::optional<VXColor> titleColor() const { return _titleColor; }
-    void setTitleColor(const std::optional<VXColor> &color) { _titleColor = color; }
-    std::optional<VXFont> titleFont() const { return _titleFont; }
-    void setTitleFont(const std::optional<VXFont> &font) { _titleFont = font; }
+    std::optional<VXColor> titleColor() const;
+    void setTitleColor(const std::optional<VXColor> &color);
+    std::optional<VXFont> titleFont() const;
+    void setTitleFont(const std::optional<VXFont> &font);
 
     void drawImage(QPainter &painter, const std::optional<VXImage> &image, const QRectF &frame,
                    QWidget *controlView) override;
@@ -28,9 +32,9 @@ public:
     QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 
 protected:
-    VXFlatCheckboxButtonCell(const VXFlatCheckboxButtonCell &) = default;
+    VXFlatCheckboxButtonCell(const VXFlatCheckboxButtonCell &other);
 
 private:
-    std::optional<VXColor> _titleColor;
-    std::optional<VXFont> _titleFont;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

@@ -7,14 +7,30 @@
 
 #include <QPainter>
 
-VXFlatRadioButtonCell::VXFlatRadioButtonCell()
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+
+struct VXFlatRadioButtonCell::Private
+{
+    uint _selectionStyle = 0;
+};
+
+VXFlatRadioButtonCell::VXFlatRadioButtonCell() : d(std::make_unique<Private>())
 {
     setButtonType(RadioButton);
 }
 
-VXFlatRadioButtonCell::VXFlatRadioButtonCell(const ButtonCellCoding &coding) : ButtonCell(coding)
+VXFlatRadioButtonCell::VXFlatRadioButtonCell(const ButtonCellCoding &coding)
+    : ButtonCell(coding), d(std::make_unique<Private>())
 {
     setButtonType(RadioButton);
+}
+
+VXFlatRadioButtonCell::~VXFlatRadioButtonCell() = default;
+
+VXFlatRadioButtonCell::VXFlatRadioButtonCell(const VXFlatRadioButtonCell &other)
+    : ButtonCell(other), d(std::make_unique<Private>(*other.d))
+{
 }
 
 std::unique_ptr<ButtonCell> VXFlatRadioButtonCell::copy() const
@@ -65,7 +81,7 @@ void VXFlatRadioButtonCell::drawInteriorWithFrame(QPainter &painter, const QRect
     const QRectF r = cellFrame.adjusted(0.5, 0.5, -0.5, -0.5);
     const double rx = r.x(), ry = r.y(), rw = r.width(), rh = r.height();
     VXBezierPath path;
-    switch (_selectionStyle) {
+    switch (d->_selectionStyle) {
     case 2:
         // Rounded on the left, pointed on the right; the zero-length segment is harmless.
         path.setLineJoinStyle(VXRoundLineJoinStyle);
@@ -101,4 +117,19 @@ QSizeF VXFlatRadioButtonCell::cellSizeForBounds(const QRectF &bounds) const
         QuorvelleFont::quorvelleRegularFontWithSize(QuorvelleFont::quorvelleRegularFontSize()));
     const QSizeF size = measured.ButtonCell::cellSizeForBounds(bounds);
     return {size.width() + titleXOffset(), size.height() + 2.0};
+}
+
+uint VXFlatRadioButtonCell::selectionStyle() const
+{
+    return d->_selectionStyle;
+}
+
+void VXFlatRadioButtonCell::setSelectionStyle(uint style)
+{
+    d->_selectionStyle = style;
+}
+
+double VXFlatRadioButtonCell::imageXOffset() const
+{
+    return d->_selectionStyle == 0 ? 0.0 : 5.0;
 }

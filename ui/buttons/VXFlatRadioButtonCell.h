@@ -1,21 +1,25 @@
 #pragma once
 
-#include "ButtonCell.h"
+#include <Quorvelle/Widgets/ButtonCell.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
+#include <memory>
 
 // The kit's flat radio button: a ring with a centre dot in the palette's colours, and
 // optionally a tinted shape behind the whole selected row (selectionStyle 1: a rounded
 // rectangle, 2: a tag pointing right; anything else: none).
-class VXFlatRadioButtonCell : public ButtonCell
+class QV_WIDGETS_EXPORT VXFlatRadioButtonCell : public Quorvelle::ButtonCell
 {
 public:
     VXFlatRadioButtonCell();
-    explicit VXFlatRadioButtonCell(const ButtonCellCoding &coding);
+    explicit VXFlatRadioButtonCell(const Quorvelle::ButtonCellCoding &coding);
+    ~VXFlatRadioButtonCell() override;
 
-    std::unique_ptr<ButtonCell> copy() const override;
+    std::unique_ptr<Quorvelle::ButtonCell> copy() const override;
 
-    uint selectionStyle() const { return _selectionStyle; }
-    void setSelectionStyle(uint style) { _selectionStyle = style; }
-    double imageXOffset() const { return _selectionStyle == 0 ? 0.0 : 5.0; }
+    uint selectionStyle() const;
+    void setSelectionStyle(uint style);
+    double imageXOffset() const;
     double titleXOffset() const { return imageXOffset() + 3.0; }
 
     void drawImage(QPainter &painter, const std::optional<VXImage> &image, const QRectF &frame,
@@ -30,8 +34,9 @@ public:
     QSizeF cellSizeForBounds(const QRectF &bounds) const override;
 
 protected:
-    VXFlatRadioButtonCell(const VXFlatRadioButtonCell &) = default;
+    VXFlatRadioButtonCell(const VXFlatRadioButtonCell &other);
 
 private:
-    uint _selectionStyle = 0;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

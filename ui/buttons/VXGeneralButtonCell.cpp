@@ -7,6 +7,40 @@
 #include <QPainter>
 #include <QTransform>
 
+using Quorvelle::ButtonCell;
+
+using Quorvelle::Bundle;
+
+struct VXGeneralButtonCell::Private
+{
+    std::optional<VXImage> _leftPartImageNormal;
+    std::optional<VXImage> _leftPartImageHover;
+    std::optional<VXImage> _leftPartImagePressed;
+    std::optional<VXImage> _centerPartImageNormal;
+    std::optional<VXImage> _centerPartImageHover;
+    std::optional<VXImage> _centerPartImagePressed;
+    std::optional<VXImage> _rightPartImageNormal;
+    std::optional<VXImage> _rightPartImageHover;
+    std::optional<VXImage> _rightPartImagePressed;
+    std::optional<VXImage> _templateImageNormal;
+    std::optional<VXImage> _templateImageHover;
+    std::optional<VXImage> _templateImagePressed;
+};
+
+VXGeneralButtonCell::VXGeneralButtonCell() : d(std::make_unique<Private>()) {}
+
+VXGeneralButtonCell::VXGeneralButtonCell(const Quorvelle::ButtonCellCoding &coding)
+    : VXButtonCell(coding), d(std::make_unique<Private>())
+{
+}
+
+VXGeneralButtonCell::~VXGeneralButtonCell() = default;
+
+VXGeneralButtonCell::VXGeneralButtonCell(const VXGeneralButtonCell &other)
+    : VXButtonCell(other), d(std::make_unique<Private>(*other.d))
+{
+}
+
 std::unique_ptr<ButtonCell> VXGeneralButtonCell::copy() const
 {
     return std::unique_ptr<ButtonCell>(new VXGeneralButtonCell(*this));
@@ -26,51 +60,51 @@ std::optional<VXImage> VXGeneralButtonCell::load(std::optional<VXImage> &slot,
 
 std::optional<VXImage> VXGeneralButtonCell::leftPartImageNormal() const
 {
-    return load(_leftPartImageNormal, "_left");
+    return load(d->_leftPartImageNormal, "_left");
 }
 std::optional<VXImage> VXGeneralButtonCell::leftPartImageHover() const
 {
-    return load(_leftPartImageHover, "_left_hover");
+    return load(d->_leftPartImageHover, "_left_hover");
 }
 std::optional<VXImage> VXGeneralButtonCell::leftPartImagePressed() const
 {
-    return load(_leftPartImagePressed, "_left_pressed");
+    return load(d->_leftPartImagePressed, "_left_pressed");
 }
 std::optional<VXImage> VXGeneralButtonCell::centerPartImageNormal() const
 {
-    return load(_centerPartImageNormal, "_center");
+    return load(d->_centerPartImageNormal, "_center");
 }
 std::optional<VXImage> VXGeneralButtonCell::centerPartImageHover() const
 {
-    return load(_centerPartImageHover, "_center_hover");
+    return load(d->_centerPartImageHover, "_center_hover");
 }
 std::optional<VXImage> VXGeneralButtonCell::centerPartImagePressed() const
 {
-    return load(_centerPartImagePressed, "_center_pressed");
+    return load(d->_centerPartImagePressed, "_center_pressed");
 }
 std::optional<VXImage> VXGeneralButtonCell::rightPartImageNormal() const
 {
-    return load(_rightPartImageNormal, "_right");
+    return load(d->_rightPartImageNormal, "_right");
 }
 std::optional<VXImage> VXGeneralButtonCell::rightPartImageHover() const
 {
-    return load(_rightPartImageHover, "_right_hover");
+    return load(d->_rightPartImageHover, "_right_hover");
 }
 std::optional<VXImage> VXGeneralButtonCell::rightPartImagePressed() const
 {
-    return load(_rightPartImagePressed, "_right_pressed");
+    return load(d->_rightPartImagePressed, "_right_pressed");
 }
 std::optional<VXImage> VXGeneralButtonCell::templateImageNormal() const
 {
-    return load(_templateImageNormal, "");
+    return load(d->_templateImageNormal, "");
 }
 std::optional<VXImage> VXGeneralButtonCell::templateImageHover() const
 {
-    return load(_templateImageHover, "_hover");
+    return load(d->_templateImageHover, "_hover");
 }
 std::optional<VXImage> VXGeneralButtonCell::templateImagePressed() const
 {
-    return load(_templateImagePressed, "_pressed");
+    return load(d->_templateImagePressed, "_pressed");
 }
 
 Bundle *VXGeneralButtonCell::resourcesBundle() const
@@ -257,4 +291,64 @@ void VXGeneralButtonCell::drawImage(QPainter &painter, const std::optional<VXIma
     if (!image)
         return;
     drawPartOfImage(painter, image, QRectF(QPointF(0, 0), image->size()), destination);
+}
+
+void VXGeneralButtonCell::setLeftPartImageNormal(const std::optional<VXImage> &image)
+{
+    d->_leftPartImageNormal = image;
+}
+
+void VXGeneralButtonCell::setLeftPartImageHover(const std::optional<VXImage> &image)
+{
+    d->_leftPartImageHover = image;
+}
+
+void VXGeneralButtonCell::setLeftPartImagePressed(const std::optional<VXImage> &image)
+{
+    d->_leftPartImagePressed = image;
+}
+
+void VXGeneralButtonCell::setCenterPartImageNormal(const std::optional<VXImage> &image)
+{
+    d->_centerPartImageNormal = image;
+}
+
+void VXGeneralButtonCell::setCenterPartImageHover(const std::optional<VXImage> &image)
+{
+    d->_centerPartImageHover = image;
+}
+
+void VXGeneralButtonCell::setCenterPartImagePressed(const std::optional<VXImage> &image)
+{
+    d->_centerPartImagePressed = image;
+}
+
+void VXGeneralButtonCell::setRightPartImageNormal(const std::optional<VXImage> &image)
+{
+    d->_rightPartImageNormal = image;
+}
+
+void VXGeneralButtonCell::setRightPartImageHover(const std::optional<VXImage> &image)
+{
+    d->_rightPartImageHover = image;
+}
+
+void VXGeneralButtonCell::setRightPartImagePressed(const std::optional<VXImage> &image)
+{
+    d->_rightPartImagePressed = image;
+}
+
+void VXGeneralButtonCell::setTemplateImageNormal(const std::optional<VXImage> &image)
+{
+    d->_templateImageNormal = image;
+}
+
+void VXGeneralButtonCell::setTemplateImageHover(const std::optional<VXImage> &image)
+{
+    d->_templateImageHover = image;
+}
+
+void VXGeneralButtonCell::setTemplateImagePressed(const std::optional<VXImage> &image)
+{
+    d->_templateImagePressed = image;
 }

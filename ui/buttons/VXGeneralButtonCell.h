@@ -1,25 +1,31 @@
 #pragma once
 
-#include "VXButtonCell.h"
+#include <Quorvelle/Widgets/VXButtonCell.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QObject>
 
+#include <memory>
+
+namespace Quorvelle {
 class Bundle;
+}
 
 // Draws a button's background from artwork: a left cap, a stretched centre and a right cap,
 // or one template cut into the same three pieces, each in a normal, hover and pressed look.
 // The images are found by a naming rule from one base name in the bundle of the cell's
 // class and loaded on first use. A subclass names its artwork (baseResourceImageName) and
 // may choose the mode and the slicing.
-class VXGeneralButtonCell : public VXButtonCell
+class QV_WIDGETS_EXPORT VXGeneralButtonCell : public VXButtonCell
 {
     Q_GADGET
 
 public:
-    VXGeneralButtonCell() = default;
-    explicit VXGeneralButtonCell(const ButtonCellCoding &coding) : VXButtonCell(coding) {}
+    VXGeneralButtonCell();
+    explicit VXGeneralButtonCell(const Quorvelle::ButtonCellCoding &coding);
+    ~VXGeneralButtonCell() override;
 
-    std::unique_ptr<ButtonCell> copy() const override;
+    std::unique_ptr<Quorvelle::ButtonCell> copy() const override;
 
     // The class whose bundle holds the artwork: the actual class of the cell.
     virtual const QMetaObject *cellClass() const { return &staticMetaObject; }
@@ -37,55 +43,25 @@ public:
     std::optional<VXImage> templateImageNormal() const;
     std::optional<VXImage> templateImageHover() const;
     std::optional<VXImage> templateImagePressed() const;
-    void setLeftPartImageNormal(const std::optional<VXImage> &image)
-    {
-        _leftPartImageNormal = image;
-    }
-    void setLeftPartImageHover(const std::optional<VXImage> &image) { _leftPartImageHover = image; }
-    void setLeftPartImagePressed(const std::optional<VXImage> &image)
-    {
-        _leftPartImagePressed = image;
-    }
-    void setCenterPartImageNormal(const std::optional<VXImage> &image)
-    {
-        _centerPartImageNormal = image;
-    }
-    void setCenterPartImageHover(const std::optional<VXImage> &image)
-    {
-        _centerPartImageHover = image;
-    }
-    void setCenterPartImagePressed(const std::optional<VXImage> &image)
-    {
-        _centerPartImagePressed = image;
-    }
-    void setRightPartImageNormal(const std::optional<VXImage> &image)
-    {
-        _rightPartImageNormal = image;
-    }
-    void setRightPartImageHover(const std::optional<VXImage> &image)
-    {
-        _rightPartImageHover = image;
-    }
-    void setRightPartImagePressed(const std::optional<VXImage> &image)
-    {
-        _rightPartImagePressed = image;
-    }
-    void setTemplateImageNormal(const std::optional<VXImage> &image)
-    {
-        _templateImageNormal = image;
-    }
-    void setTemplateImageHover(const std::optional<VXImage> &image) { _templateImageHover = image; }
-    void setTemplateImagePressed(const std::optional<VXImage> &image)
-    {
-        _templateImagePressed = image;
-    }
+    void setLeftPartImageNormal(const std::optional<VXImage> &image);
+    void setLeftPartImageHover(const std::optional<VXImage> &image);
+    void setLeftPartImagePressed(const std::optional<VXImage> &image);
+    void setCenterPartImageNormal(const std::optional<VXImage> &image);
+    void setCenterPartImageHover(const std::optional<VXImage> &image);
+    void setCenterPartImagePressed(const std::optional<VXImage> &image);
+    void setRightPartImageNormal(const std::optional<VXImage> &image);
+    void setRightPartImageHover(const std::optional<VXImage> &image);
+    void setRightPartImagePressed(const std::optional<VXImage> &image);
+    void setTemplateImageNormal(const std::optional<VXImage> &image);
+    void setTemplateImageHover(const std::optional<VXImage> &image);
+    void setTemplateImagePressed(const std::optional<VXImage> &image);
 
     bool hasHover() const { return VXButtonCell::hasHover(); }
     // A null name (the default) means no artwork.
     virtual QString baseResourceImageName() const { return {}; }
     virtual bool useSingleImageTemplate() const { return true; }
     virtual double sideSegmentWidth() const;
-    virtual Bundle *resourcesBundle() const;
+    virtual Quorvelle::Bundle *resourcesBundle() const;
     double centerSegmentWidth() const;
 
     // The image of the current look: pressed (even when missing) while highlighted, hover
@@ -101,7 +77,7 @@ public:
 
     void drawInteriorWithFrame(QPainter &painter, const QRectF &cellFrame,
                                QWidget *controlView) override;
-    using ButtonCell::drawImage;
+    using Quorvelle::ButtonCell::drawImage;
     // Draws the source part of the image (its own coordinates) scaled into the destination,
     // the way up the current coordinates say (upright when they grow upwards).
     void drawPartOfImage(QPainter &painter, const std::optional<VXImage> &image,
@@ -110,7 +86,7 @@ public:
                    const QRectF &destination) const;
 
 protected:
-    VXGeneralButtonCell(const VXGeneralButtonCell &) = default;
+    VXGeneralButtonCell(const VXGeneralButtonCell &other);
 
 private:
     std::optional<VXImage> load(std::optional<VXImage> &slot, const char *suffix) const;
@@ -118,16 +94,6 @@ private:
                                 const std::optional<VXImage> &hover,
                                 const std::optional<VXImage> &pressed) const;
 
-    mutable std::optional<VXImage> _leftPartImageNormal;
-    mutable std::optional<VXImage> _leftPartImageHover;
-    mutable std::optional<VXImage> _leftPartImagePressed;
-    mutable std::optional<VXImage> _centerPartImageNormal;
-    mutable std::optional<VXImage> _centerPartImageHover;
-    mutable std::optional<VXImage> _centerPartImagePressed;
-    mutable std::optional<VXImage> _rightPartImageNormal;
-    mutable std::optional<VXImage> _rightPartImageHover;
-    mutable std::optional<VXImage> _rightPartImagePressed;
-    mutable std::optional<VXImage> _templateImageNormal;
-    mutable std::optional<VXImage> _templateImageHover;
-    mutable std::optional<VXImage> _templateImagePressed;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

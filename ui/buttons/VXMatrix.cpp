@@ -5,7 +5,17 @@
 
 #include <QChildEvent>
 
-VXMatrix::VXMatrix(QWidget *parent) : Matrix(parent) {}
+using Quorvelle::Button;
+using Quorvelle::Matrix;
+
+struct VXMatrix::Private
+{
+    uint _selectionStyle = 0;
+};
+
+VXMatrix::VXMatrix(QWidget *parent) : Matrix(parent), d(std::make_unique<Private>()) {}
+
+VXMatrix::~VXMatrix() = default;
 
 void VXMatrix::drawCellAtRow(int row, int column)
 {
@@ -15,7 +25,7 @@ void VXMatrix::drawCellAtRow(int row, int column)
 
 void VXMatrix::setSelectionStyle(uint style)
 {
-    _selectionStyle = style;
+    d->_selectionStyle = style;
     applySelectionStyle();
     update();
 }
@@ -32,6 +42,11 @@ void VXMatrix::applySelectionStyle()
 {
     for (Button *button : cells()) {
         if (auto *cell = dynamic_cast<VXFlatRadioButtonCell *>(button->cell()))
-            cell->setSelectionStyle(_selectionStyle);
+            cell->setSelectionStyle(d->_selectionStyle);
     }
+}
+
+uint VXMatrix::selectionStyle() const
+{
+    return d->_selectionStyle;
 }

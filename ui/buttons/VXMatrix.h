@@ -1,10 +1,13 @@
 #pragma once
 
-#include "Matrix.h"
+#include <Quorvelle/Widgets/Matrix.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
+#include <memory>
 
 // A radio group that redraws itself whole whenever one of its cells is drawn, so the
 // selection marks behind every row follow a change of selection at once.
-class VXMatrix : public Matrix
+class QV_WIDGETS_EXPORT VXMatrix : public Quorvelle::Matrix
 {
     Q_OBJECT
     // Given to every flat radio cell of the group.
@@ -12,10 +15,11 @@ class VXMatrix : public Matrix
 
 public:
     explicit VXMatrix(QWidget *parent = nullptr);
+    ~VXMatrix() override;
 
     void drawCellAtRow(int row, int column) override;
 
-    uint selectionStyle() const { return _selectionStyle; }
+    uint selectionStyle() const;
     void setSelectionStyle(uint style);
 
 protected:
@@ -23,5 +27,6 @@ protected:
 
 private:
     void applySelectionStyle();
-    uint _selectionStyle = 0;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

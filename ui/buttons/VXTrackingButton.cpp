@@ -3,7 +3,10 @@
 #include <QApplication>
 #include <QCursor>
 #include <QEnterEvent>
+#include <QPointer>
 #include <QWindow>
+
+using Quorvelle::Button;
 
 namespace {
 
@@ -31,22 +34,29 @@ QWidget *parentWindowOf(const QWidget *window)
 
 } // namespace
 
-VXTrackingButton::VXTrackingButton(QWidget *parent) : Button(parent)
+struct VXTrackingButton::Private
+{
+    bool _hasHover = false;
+    // The window whose activation is watched (the button's window while it has one).
+    QPointer<QWidget> _observedWindow;
+};
+
+VXTrackingButton::VXTrackingButton(QWidget *parent) : Button(parent), d(std::make_unique<Private>())
 {
     viewDidMoveToWindow();
 }
 
 VXTrackingButton::~VXTrackingButton()
 {
-    if (_observedWindow)
-        _observedWindow->removeEventFilter(this);
+    if (d->_observedWindow)
+        d->_observedWindow->removeEventFilter(this);
 }
 
 void VXTrackingButton::setHasHover(bool hasHover)
 {
-    if (hasHover == _hasHover)
+    if (hasHover == d->_hasHover)
         return;
-    _hasHover = hasHover;
+    d->_hasHover = hasHover;
     update();
 }
 
@@ -103,7 +113,7 @@ bool VXTrackingButton::eventFilter(QObject *watched, QEvent *event)
 {
     // Activation of the watched window while the button itself is hidden, or of a window
     // the button has left.
-    if (watched == _observedWindow &&
+    if (watched == d->_observedWindow &&
         (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate))
         validateHover();
     return Button::eventFilter(watched, event);
@@ -114,13 +124,18 @@ void VXTrackingButton::viewDidMoveToWindow()
     QWidget *window = windowOf(this);
     if (window) {
         // Earlier windows stay observed until the button leaves every window.
-        if (window != _observedWindow) {
+        if (window != d->_observedWindow) {
             window->installEventFilter(this);
-            _observedWindow = window;
+            d->_observedWindow = window;
         }
-    } else if (_observedWindow) {
-        _observedWindow->removeEventFilter(this);
-        _observedWindow = nullptr;
+    } else if (d->_observedWindow) {
+        d->_observedWindow->removeEventFilter(this);
+        d->_observedWindow = nullptr;
     }
     validateHover();
+}
+
+bool VXTrackingButton::hasHover() const
+{
+    return d->_hasHover;
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-#include "Button.h"
+#include <Quorvelle/Widgets/Button.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
-#include <QPointer>
+#include <memory>
 
 // A button that knows whether the mouse is over it. It does not trust enter and leave
 // alone: on each, on its window's activation changes and when it moves into a window it
 // hit-tests the pointer itself, so a covered part or an inactive window shows no hover.
-class VXTrackingButton : public Button
+class QV_WIDGETS_EXPORT VXTrackingButton : public Quorvelle::Button
 {
     Q_OBJECT
     Q_PROPERTY(bool hasHover READ hasHover WRITE setHasHover)
@@ -16,7 +17,7 @@ public:
     explicit VXTrackingButton(QWidget *parent = nullptr);
     ~VXTrackingButton() override;
 
-    bool hasHover() const { return _hasHover; }
+    bool hasHover() const;
     // Redraws only when the value really changes.
     void setHasHover(bool hasHover);
     void validateHover();
@@ -30,7 +31,6 @@ protected:
 
 private:
     void viewDidMoveToWindow();
-    bool _hasHover = false;
-    // The window whose activation is watched (the button's window while it has one).
-    QPointer<QWidget> _observedWindow;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

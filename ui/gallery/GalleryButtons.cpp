@@ -16,6 +16,11 @@
 
 #include <functional>
 
+using Quorvelle::ButtonCell;
+using Quorvelle::ButtonCellCoding;
+
+using Quorvelle::Bundle;
+
 namespace {
 
 // The gallery's own artwork, drawn by scripts/draw-button-artwork, in gallery/images/.

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXAttributedString.h"
+#include <Quorvelle/Widgets/VXAttributedString.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QString>
 
@@ -9,9 +10,11 @@
 // (it sits below the kit); so they live here, in the same namespace.
 namespace QuorvelleString {
 
-VXAttributedString attributedButtonTitleEnabled(const QString &string, bool enabled);
-VXAttributedString standartAttributedButtonTitleWithBoldFont(const QString &string, bool bold);
-VXAttributedString standartBoldAttributedButtonTitle(const QString &string);
-VXAttributedString standartAttributedButtonTitle(const QString &string);
+QV_WIDGETS_EXPORT VXAttributedString attributedButtonTitleEnabled(const QString &string,
+                                                                  bool enabled);
+QV_WIDGETS_EXPORT VXAttributedString
+standartAttributedButtonTitleWithBoldFont(const QString &string, bool bold);
+QV_WIDGETS_EXPORT VXAttributedString standartBoldAttributedButtonTitle(const QString &string);
+QV_WIDGETS_EXPORT VXAttributedString standartAttributedButtonTitle(const QString &string);
 
 } // namespace QuorvelleString

@@ -12,6 +12,13 @@
 #include <memory>
 #include <vector>
 
+VXAttributedString::VXAttributedString() = default;
+VXAttributedString::VXAttributedString(const VXAttributedString &other) = default;
+VXAttributedString::VXAttributedString(VXAttributedString &&other) noexcept = default;
+VXAttributedString &VXAttributedString::operator=(const VXAttributedString &other) = default;
+VXAttributedString &VXAttributedString::operator=(VXAttributedString &&other) noexcept = default;
+VXAttributedString::~VXAttributedString() = default;
+
 VXAttributedString::VXAttributedString(const QString &string, const VXAttributes &attributes)
     : m_string(string)
 {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "VXColor.h"
-#include "VXFont.h"
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/VXFont.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QList>
 #include <QMap>
@@ -87,11 +88,19 @@ enum VXStringDrawingOptions : std::uint64_t
 // A text with attribute runs over UTF-16 ranges (a value type: copies are independent, so
 // "mutableCopy" is a plain copy). Ranges outside the text are clipped to it; a range that
 // starts beyond the end changes nothing.
-class VXAttributedString
+//
+// Its layout (a text and a run list) is frozen; the runs are private, so copying and
+// destroying happen in the library.
+class QV_WIDGETS_EXPORT VXAttributedString
 {
 public:
-    VXAttributedString() = default;
+    VXAttributedString();
     explicit VXAttributedString(const QString &string, const VXAttributes &attributes = {});
+    VXAttributedString(const VXAttributedString &other);
+    VXAttributedString(VXAttributedString &&other) noexcept;
+    VXAttributedString &operator=(const VXAttributedString &other);
+    VXAttributedString &operator=(VXAttributedString &&other) noexcept;
+    ~VXAttributedString();
 
     QString string() const { return m_string; }
     std::uint64_t length() const { return std::uint64_t(m_string.size()); }

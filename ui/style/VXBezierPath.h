@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXColor.h"
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QList>
 #include <QPainterPath>
@@ -30,7 +31,7 @@ enum VXLineJoinStyle
 // A path as the kit's drawing code builds it: elements plus the stroke attributes that
 // travel with the path (line width, dash pattern and phase, line join), which QPainterPath
 // does not carry. Coordinates are those of the painter it is drawn with.
-class VXBezierPath
+class QV_WIDGETS_EXPORT VXBezierPath
 {
 public:
     struct Element

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXBezierPath.h"
+#include <Quorvelle/Widgets/VXBezierPath.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QPainterPath>
 
@@ -11,6 +12,6 @@ namespace VXBezierPathConversion {
 
 // The drawing path of a kit path, or nothing for a path without elements. An open final
 // figure (one that ends with a line or a curve) comes back closed.
-std::optional<QPainterPath> newCGPath(const VXBezierPath &path);
+QV_WIDGETS_EXPORT std::optional<QPainterPath> newCGPath(const VXBezierPath &path);
 
 } // namespace VXBezierPathConversion

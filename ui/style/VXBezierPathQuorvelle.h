@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXBezierPath.h"
+#include <Quorvelle/Widgets/VXBezierPath.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QRectF>
 
@@ -10,7 +11,8 @@ namespace VXBezierPathQuorvelle {
 // A rounded rectangle whose stroke of lineWidth stays inside rect: the rectangle is inset by
 // half the width on every side, the radii shrink by the same amount, and the path carries
 // the width.
-VXBezierPath bezierPathWithRoundedRectInsideBounds(const QRectF &rect, double xRadius,
-                                                   double yRadius, double lineWidth);
+QV_WIDGETS_EXPORT VXBezierPath bezierPathWithRoundedRectInsideBounds(const QRectF &rect,
+                                                                     double xRadius, double yRadius,
+                                                                     double lineWidth);
 
 } // namespace VXBezierPathQuorvelle

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
 #include <QList>
 #include <QMetaType>
 
@@ -9,7 +11,7 @@ class QColor;
 // exact doubles. QColor keeps 16 bits per channel, which would round the palette's decimal
 // components, so colours stay in this form until the moment they are drawn (newCGColor).
 // Equality is the platform's colour equality: same space, equal components.
-class VXColor
+class QV_WIDGETS_EXPORT VXColor
 {
 public:
     enum class ColorSpace

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXColor.h"
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QColor>
 
@@ -10,6 +11,6 @@ namespace VXColorConvertion {
 // The drawing colour of a kit colour, converted in the colour's own space: a grey stays a
 // grey (QColor::fromRgbF(w, w, w, a)), no device or generic RGB conversion is made. The
 // result is a value the caller owns.
-QColor newCGColor(const VXColor &color);
+QV_WIDGETS_EXPORT QColor newCGColor(const VXColor &color);
 
 } // namespace VXColorConvertion

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
 #include <cstdint>
 
 class QSplitter;
@@ -12,6 +14,6 @@ namespace VXConvenienceMethods {
 // The far edge (right for side-by-side panes, bottom for stacked ones) of the last pane at
 // or before index that is not collapsed (a collapsed pane has size 0); 0.0 when all of them
 // are collapsed or the index is outside the splitter.
-double positionOfDividerAtIndex(const QSplitter *splitView, std::int64_t index);
+QV_WIDGETS_EXPORT double positionOfDividerAtIndex(const QSplitter *splitView, std::int64_t index);
 
 } // namespace VXConvenienceMethods

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
 #include <QFont>
 #include <QMetaType>
 #include <QString>
@@ -22,7 +24,7 @@ enum VXFontTraitMask : std::uint64_t
 // name is a family that fontconfig's alias rules resolve to an installed face (this is how
 // "Helvetica" exists on a desktop that ships a metric-compatible face under another name),
 // never merely because fontconfig would fall back to a generic family.
-class VXFontDatabase
+class QV_WIDGETS_EXPORT VXFontDatabase
 {
 public:
     struct Face
@@ -46,7 +48,7 @@ public:
 
 // A font named by its PostScript name at a size in points. Whether a name exists is asked
 // of fontconfig (VXFontDatabase); qfont() is what QPainter and QTextLayout draw with.
-class VXFont
+class QV_WIDGETS_EXPORT VXFont
 {
 public:
     VXFont() = default; // an invalid font (empty name, size 0); only for containers

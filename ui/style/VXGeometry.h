@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXAttributedString.h"
+#include <Quorvelle/Widgets/VXAttributedString.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QSizeF>
 
@@ -10,9 +11,13 @@
 // gives a zero size.
 namespace VXGeometry {
 
-QSizeF sizeForWidth(const std::optional<VXAttributedString> &string, double width);
-QSizeF sizeForHeight(const std::optional<VXAttributedString> &string, double height);
-double heightForWidth(const std::optional<VXAttributedString> &string, double width);
-double widthForHeight(const std::optional<VXAttributedString> &string, double height);
+QV_WIDGETS_EXPORT QSizeF sizeForWidth(const std::optional<VXAttributedString> &string,
+                                      double width);
+QV_WIDGETS_EXPORT QSizeF sizeForHeight(const std::optional<VXAttributedString> &string,
+                                       double height);
+QV_WIDGETS_EXPORT double heightForWidth(const std::optional<VXAttributedString> &string,
+                                        double width);
+QV_WIDGETS_EXPORT double widthForHeight(const std::optional<VXAttributedString> &string,
+                                        double height);
 
 } // namespace VXGeometry

@@ -9,14 +9,32 @@
 #include <QPainter>
 
 #include <cmath>
+#include <mutex>
 #include <numbers>
 
-VXGradientView::VXGradientView(QWidget *parent) : QWidget(parent)
+struct VXGradientView::Private
+{
+    // Colour properties are atomic: a mutex around each read and write.
+    std::mutex _colorLock;
+    std::optional<VXColor> startGradientColor_;
+    std::optional<VXColor> finishGradientColor_;
+    std::optional<VXColor> topLineColor_;
+    std::optional<VXColor> bottomLineColor_;
+    double _gradientAngle = 270.0;
+    const double *_topLineDashStyle = nullptr;
+    const double *_bottomLineDashStyle = nullptr;
+    std::int64_t _topLineDashCount = 0;
+    std::int64_t _bottomLineDashCount = 0;
+    double _cornerRadius = 0.0;
+};
+
+VXGradientView::VXGradientView(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>())
 {
     setDefaults();
 }
 
-VXGradientView::VXGradientView(const QRect &frame, QWidget *parent) : QWidget(parent)
+VXGradientView::VXGradientView(const QRect &frame, QWidget *parent)
+    : QWidget(parent), d(std::make_unique<Private>())
 {
     setGeometry(frame);
     setDefaults();
@@ -26,72 +44,72 @@ VXGradientView::~VXGradientView() = default;
 
 void VXGradientView::setDefaults()
 {
-    startGradientColor_ = VXColor::controlHighlightColor();
-    finishGradientColor_ = VXColor::controlShadowColor();
-    topLineColor_ = VXColor::whiteColor();
-    bottomLineColor_ = VXColor::disabledControlTextColor();
-    _gradientAngle = 270.0;
-    _cornerRadius = 0.0;
+    d->startGradientColor_ = VXColor::controlHighlightColor();
+    d->finishGradientColor_ = VXColor::controlShadowColor();
+    d->topLineColor_ = VXColor::whiteColor();
+    d->bottomLineColor_ = VXColor::disabledControlTextColor();
+    d->_gradientAngle = 270.0;
+    d->_cornerRadius = 0.0;
 }
 
 std::optional<VXColor> VXGradientView::startGradientColor() const
 {
-    std::lock_guard lock(_colorLock);
-    return startGradientColor_;
+    std::lock_guard lock(d->_colorLock);
+    return d->startGradientColor_;
 }
 
 void VXGradientView::setStartGradientColor(const std::optional<VXColor> &color)
 {
-    std::lock_guard lock(_colorLock);
-    startGradientColor_ = color;
+    std::lock_guard lock(d->_colorLock);
+    d->startGradientColor_ = color;
 }
 
 std::optional<VXColor> VXGradientView::finishGradientColor() const
 {
-    std::lock_guard lock(_colorLock);
-    return finishGradientColor_;
+    std::lock_guard lock(d->_colorLock);
+    return d->finishGradientColor_;
 }
 
 void VXGradientView::setFinishGradientColor(const std::optional<VXColor> &color)
 {
-    std::lock_guard lock(_colorLock);
-    finishGradientColor_ = color;
+    std::lock_guard lock(d->_colorLock);
+    d->finishGradientColor_ = color;
 }
 
 std::optional<VXColor> VXGradientView::topLineColor() const
 {
-    std::lock_guard lock(_colorLock);
-    return topLineColor_;
+    std::lock_guard lock(d->_colorLock);
+    return d->topLineColor_;
 }
 
 void VXGradientView::setTopLineColor(const std::optional<VXColor> &color)
 {
-    std::lock_guard lock(_colorLock);
-    topLineColor_ = color;
+    std::lock_guard lock(d->_colorLock);
+    d->topLineColor_ = color;
 }
 
 std::optional<VXColor> VXGradientView::bottomLineColor() const
 {
-    std::lock_guard lock(_colorLock);
-    return bottomLineColor_;
+    std::lock_guard lock(d->_colorLock);
+    return d->bottomLineColor_;
 }
 
 void VXGradientView::setBottomLineColor(const std::optional<VXColor> &color)
 {
-    std::lock_guard lock(_colorLock);
-    bottomLineColor_ = color;
+    std::lock_guard lock(d->_colorLock);
+    d->bottomLineColor_ = color;
 }
 
 void VXGradientView::setTopLineDash(const double *dash, std::int64_t count)
 {
-    _topLineDashStyle = dash;
-    _topLineDashCount = count;
+    d->_topLineDashStyle = dash;
+    d->_topLineDashCount = count;
 }
 
 void VXGradientView::setBottomLineDash(const double *dash, std::int64_t count)
 {
-    _bottomLineDashStyle = dash;
-    _bottomLineDashCount = count;
+    d->_bottomLineDashStyle = dash;
+    d->_bottomLineDashCount = count;
 }
 
 void VXGradientView::paintEvent(QPaintEvent *)
@@ -118,8 +136,8 @@ void VXGradientView::drawRect(QPainter &painter) const
     painter.setClipRect(bounds, Qt::IntersectClip);
 
     std::optional<VXBezierPath> shape;
-    if (_cornerRadius != 0.0 && std::isfinite(_cornerRadius))
-        shape = VXBezierPath::bezierPathWithRoundedRect(bounds, _cornerRadius, _cornerRadius);
+    if (d->_cornerRadius != 0.0 && std::isfinite(d->_cornerRadius))
+        shape = VXBezierPath::bezierPathWithRoundedRect(bounds, d->_cornerRadius, d->_cornerRadius);
     const QPainterPath area = shape ? shape->toQPainterPath() : [&] {
         QPainterPath p;
         p.addRect(bounds);
@@ -129,10 +147,10 @@ void VXGradientView::drawRect(QPainter &painter) const
     if (start == finish) {
         if (start)
             painter.fillPath(area, VXColorConvertion::newCGColor(*start));
-    } else if (start && finish && std::isfinite(_gradientAngle)) {
+    } else if (start && finish && std::isfinite(d->_gradientAngle)) {
         // The gradient's axis runs through the centre at the angle, long enough that the
         // rectangle's extreme corners (or edges) get the pure start and finish colours.
-        const double radians = _gradientAngle * std::numbers::pi / 180.0;
+        const double radians = d->_gradientAngle * std::numbers::pi / 180.0;
         const double dx = std::cos(radians), dy = std::sin(radians);
         const double half = (std::abs(w * dx) + std::abs(h * dy)) / 2.0;
         const QPointF centre = bounds.center();
@@ -147,19 +165,39 @@ void VXGradientView::drawRect(QPainter &painter) const
     VXBezierPath line;
     line.setLineWidth(1.0);
     if (topColor) {
-        if (_topLineDashStyle)
-            line.setLineDash(_topLineDashStyle, _topLineDashCount, 0.0);
+        if (d->_topLineDashStyle)
+            line.setLineDash(d->_topLineDashStyle, d->_topLineDashCount, 0.0);
         line.moveToPoint({x, y + h});
         line.lineToPoint({x + w, y + h});
         line.stroke(painter, *topColor);
     }
     line.removeAllPoints();
     if (bottomColor) {
-        if (_bottomLineDashStyle)
-            line.setLineDash(_bottomLineDashStyle, _bottomLineDashCount, 0.0);
+        if (d->_bottomLineDashStyle)
+            line.setLineDash(d->_bottomLineDashStyle, d->_bottomLineDashCount, 0.0);
         line.moveToPoint({x, y});
         line.lineToPoint({x + w, y});
         line.stroke(painter, *bottomColor);
     }
     painter.restore();
+}
+
+double VXGradientView::gradientAngle() const
+{
+    return d->_gradientAngle;
+}
+
+void VXGradientView::setGradientAngle(double angle)
+{
+    d->_gradientAngle = angle;
+}
+
+double VXGradientView::cornerRadius() const
+{
+    return d->_cornerRadius;
+}
+
+void VXGradientView::setCornerRadius(double radius)
+{
+    d->_cornerRadius = radius;
 }

@@ -1,17 +1,18 @@
 #pragma once
 
-#include "VXColor.h"
+#include <Quorvelle/Widgets/VXColor.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QWidget>
 
 #include <cstdint>
-#include <mutex>
+#include <memory>
 #include <optional>
 
 // A background band: a two-colour linear gradient (or a solid fill when both colours are
 // equal) over the view, optionally with rounded corners, and a one-point line along the
 // top and the bottom edge, each with an optional dash pattern.
-class VXGradientView : public QWidget
+class QV_WIDGETS_EXPORT VXGradientView : public QWidget
 {
     Q_OBJECT
 public:
@@ -31,10 +32,10 @@ public:
     void setBottomLineColor(const std::optional<VXColor> &color);
     // Degrees counter-clockwise from the positive x axis: 270 puts the start colour at the
     // top, 90 at the bottom.
-    double gradientAngle() const { return _gradientAngle; }
-    void setGradientAngle(double angle) { _gradientAngle = angle; }
-    double cornerRadius() const { return _cornerRadius; }
-    void setCornerRadius(double radius) { _cornerRadius = radius; }
+    double gradientAngle() const;
+    void setGradientAngle(double angle);
+    double cornerRadius() const;
+    void setCornerRadius(double radius);
 
     // The dash arrays are only referenced: the caller keeps them alive while the view may
     // draw. A null pointer means a solid line.
@@ -51,16 +52,6 @@ protected:
 private:
     void setDefaults();
 
-    // Colour properties are atomic: a mutex around each read and write.
-    mutable std::mutex _colorLock;
-    std::optional<VXColor> startGradientColor_;
-    std::optional<VXColor> finishGradientColor_;
-    std::optional<VXColor> topLineColor_;
-    std::optional<VXColor> bottomLineColor_;
-    double _gradientAngle = 270.0;
-    const double *_topLineDashStyle = nullptr;
-    const double *_bottomLineDashStyle = nullptr;
-    std::int64_t _topLineDashCount = 0;
-    std::int64_t _bottomLineDashCount = 0;
-    double _cornerRadius = 0.0;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+using Quorvelle::Bundle;
+
 QSizeF VXImage::size() const
 {
     return m_image.deviceIndependentSize();

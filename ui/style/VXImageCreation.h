@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
 #include <QImage>
 #include <QRectF>
 #include <QSizeF>
@@ -7,11 +9,13 @@
 
 #include <optional>
 
+namespace Quorvelle {
 class Bundle;
+}
 class QPainter;
 
 // An image that knows the name it was looked up by (the button cells compare it).
-class VXImage
+class QV_WIDGETS_EXPORT VXImage
 {
 public:
     VXImage() = default;
@@ -45,10 +49,11 @@ private:
 namespace VXImageCreation {
 
 // The application's named image (the main bundle's images/ folder), or nullopt.
-std::optional<VXImage> imageNamed(const QString &name);
+QV_WIDGETS_EXPORT std::optional<VXImage> imageNamed(const QString &name);
 // With no bundle: imageNamed(name). With a bundle: that bundle's image of that name only.
-std::optional<VXImage> imageNamed(const QString &name, Bundle *bundle);
+QV_WIDGETS_EXPORT std::optional<VXImage> imageNamed(const QString &name, Quorvelle::Bundle *bundle);
 // As above, then the application's named image when that gave nothing and the flag is set.
-std::optional<VXImage> imageNamed(const QString &name, Bundle *bundle, bool fallBackToMainBundle);
+QV_WIDGETS_EXPORT std::optional<VXImage> imageNamed(const QString &name, Quorvelle::Bundle *bundle,
+                                                    bool fallBackToMainBundle);
 
 } // namespace VXImageCreation

@@ -247,10 +247,16 @@ bool isAlternatingRowExchangeInstalled()
 
 } // namespace QuorvelleColor
 
-// Runs when the application object is created, in every program that links the kit (the
-// kit's CMake keeps this symbol, and with it the object file, in the link).
-extern "C" void qv_ui_style_install_hooks()
+namespace {
+// Registered when the library is loaded; Qt runs it when the application object is created
+// (or at once, for a library loaded later).
+void installAlternatingRowHook()
 {
     QuorvelleColor::installHooks();
 }
-Q_COREAPP_STARTUP_FUNCTION(qv_ui_style_install_hooks)
+} // namespace
+Q_COREAPP_STARTUP_FUNCTION(installAlternatingRowHook)
+
+// Referenced by QuorvelleWidgetsLoad.cpp, which every program linking the library compiles,
+// so that a linker with --as-needed keeps the library and its load-time hooks.
+extern "C" QV_WIDGETS_EXPORT void qv_widgets_load_anchor() {}

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VXFont.h"
+#include <Quorvelle/Widgets/VXFont.h>
+#include <Quorvelle/Widgets/WidgetsExport.h>
 
 #include <QString>
 #include <QStringList>
@@ -11,15 +12,15 @@
 // lookup ends at the system font, so none of them fails.
 namespace QuorvelleFont {
 
-VXFont quorvelleCustomFontWithName(const QString &name,
-                                   const std::optional<QStringList> &alternateNames, double size);
-VXFont quorvelleFallbackFontWithSize(double size);
-VXFont quorvelleRegularFontWithSize(double size);
-VXFont quorvelleMediumFontWithSize(double size);
-VXFont quorvelleBoldFontWithSize(double size);
-VXFont quorvelleItalicFontWithSize(double size);
-VXFont quorvelleBoldItalicFontWithSize(double size);
-VXFont quorvelleThinFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleCustomFontWithName(
+    const QString &name, const std::optional<QStringList> &alternateNames, double size);
+QV_WIDGETS_EXPORT VXFont quorvelleFallbackFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleRegularFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleMediumFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleBoldFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleItalicFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleBoldItalicFontWithSize(double size);
+QV_WIDGETS_EXPORT VXFont quorvelleThinFontWithSize(double size);
 
 constexpr double quorvelleRegularFontSize()
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Quorvelle/Widgets/WidgetsExport.h>
+
 #include <optional>
 
 // The release question the kit's drawing and lookup code branches on, with a seam so that
@@ -7,7 +9,7 @@
 namespace VXSystemRelease {
 
 // VXSystemInformation::isLionOrGreater(), unless a test has decided otherwise.
-bool isLionOrGreater();
-void setLionOrGreaterForTesting(std::optional<bool> value);
+QV_WIDGETS_TESTS_EXPORT bool isLionOrGreater();
+QV_WIDGETS_TESTS_EXPORT void setLionOrGreaterForTesting(std::optional<bool> value);
 
 } // namespace VXSystemRelease
