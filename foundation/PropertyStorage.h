@@ -132,11 +132,12 @@ void adoptEntries(Region *region, PropertyDictionary::Entry *first, PropertyDict
 // Where the JSON reader puts the containers of one text: regions placed one after the
 // other in frozen blocks of up to 64 KB (the first twice the text's length, the next ones
 // doubling, so a short text takes little; a container larger than a quarter of 64 KB gets
-// a block of its own). Each region comes with one reference for the container made over it;
-// when that container becomes an element of another in the same block, the caller gives
-// the reference back (inner references are not counted). While the arena fills a block it
-// holds a large reservation on its count instead of counting every container atomically,
-// and settles the count once when it moves on.
+// a block of its own; the block being filled then takes no more if that container refers to
+// it, since blocks may refer only to older ones). Each region comes with one reference for the
+// container made over it; when that container becomes an element of another in the same block, the
+// caller gives the reference back (inner references are not counted). While the arena fills a block
+// it holds a large reservation on its count instead of counting every container atomically, and
+// settles the count once when it moves on.
 class Arena
 {
 public:
@@ -166,15 +167,30 @@ public:
         container->size = quint32(count);
         if (container->block() == m_block)
             uncountInner(elements, count);
+        else
+            closeIfReferred(elements, count);
     }
     // The same for the values of dictionary members about to go into `container`.
     void adoptInto(Region *container, const PropertyValue &value)
     {
         if (container->block() == m_block)
             uncountInner(&value, 1);
+        else
+            closeIfReferred(&value, 1);
     }
 
 private:
+    // A container in a block of its own that refers to the block being filled: a container
+    // placed later in that block (its parent, say) would refer to it in turn, and the two
+    // blocks would keep each other alive for ever. So that block takes no more containers.
+    void closeIfReferred(const PropertyValue *values, qsizetype count)
+    {
+        for (qsizetype k = 0; k < count && m_block; ++k) {
+            if (Region *region = regionOf(values[k]); region && region->block() == m_block)
+                settle();
+        }
+    }
+
     void uncountInner(const PropertyValue *values, qsizetype count)
     {
         for (qsizetype k = 0; k < count; ++k) {
