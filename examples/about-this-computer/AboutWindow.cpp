@@ -23,6 +23,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 using Quorvelle::Button;
@@ -79,8 +80,8 @@ VXAttributedString headerLine(const SystemFacts &facts)
         const VXFont face = font.value<VXFont>();
         const bool bold = face.isValid() && face.isBold();
         const bool italic = face.isValid() && face.isItalic();
-        // Where the kit's family falls back to a face without the trait, the font manager's
-        // conversion finds the family's bold or italic face.
+        // The kit's regular face converted to the run's traits: the kit's own bold and italic
+        // fall back to the regular face where its faces are not installed.
         const VXFont kitFace = QuorvelleFont::quorvelleRegularFontWithSize(size).withTraits(
             VXFont::traitMask(bold, italic));
         line.addAttribute(VXFontAttributeName, QVariant::fromValue(kitFace), run);
