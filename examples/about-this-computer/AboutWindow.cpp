@@ -176,6 +176,7 @@ QWidget *AboutWindow::makeBody()
     m_sections = new VXMatrix;
     m_sections->setSelectionStyle(2);
     m_sections->setFixedWidth(AboutLayout::sidebarWidth);
+    m_sections->setAccessibleName(QCoreApplication::translate("AboutWindow", "Sections"));
     auto *rows = new QVBoxLayout(m_sections);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(2);
@@ -196,7 +197,8 @@ QWidget *AboutWindow::makeBody()
 
     // The facts, label and value, on the kit's alternating rows.
     m_model = new QStandardItemModel(0, 2, this);
-    auto *list = new QTableView;
+    m_list = new QTableView;
+    auto *list = m_list;
     list->setModel(m_model);
     list->setAlternatingRowColors(true);
     list->setShowGrid(false);
@@ -263,6 +265,7 @@ void AboutWindow::showSection(int index)
             radio->setFocus(Qt::OtherFocusReason);
     }
 
+    m_list->setAccessibleName(m_facts.sections.at(index).title);
     const QColor labelColor = qcolor(QuorvelleColor::quorvelleTextGrayColor());
     m_model->removeRows(0, m_model->rowCount());
     for (const SystemFact &fact : m_facts.sections.at(index).facts) {

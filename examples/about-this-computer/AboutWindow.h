@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QStandardItemModel;
+class QTableView;
 class VXMatrix;
 
 // "About this computer": a gradient header naming the machine, a radio matrix of sections
@@ -26,4 +27,5 @@ private:
     SystemFacts m_facts;
     VXMatrix *m_sections = nullptr;
     QStandardItemModel *m_model = nullptr;
+    QTableView *m_list = nullptr;
 };
