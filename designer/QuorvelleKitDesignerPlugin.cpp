@@ -35,59 +35,39 @@ QIcon pictogram(const std::function<void(QPainter &)> &draw)
     return QIcon(pixmap);
 }
 
-QIcon buttonIcon(bool bordered)
-{
-    return pictogram([bordered](QPainter &p) {
-        const QRectF frame(2.5, 7.5, 19, 9);
-        const QColor blue = kitColor(QuorvelleColor::quorvelleBlueColor());
-        if (bordered) {
-            p.setPen(QPen(blue, 1.5));
-            p.setBrush(Qt::white);
-        } else {
-            p.setPen(Qt::NoPen);
-            p.setBrush(blue);
-        }
-        p.drawRoundedRect(frame, 2.5, 2.5);
-        p.setPen(QPen(bordered ? blue : QColor(Qt::white), 1.5));
-        p.drawLine(QPointF(8, 12), QPointF(16, 12));
-    });
-}
-
-QIcon checkBoxIcon()
+// Designer keeps one icon per class (the last entry's), so the three button entries share
+// this one: a flat button above a checked flat box.
+QIcon buttonIcon()
 {
     return pictogram([](QPainter &p) {
         const QColor blue = kitColor(QuorvelleColor::quorvelleBlueColor());
         p.setPen(Qt::NoPen);
         p.setBrush(blue);
-        p.drawRoundedRect(QRectF(4, 4, 16, 16), 3, 3);
-        p.setPen(QPen(Qt::white, 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.drawRoundedRect(QRectF(1, 3, 22, 9), 2.5, 2.5);
+        p.setPen(QPen(Qt::white, 1.5));
+        p.drawLine(QPointF(7, 7.5), QPointF(17, 7.5));
+        p.setPen(QPen(blue, 1.5));
         p.setBrush(Qt::NoBrush);
-        p.drawPolyline(QPolygonF({QPointF(7.5, 12.5), QPointF(10.5, 15.5), QPointF(16.5, 8.5)}));
+        p.drawRoundedRect(QRectF(1.75, 14.75, 7.5, 7.5), 1.5, 1.5);
+        p.setPen(QPen(blue, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.drawPolyline(QPolygonF({QPointF(3.5, 18.5), QPointF(5, 20), QPointF(7.5, 17)}));
+        p.setPen(QPen(kitColor(QuorvelleColor::quorvelleGrayColor()), 1.5));
+        p.drawLine(QPointF(12, 18.5), QPointF(21, 18.5));
     });
 }
 
-// Two rows of radio marks, the first selected and marked by the style's shape behind it.
-QIcon matrixIcon(uint selectionStyle)
+// Two rows of radio marks, the first selected and marked by the rounded shape behind it (one
+// icon per class, as for the buttons).
+QIcon matrixIcon()
 {
-    return pictogram([selectionStyle](QPainter &p) {
+    return pictogram([](QPainter &p) {
         const QColor blue = kitColor(QuorvelleColor::quorvelleBlueColor());
         const QColor gray = kitColor(QuorvelleColor::quorvelleGrayColor());
         QColor tint = blue;
         tint.setAlphaF(0.25);
         p.setPen(Qt::NoPen);
         p.setBrush(tint);
-        if (selectionStyle == 2) {
-            QPainterPath tag;
-            tag.moveTo(1, 3);
-            tag.lineTo(18, 3);
-            tag.lineTo(23, 7.5);
-            tag.lineTo(18, 12);
-            tag.lineTo(1, 12);
-            tag.closeSubpath();
-            p.drawPath(tag);
-        } else {
-            p.drawRoundedRect(QRectF(1, 3, 22, 9), 3, 3);
-        }
+        p.drawRoundedRect(QRectF(1, 3, 22, 9), 3, 3);
         p.setBrush(Qt::NoBrush);
         p.setPen(QPen(blue, 1.5));
         p.drawEllipse(QPointF(6, 7.5), 2.75, 2.75);
@@ -209,6 +189,15 @@ QuorvelleKitDesignerPlugin::QuorvelleKitDesignerPlugin(QObject *parent) : QObjec
     const QString buttonHeader = QStringLiteral("Quorvelle/Widgets/Button.h");
     const auto button = [](QWidget *parent) -> QWidget * { return new Quorvelle::Button(parent); };
     const auto matrix = [](QWidget *parent) -> QWidget * { return new VXMatrix(parent); };
+    // Designer shows one class's What's This for all its entries.
+    const QString buttonWhatsThis = QStringLiteral(
+        "A button of the Quorvelle kit. Its look is its cell, named by cellClass: "
+        "VXFlatButtonCell (the flat button: a filled rounded shape in the kit's blue with a "
+        "white title), VXFlatBorderedButtonCell (the bordered flat button: a blue outline and "
+        "title on white, filled when pressed), VXFlatCheckboxButtonCell with buttonType 3 (the "
+        "flat check box), VXFlatRadioButtonCell with buttonType 4 (a row of a radio matrix), "
+        "VXButtonCell or VXGeneralButtonCell. The cell is made from buttonType, controlSize "
+        "and bordered, which are therefore set before cellClass.");
     const QString matrixWhatsThis = QStringLiteral(
         "A radio group of the Quorvelle kit. Its rows are the radio buttons among its direct "
         "children, exclusive among themselves, in the order they stand from top to bottom; "
@@ -218,29 +207,17 @@ QuorvelleKitDesignerPlugin::QuorvelleKitDesignerPlugin(QObject *parent) : QObjec
 
     const QList<QuorvelleKitWidget::Description> descriptions = {
         {QStringLiteral("Quorvelle::Button"), buttonHeader,
-         QStringLiteral("Flat button (Quorvelle Kit)"),
-         QStringLiteral("The Quorvelle kit's flat push button: a filled rounded shape in the "
-                        "kit's blue with a white title. Its look is its cell: cellClass names "
-                        "the cell class (VXFlatButtonCell, VXFlatBorderedButtonCell, "
-                        "VXFlatCheckboxButtonCell, VXFlatRadioButtonCell, VXButtonCell, "
-                        "VXGeneralButtonCell), made from buttonType, controlSize and bordered, "
-                        "which are therefore set before it."),
+         QStringLiteral("Flat button (Quorvelle Kit)"), buttonWhatsThis,
          buttonDom(QStringLiteral("Flat Button"), QStringLiteral("flatButton"),
                    QStringLiteral("VXFlatButtonCell"), QStringLiteral("Button")),
-         buttonIcon(false), false, button},
+         buttonIcon(), false, button},
         {QStringLiteral("Quorvelle::Button"), buttonHeader,
-         QStringLiteral("Bordered flat button (Quorvelle Kit)"),
-         QStringLiteral("The Quorvelle kit's bordered flat push button: a blue outline and "
-                        "title on white, filled when pressed. A Quorvelle::Button whose "
-                        "cellClass is VXFlatBorderedButtonCell."),
+         QStringLiteral("Bordered flat button (Quorvelle Kit)"), buttonWhatsThis,
          buttonDom(QStringLiteral("Bordered Flat Button"), QStringLiteral("borderedFlatButton"),
                    QStringLiteral("VXFlatBorderedButtonCell"), QStringLiteral("Button")),
-         buttonIcon(true), false, button},
+         buttonIcon(), false, button},
         {QStringLiteral("Quorvelle::Button"), buttonHeader,
-         QStringLiteral("Flat check box (Quorvelle Kit)"),
-         QStringLiteral("The Quorvelle kit's flat check box: a rounded square with a check "
-                        "mark in the kit's colours. A Quorvelle::Button whose cellClass is "
-                        "VXFlatCheckboxButtonCell and buttonType 3 (switch)."),
+         QStringLiteral("Flat check box (Quorvelle Kit)"), buttonWhatsThis,
          QStringLiteral(R"(<ui language="c++" displayname="Flat Check Box">
  <widget class="Quorvelle::Button" name="flatCheckBox">
   <property name="buttonType"><number>3</number></property>
@@ -249,17 +226,17 @@ QuorvelleKitDesignerPlugin::QuorvelleKitDesignerPlugin(QObject *parent) : QObjec
   <property name="text"><string>Check box</string></property>
  </widget>
 </ui>)"),
-         checkBoxIcon(), false, button},
+         buttonIcon(), false, button},
         {QStringLiteral("VXMatrix"), QStringLiteral("Quorvelle/Widgets/VXMatrix.h"),
          QStringLiteral("Radio matrix, rounded selection (Quorvelle Kit)"), matrixWhatsThis,
          matrixDom(QStringLiteral("Radio Matrix (Rounded Selection)"),
                    QStringLiteral("radioMatrix"), 1),
-         matrixIcon(1), true, matrix},
+         matrixIcon(), true, matrix},
         {QStringLiteral("VXMatrix"), QStringLiteral("Quorvelle/Widgets/VXMatrix.h"),
          QStringLiteral("Radio matrix, tag selection (Quorvelle Kit)"), matrixWhatsThis,
          matrixDom(QStringLiteral("Radio Matrix (Tag Selection)"), QStringLiteral("tagRadioMatrix"),
                    2),
-         matrixIcon(2), true, matrix},
+         matrixIcon(), true, matrix},
         {QStringLiteral("VXTrackingButton"), QStringLiteral("Quorvelle/Widgets/VXTrackingButton.h"),
          QStringLiteral("Hover-tracking button (Quorvelle Kit)"),
          QStringLiteral("A Quorvelle::Button that knows whether the pointer is over it, "
