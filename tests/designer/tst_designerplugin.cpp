@@ -57,6 +57,49 @@ private Q_SLOTS:
         QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
     }
 
+    // The uninstaller's own window, as Designer opens it: every kit widget it names is made
+    // by the plugin, with the cell its description asks for.
+    void surveyWindow()
+    {
+        QFile file(qEnvironmentVariable("QV_SOURCE_DIR") +
+                   QStringLiteral("/resources/ui/SurveyWindow.ui"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray description = file.readAll();
+        QBuffer buffer;
+        buffer.setData(description);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        auto uiLoader = loader();
+        std::unique_ptr<QWidget> window(uiLoader->load(&buffer));
+        QVERIFY2(window, qPrintable(uiLoader->errorString()));
+
+        QXmlStreamReader reader(description);
+        int kitWidgets = 0;
+        QString objectName, className;
+        while (!reader.atEnd()) {
+            reader.readNext();
+            if (reader.isStartElement() && reader.name() == QLatin1String("widget")) {
+                objectName = reader.attributes().value(QLatin1String("name")).toString();
+                className = reader.attributes().value(QLatin1String("class")).toString();
+                auto *made = window->findChild<QWidget *>(objectName);
+                if (made && made != window.get())
+                    QVERIFY2(made->inherits(className.toLatin1().constData()),
+                             qPrintable(objectName + QStringLiteral(" is no ") + className));
+                if (className.startsWith(QLatin1String("VX")) ||
+                    className.startsWith(QLatin1String("Quorvelle::")))
+                    ++kitWidgets;
+            } else if (reader.isStartElement() && reader.name() == QLatin1String("property") &&
+                       reader.attributes().value(QLatin1String("name")) ==
+                           QLatin1String("cellClass")) {
+                reader.readNextStartElement();
+                const QString cellClass = reader.readElementText();
+                auto *button = window->findChild<Quorvelle::Button *>(objectName);
+                QVERIFY2(button && button->cellClass() == cellClass, qPrintable(objectName));
+            }
+        }
+        QVERIFY(!reader.hasError());
+        QVERIFY2(kitWidgets > 10, qPrintable(QString::number(kitWidgets)));
+    }
+
     // Every widget-box entry: in the kit's group, described, with an icon, and a DOM that
     // QUiLoader turns into a widget of the entry's class.
     void widgetBox()
