@@ -1,149 +1,159 @@
-#include "PropertyValue.h"
+#include "PropertyStorage.h"
 
 #include <QDebug>
 #include <QHashFunctions>
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
-#include <new>
+#include <memory>
 
 namespace Quorvelle {
 
-// One block: this header, `capacity` entries, then (for larger dictionaries) the hash index
-// of `indexMask + 1` slots, each 0 for free or an entry's position plus one. The index
-// uses linear probing at a load of at most two thirds.
-class PropertyDictionary::Data
+using namespace PropertyStorage;
+using Entry = PropertyDictionary::Entry;
+
+// A dictionary's region: the header, `capacity` entries, then (for nine or more) the hash
+// index of slotCount(capacity) slots, each 0 for free or an entry's position plus one. The
+// index uses linear probing.
+namespace {
+
+bool sameKey(const QString &stored, QStringView key)
 {
-public:
-    QAtomicInt ref{1};
-    quint32 size = 0;
-    quint32 capacity = 0;
-    quint32 indexMask = 0; // 0: no index, members are searched in order
+    // Keys read from one text often share their characters; comparing where they point
+    // settles those without looking at the text.
+    return stored.size() == key.size() &&
+           (stored.constData() == key.data() ||
+            std::memcmp(stored.constData(), key.data(), size_t(key.size()) * 2) == 0);
+}
 
-    // Up to this many members a search in order is as fast as hashing the key.
-    static constexpr quint32 indexedFrom = 9;
+quint32 indexMask(const Region *region)
+{
+    return quint32(slotCount(region->capacity) - 1);
+}
 
-    Entry *entries() { return reinterpret_cast<Entry *>(reinterpret_cast<char *>(this) + header); }
-    quint32 *indexSlots() { return reinterpret_cast<quint32 *>(entries() + capacity); }
-
-    static Data *allocate(quint32 capacity)
-    {
-        const quint32 slotCount =
-            capacity >= indexedFrom ? std::bit_ceil(capacity + capacity / 2 + 1) : 0;
-        void *block = ::operator new(header + size_t(capacity) * sizeof(Entry) +
-                                     size_t(slotCount) * sizeof(quint32));
-        Data *data = new (block) Data;
-        data->capacity = capacity;
-        if (slotCount) {
-            data->indexMask = slotCount - 1;
-            std::memset(data->indexSlots(), 0, slotCount * sizeof(quint32));
+// The entry holding `key`, and where its index slot is or would go.
+Entry *findIn(Region *region, QStringView key, quint32 **slotOut = nullptr)
+{
+    Entry *all = entriesOf(region);
+    if (!slotCount(region->capacity)) {
+        for (quint32 k = 0; k < region->size; ++k) {
+            if (sameKey(all[k].key, key))
+                return all + k;
         }
-        return data;
+        return nullptr;
     }
-
-    static void release(Data *data)
-    {
-        if (!data || data->ref.deref())
-            return;
-        Entry *entries = data->entries();
-        std::destroy(entries, entries + data->size);
-        data->~Data();
-        ::operator delete(static_cast<void *>(data));
-    }
-
-    static size_t hash(QStringView key) { return qHash(key, QHashSeed::globalSeed()); }
-
-    static bool sameKey(const QString &stored, QStringView key)
-    {
-        // Keys read from one text often share their characters; comparing where they
-        // point settles those without looking at the text.
-        return stored.size() == key.size() &&
-               (stored.constData() == key.data() ||
-                std::memcmp(stored.constData(), key.data(), size_t(key.size()) * 2) == 0);
-    }
-
-    // The entry holding `key`, and where its index slot is or would go.
-    Entry *find(QStringView key, quint32 **slotOut = nullptr)
-    {
-        Entry *all = entries();
-        if (!indexMask) {
-            for (quint32 k = 0; k < size; ++k) {
-                if (sameKey(all[k].key, key))
-                    return all + k;
-            }
+    quint32 *table = indexSlotsOf(region);
+    const quint32 mask = indexMask(region);
+    for (size_t s = keyHash(key) & mask;; s = (s + 1) & mask) {
+        const quint32 slot = table[s];
+        if (!slot) {
+            if (slotOut)
+                *slotOut = table + s;
             return nullptr;
         }
-        quint32 *table = indexSlots();
-        for (size_t s = hash(key) & indexMask;; s = (s + 1) & indexMask) {
-            const quint32 slot = table[s];
-            if (!slot) {
-                if (slotOut)
-                    *slotOut = table + s;
-                return nullptr;
+        if (sameKey(all[slot - 1].key, key))
+            return all + (slot - 1);
+    }
+}
+
+void rebuildIndex(Region *region)
+{
+    const qsizetype slots = slotCount(region->capacity);
+    if (!slots)
+        return;
+    quint32 *table = indexSlotsOf(region);
+    std::memset(table, 0, size_t(slots) * sizeof(quint32));
+    const quint32 mask = indexMask(region);
+    Entry *all = entriesOf(region);
+    for (quint32 k = 0; k < region->size; ++k) {
+        size_t s = keyHash(all[k].key) & mask;
+        while (table[s])
+            s = (s + 1) & mask;
+        table[s] = k + 1;
+    }
+}
+
+// Room is there; `slot` is where findIn() said the key would go (indexed regions only).
+Entry &emplace(Region *region, QString &&key, PropertyValue &&value, quint32 *slot)
+{
+    Entry *entry = new (entriesOf(region) + region->size) Entry{std::move(key), std::move(value)};
+    ++region->size;
+    if (slot)
+        *slot = region->size;
+    return *entry;
+}
+
+} // namespace
+
+size_t PropertyStorage::keyHash(QStringView key)
+{
+    return qHash(key, QHashSeed::globalSeed());
+}
+
+// A later duplicate's value replaces the earlier one, whose reference is given up: unless it
+// is an inner reference of the region's frozen block, which was never counted.
+static void replaceValue(Region *region, PropertyValue &earlier, PropertyValue &later)
+{
+    Block *block = region->block();
+    if (Region *held = regionOf(earlier); held && block->frozen && held->block() == block)
+        new (&earlier) PropertyValue(std::move(later));
+    else
+        earlier = std::move(later);
+}
+
+void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last, KeyHashes *hashes)
+{
+    Q_ASSERT(region->size == 0 && last - first <= qsizetype(region->capacity));
+    if (last - first == 1) {
+        copyValues(entriesOf(region), first, 2);
+        region->size = 1;
+        return;
+    }
+    Entry *const entries = entriesOf(region);
+    const qsizetype slots = slotCount(region->capacity);
+    if (!slots) {
+        // A few members: each key is compared with those before it.
+        for (Entry *entry = first; entry != last; ++entry) {
+            Entry *existing = nullptr;
+            for (quint32 k = 0; k < region->size && !existing; ++k) {
+                if (sameKey(entries[k].key, entry->key))
+                    existing = entries + k;
             }
-            if (sameKey(all[slot - 1].key, key))
-                return all + (slot - 1);
+            if (existing) {
+                replaceValue(region, existing->value, entry->value);
+                std::destroy_at(entry);
+                continue;
+            }
+            copyValues(entries + region->size, entry, 2);
+            ++region->size;
         }
+        return;
     }
-
-    void rebuildIndex()
-    {
-        if (!indexMask)
-            return;
-        quint32 *table = indexSlots();
-        std::memset(table, 0, (size_t(indexMask) + 1) * sizeof(quint32));
-        Entry *all = entries();
-        for (quint32 k = 0; k < size; ++k) {
-            size_t s = hash(all[k].key) & indexMask;
-            while (table[s])
-                s = (s + 1) & indexMask;
-            table[s] = k + 1;
+    quint32 *const table = indexSlotsOf(region);
+    const size_t mask = size_t(slots - 1);
+    for (Entry *entry = first; entry != last; ++entry) {
+        const size_t hash = hashes ? hashes->hash(entry->key) : keyHash(entry->key);
+        size_t s = hash & mask;
+        while (table[s] && !sameKey(entries[table[s] - 1].key, entry->key))
+            s = (s + 1) & mask;
+        if (table[s]) {
+            replaceValue(region, entries[table[s] - 1].value, entry->value);
+            std::destroy_at(entry);
+            continue;
         }
+        copyValues(entries + region->size, entry, 2);
+        table[s] = ++region->size;
     }
-
-    // Room is there; `slot` is where find() said the key would go (indexed blocks only).
-    Entry &emplace(QString &&key, PropertyValue &&value, quint32 *slot)
-    {
-        Entry *entry = new (entries() + size) Entry{std::move(key), std::move(value)};
-        ++size;
-        if (slot)
-            *slot = size;
-        return *entry;
-    }
-
-private:
-    static constexpr size_t header =
-        (sizeof(QAtomicInt) + 3 * sizeof(quint32) + alignof(Entry) - 1) / alignof(Entry) *
-        alignof(Entry);
-};
+}
 
 PropertyDictionary::PropertyDictionary(
     std::initializer_list<std::pair<QString, PropertyValue>> members)
 {
     if (members.size() == 0)
         return;
-    d = Data::allocate(quint32(members.size()));
+    d = allocateRegion(true, qsizetype(members.size()));
     for (const auto &[key, value] : members)
         insert(key, value);
-}
-
-PropertyDictionary::PropertyDictionary(const PropertyDictionary &other) noexcept : d(other.d)
-{
-    if (d)
-        d->ref.ref();
-}
-
-PropertyDictionary &PropertyDictionary::operator=(const PropertyDictionary &other) noexcept
-{
-    PropertyDictionary copy(other);
-    std::swap(d, copy.d);
-    return *this;
-}
-
-PropertyDictionary::~PropertyDictionary()
-{
-    Data::release(d);
 }
 
 PropertyDictionary PropertyDictionary::fromEntries(Entry *first, Entry *last)
@@ -151,21 +161,15 @@ PropertyDictionary PropertyDictionary::fromEntries(Entry *first, Entry *last)
     PropertyDictionary dictionary;
     if (first == last)
         return dictionary;
-    Data *data = Data::allocate(quint32(last - first));
-    dictionary.d = data;
+    dictionary.d = allocateRegion(true, last - first);
     for (Entry *entry = first; entry != last; ++entry) {
         quint32 *slot = nullptr;
-        if (Entry *existing = data->find(entry->key, &slot))
+        if (Entry *existing = findIn(dictionary.d, entry->key, &slot))
             existing->value = std::move(entry->value);
         else
-            data->emplace(std::move(entry->key), std::move(entry->value), slot);
+            emplace(dictionary.d, std::move(entry->key), std::move(entry->value), slot);
     }
     return dictionary;
-}
-
-qsizetype PropertyDictionary::size() const noexcept
-{
-    return d ? qsizetype(d->size) : 0;
 }
 
 void PropertyDictionary::reserve(qsizetype capacity)
@@ -177,46 +181,50 @@ void PropertyDictionary::detach(qsizetype capacity)
 {
     const qsizetype size = this->size();
     capacity = std::max(capacity, size);
-    if (d && d->ref.loadRelaxed() == 1 && capacity <= qsizetype(d->capacity))
+    if (d && isDetached(d) && capacity <= qsizetype(d->capacity))
         return;
     if (!d && capacity == 0)
         return;
-    Data *copy = Data::allocate(quint32(capacity));
+    Region *copy = allocateRegion(true, capacity);
     if (d) {
-        Entry *from = d->entries();
-        Entry *to = copy->entries();
-        // Sole owner: the members move; shared: they are copied and the others keep theirs.
-        if (d->ref.loadRelaxed() == 1)
-            std::uninitialized_move(from, from + size, to);
-        else
+        Entry *from = entriesOf(d);
+        Entry *to = entriesOf(copy);
+        // Sole owner: the members move by their bytes; shared: they are copied and the
+        // others keep theirs.
+        if (isDetached(d)) {
+            std::memcpy(static_cast<void *>(to), static_cast<const void *>(from),
+                        size_t(size) * sizeof(Entry));
+            d->size = 0;
+        } else {
             std::uninitialized_copy(from, from + size, to);
+        }
         copy->size = quint32(size);
-        copy->rebuildIndex();
+        rebuildIndex(copy);
     }
-    Data::release(std::exchange(d, copy));
+    deref(std::exchange(d, copy));
 }
 
-const PropertyDictionary::Entry *PropertyDictionary::findEntry(QStringView key) const
+const Entry *PropertyDictionary::findEntry(QStringView key) const
 {
-    return d ? d->find(key) : nullptr;
+    return d ? findIn(d, key) : nullptr;
 }
 
-PropertyDictionary::Entry *PropertyDictionary::findEntryForWriting(QStringView key)
+Entry *PropertyDictionary::findEntryForWriting(QStringView key)
 {
-    if (!d || !d->find(key))
+    if (!d || !findIn(d, key))
         return nullptr;
     detach(size());
-    return d->find(key);
+    return findIn(d, key);
 }
 
-PropertyDictionary::Entry &PropertyDictionary::append(QString &&key, PropertyValue &&value)
+Entry &PropertyDictionary::append(QString &&key, PropertyValue &&value)
 {
     const qsizetype size = this->size();
-    if (!d || d->ref.loadRelaxed() != 1 || size == qsizetype(d->capacity))
+    if (!d || !isDetached(d) || size == qsizetype(d->capacity))
         detach(size < 4 ? 4 : size * 2);
     quint32 *slot = nullptr;
-    d->find(key, &slot);
-    return d->emplace(std::move(key), std::move(value), slot);
+    findIn(d, key, &slot);
+    return emplace(d, std::move(key), std::move(value), slot);
 }
 
 PropertyValue &PropertyDictionary::operator[](const QString &key)
@@ -246,28 +254,28 @@ qsizetype PropertyDictionary::remove(const QString &key)
     Entry *entry = findEntryForWriting(key);
     if (!entry)
         return 0;
-    Entry *end = d->entries() + d->size;
+    Entry *end = entriesOf(d) + d->size;
     std::move(entry + 1, end, entry);
     std::destroy_at(end - 1);
     --d->size;
-    d->rebuildIndex();
+    rebuildIndex(d);
     return 1;
 }
 
-PropertyDictionary::Entry *PropertyDictionary::mutableEntries()
+Entry *PropertyDictionary::mutableEntries()
 {
     detach(size());
-    return d ? d->entries() : nullptr;
+    return d ? entriesOf(d) : nullptr;
 }
 
 void PropertyDictionary::truncate(qsizetype newSize)
 {
     if (!d || newSize >= qsizetype(d->size))
         return;
-    Entry *entries = d->entries();
+    Entry *entries = entriesOf(d);
     std::destroy(entries + newSize, entries + d->size);
     d->size = quint32(newSize);
-    d->rebuildIndex();
+    rebuildIndex(d);
 }
 
 QStringList PropertyDictionary::keys() const
@@ -299,23 +307,13 @@ PropertyDictionary::iterator PropertyDictionary::find(const QString &key)
 PropertyDictionary::iterator PropertyDictionary::begin()
 {
     detach(size());
-    return iterator(d ? d->entries() : nullptr);
+    return iterator(d ? entriesOf(d) : nullptr);
 }
 
 PropertyDictionary::iterator PropertyDictionary::end()
 {
     detach(size());
-    return iterator(d ? d->entries() + d->size : nullptr);
-}
-
-PropertyDictionary::const_iterator PropertyDictionary::cbegin() const noexcept
-{
-    return const_iterator(d ? d->entries() : nullptr);
-}
-
-PropertyDictionary::const_iterator PropertyDictionary::cend() const noexcept
-{
-    return const_iterator(d ? d->entries() + d->size : nullptr);
+    return iterator(d ? entriesOf(d) + d->size : nullptr);
 }
 
 bool PropertyDictionary::operator==(const PropertyDictionary &other) const

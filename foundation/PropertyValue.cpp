@@ -3,17 +3,52 @@
 #include <QDebug>
 
 #include <cmath>
+#include <memory>
 
-bool PropertyValue::isNumber() const
+void PropertyValue::copyFrom(const PropertyValue &other)
+{
+    switch (other.type()) {
+    case Type::String:
+        new (m_data) QString(*other.object<QString>());
+        return;
+    case Type::Array:
+        construct<Array>(*other.object<Array>(), Type::Array);
+        return;
+    case Type::Dictionary:
+        construct<Dictionary>(*other.object<Dictionary>(), Type::Dictionary);
+        return;
+    case Type::Date:
+        construct<QDateTime>(*other.object<QDateTime>(), Type::Date);
+        return;
+    case Type::Data:
+        construct<QByteArray *>(new QByteArray(**other.object<QByteArray *>()), Type::Data);
+        return;
+    default:
+        std::memcpy(m_data, other.m_data, sizeof m_data);
+        return;
+    }
+}
+
+void PropertyValue::destroy()
 {
     switch (type()) {
-    case Type::Bool:
-    case Type::Integer:
-    case Type::UnsignedInteger:
-    case Type::Double:
-        return true;
+    case Type::String:
+        std::destroy_at(object<QString>());
+        return;
+    case Type::Array:
+        std::destroy_at(object<Array>());
+        return;
+    case Type::Dictionary:
+        std::destroy_at(object<Dictionary>());
+        return;
+    case Type::Date:
+        std::destroy_at(object<QDateTime>());
+        return;
+    case Type::Data:
+        delete *object<QByteArray *>();
+        return;
     default:
-        return false;
+        return;
     }
 }
 
@@ -21,13 +56,13 @@ bool PropertyValue::toBool() const
 {
     switch (type()) {
     case Type::Bool:
-        return std::get<bool>(m_value);
+        return word<bool>();
     case Type::Integer:
-        return std::get<qint64>(m_value) != 0;
+        return word<qint64>() != 0;
     case Type::UnsignedInteger:
-        return std::get<quint64>(m_value) != 0;
+        return word<quint64>() != 0;
     case Type::Double:
-        return std::get<double>(m_value) != 0.0;
+        return word<double>() != 0.0;
     default:
         return false;
     }
@@ -51,13 +86,13 @@ qint64 PropertyValue::toInt64() const
 {
     switch (type()) {
     case Type::Bool:
-        return std::get<bool>(m_value) ? 1 : 0;
+        return word<bool>() ? 1 : 0;
     case Type::Integer:
-        return std::get<qint64>(m_value);
+        return word<qint64>();
     case Type::UnsignedInteger:
-        return static_cast<qint64>(std::get<quint64>(m_value));
+        return static_cast<qint64>(word<quint64>());
     case Type::Double:
-        return doubleToInt<qint64>(std::get<double>(m_value));
+        return doubleToInt<qint64>(word<double>());
     default:
         return 0;
     }
@@ -67,14 +102,14 @@ quint64 PropertyValue::toUInt64() const
 {
     switch (type()) {
     case Type::Bool:
-        return std::get<bool>(m_value) ? 1 : 0;
+        return word<bool>() ? 1 : 0;
     case Type::Integer:
         // Two's complement reinterpretation, as a numeric object's unsigned read does.
-        return static_cast<quint64>(std::get<qint64>(m_value));
+        return static_cast<quint64>(word<qint64>());
     case Type::UnsignedInteger:
-        return std::get<quint64>(m_value);
+        return word<quint64>();
     case Type::Double: {
-        const double d = std::get<double>(m_value);
+        const double d = word<double>();
         return d < 0 ? static_cast<quint64>(doubleToInt<qint64>(d)) : doubleToInt<quint64>(d);
     }
     default:
@@ -86,13 +121,13 @@ double PropertyValue::toDouble() const
 {
     switch (type()) {
     case Type::Bool:
-        return std::get<bool>(m_value) ? 1.0 : 0.0;
+        return word<bool>() ? 1.0 : 0.0;
     case Type::Integer:
-        return double(std::get<qint64>(m_value));
+        return double(word<qint64>());
     case Type::UnsignedInteger:
-        return double(std::get<quint64>(m_value));
+        return double(word<quint64>());
     case Type::Double:
-        return std::get<double>(m_value);
+        return word<double>();
     default:
         return 0.0;
     }
@@ -100,7 +135,7 @@ double PropertyValue::toDouble() const
 
 QString PropertyValue::toString() const
 {
-    const QString *s = std::get_if<QString>(&m_value);
+    const QString *s = stringPtr();
     return s ? *s : QString();
 }
 
@@ -118,14 +153,12 @@ PropertyValue::Dictionary PropertyValue::toDictionary() const
 
 QDateTime PropertyValue::toDateTime() const
 {
-    const QDateTime *t = std::get_if<QDateTime>(&m_value);
-    return t ? *t : QDateTime();
+    return type() == Type::Date ? *object<QDateTime>() : QDateTime();
 }
 
 QByteArray PropertyValue::toData() const
 {
-    const QByteArray *b = std::get_if<QByteArray>(&m_value);
-    return b ? *b : QByteArray();
+    return type() == Type::Data ? **object<QByteArray *>() : QByteArray();
 }
 
 std::optional<PropertyValue> PropertyValue::value(const QString &key) const
@@ -154,7 +187,24 @@ bool PropertyValue::operator==(const PropertyValue &other) const
             return toUInt64() == other.toUInt64() && (toInt64() >= 0) == (other.toInt64() >= 0);
         return toInt64() == other.toInt64();
     }
-    return m_value == other.m_value;
+    if (type() != other.type())
+        return false;
+    switch (type()) {
+    case Type::Null:
+        return true;
+    case Type::String:
+        return *object<QString>() == *other.object<QString>();
+    case Type::Array:
+        return *object<Array>() == *other.object<Array>();
+    case Type::Dictionary:
+        return *object<Dictionary>() == *other.object<Dictionary>();
+    case Type::Date:
+        return *object<QDateTime>() == *other.object<QDateTime>();
+    case Type::Data:
+        return **object<QByteArray *>() == **other.object<QByteArray *>();
+    default:
+        return false; // numbers are settled above
+    }
 }
 
 QDebug operator<<(QDebug debug, const PropertyValue &value)

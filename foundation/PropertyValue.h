@@ -9,27 +9,237 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <iterator>
+#include <new>
 #include <optional>
+#include <type_traits>
 #include <utility>
-#include <variant>
 
 class PropertyValue;
 class QDebug;
 
 namespace Quorvelle {
 
+// Where the containers keep their elements. Private to the kit; laid out here only so that
+// the containers' accessors can be inline.
+namespace PropertyStorage {
+
+// A reference-counted piece of memory holding the elements of one or more containers, one
+// region each. A container made or changed by code has a block of its own; the containers
+// read from one JSON text share a few blocks, so reading makes a handful of allocations
+// instead of one per container. A block lives while a container outside it refers to it,
+// and all elements in it live as long as the block.
+//
+// Such a shared block is frozen: a container in it may hold containers of the same block,
+// and those inner references are not counted (they would keep the block alive forever);
+// so nothing in a frozen block is ever changed, and a change to one of its containers
+// copies it first, as a change to any shared container does.
+struct Block
+{
+    QBasicAtomicInt ref;
+    quint32 frozen;
+    qsizetype capacity; // bytes for regions after this header
+    qsizetype used;     // bytes of regions placed, from the start
+    char *regions() { return reinterpret_cast<char *>(this + 1); }
+};
+
+// The header of one container's region: room for `capacity` elements (or dictionary
+// members, followed by the dictionary's hash index), of which the first `size` are alive.
+struct Region
+{
+    quint32 size;
+    quint32 capacity;
+    quint64 blockOffset; // bytes from the block's start; bit 0 is set for a dictionary
+
+    Block *block()
+    {
+        return reinterpret_cast<Block *>(reinterpret_cast<char *>(this) -
+                                         (blockOffset & ~quint64(1)));
+    }
+    bool isDictionary() const { return blockOffset & 1; }
+};
+static_assert(sizeof(Region) == 16);
+
+// Frees a block whose last reference is gone, with every element in it.
+QV_FOUNDATION_EXPORT void destroyBlock(Block *block);
+
+inline void ref(Region *region) noexcept
+{
+    if (region)
+        region->block()->ref.ref();
+}
+
+inline void deref(Region *region)
+{
+    if (region && !region->block()->ref.deref())
+        destroyBlock(region->block());
+}
+
+// Whether the region may be changed in place: its block is not frozen and nothing else
+// refers to it.
+inline bool isDetached(const Region *region)
+{
+    Block *block = const_cast<Region *>(region)->block();
+    return !block->frozen && block->ref.loadRelaxed() == 1;
+}
+
+} // namespace PropertyStorage
+
+// An ordered array of PropertyValues with the part of QList's interface the system uses,
+// implicitly shared like Qt's containers (a change to a shared array copies it first). A
+// handle of one pointer to a region of a storage block: arrays read from one JSON text
+// share their blocks with the rest of that tree until they are changed.
+class QV_FOUNDATION_EXPORT PropertyArray
+{
+public:
+    using value_type = PropertyValue;
+    using size_type = qsizetype;
+    using difference_type = qptrdiff;
+    using reference = PropertyValue &;
+    using const_reference = const PropertyValue &;
+    using pointer = PropertyValue *;
+    using const_pointer = const PropertyValue *;
+    using iterator = PropertyValue *;
+    using const_iterator = const PropertyValue *;
+
+    PropertyArray() noexcept = default;
+    inline PropertyArray(std::initializer_list<PropertyValue> values);
+    template <typename InputIterator,
+              typename = std::enable_if_t<std::is_convertible_v<
+                  typename std::iterator_traits<InputIterator>::iterator_category,
+                  std::input_iterator_tag>>>
+    PropertyArray(InputIterator first, InputIterator last)
+    {
+        if constexpr (std::is_convertible_v<
+                          typename std::iterator_traits<InputIterator>::iterator_category,
+                          std::forward_iterator_tag>)
+            reserve(qsizetype(std::distance(first, last)));
+        for (; first != last; ++first)
+            append(*first);
+    }
+    PropertyArray(const PropertyArray &other) noexcept : d(other.d) { PropertyStorage::ref(d); }
+    PropertyArray(PropertyArray &&other) noexcept : d(std::exchange(other.d, nullptr)) {}
+    PropertyArray &operator=(const PropertyArray &other) noexcept
+    {
+        PropertyArray copy(other);
+        std::swap(d, copy.d);
+        return *this;
+    }
+    PropertyArray &operator=(PropertyArray &&other) noexcept
+    {
+        std::swap(d, other.d);
+        return *this;
+    }
+    ~PropertyArray() { PropertyStorage::deref(d); }
+
+    qsizetype size() const noexcept { return d ? qsizetype(d->size) : 0; }
+    qsizetype count() const noexcept { return size(); }
+    qsizetype length() const noexcept { return size(); }
+    bool isEmpty() const noexcept { return size() == 0; }
+    bool empty() const noexcept { return isEmpty(); }
+    qsizetype capacity() const noexcept { return d ? qsizetype(d->capacity) : 0; }
+
+    const PropertyValue *constData() const noexcept { return d ? elementsOf(d) : nullptr; }
+    const PropertyValue *data() const noexcept { return constData(); }
+    PropertyValue *data()
+    {
+        detach();
+        return d ? elementsOf(d) : nullptr;
+    }
+
+    const_iterator begin() const noexcept { return constData(); }
+    inline const_iterator end() const noexcept;
+    const_iterator cbegin() const noexcept { return begin(); }
+    const_iterator cend() const noexcept { return end(); }
+    const_iterator constBegin() const noexcept { return begin(); }
+    const_iterator constEnd() const noexcept { return end(); }
+    iterator begin() { return data(); }
+    inline iterator end();
+
+    inline const PropertyValue &at(qsizetype i) const noexcept;
+    const PropertyValue &operator[](qsizetype i) const noexcept { return at(i); }
+    inline PropertyValue &operator[](qsizetype i);
+    const PropertyValue &first() const noexcept { return at(0); }
+    const PropertyValue &last() const noexcept { return at(size() - 1); }
+    const PropertyValue &constFirst() const noexcept { return first(); }
+    const PropertyValue &constLast() const noexcept { return last(); }
+    PropertyValue &first() { return (*this)[0]; }
+    PropertyValue &last() { return (*this)[size() - 1]; }
+
+    void reserve(qsizetype capacity);
+    void squeeze() { reallocate(size()); }
+    void clear() { *this = PropertyArray(); }
+    inline void append(const PropertyValue &value);
+    inline void append(PropertyValue &&value);
+    void append(const PropertyArray &other);
+    inline void push_back(const PropertyValue &value);
+    inline void push_back(PropertyValue &&value);
+    inline void prepend(PropertyValue value);
+    void insert(qsizetype i, PropertyValue value);
+    void removeAt(qsizetype i);
+    void removeFirst() { removeAt(0); }
+    void removeLast() { removeAt(size() - 1); }
+    inline PropertyValue takeAt(qsizetype i);
+    inline PropertyValue takeFirst();
+    inline PropertyValue takeLast();
+    // Grows with null markers or drops elements from the end.
+    void resize(qsizetype size);
+
+    inline PropertyArray &operator<<(const PropertyValue &value);
+    PropertyArray &operator+=(const PropertyArray &other)
+    {
+        append(other);
+        return *this;
+    }
+
+    // Same elements in the same order.
+    bool operator==(const PropertyArray &other) const;
+
+    QList<PropertyValue> toList() const;
+
+    // For the storage: an array over `region`, whose reference the caller hands over; and
+    // the region of an array.
+    static PropertyArray fromRegion(PropertyStorage::Region *region) noexcept
+    {
+        PropertyArray array;
+        array.d = region;
+        return array;
+    }
+    PropertyStorage::Region *storageRegion() const noexcept { return d; }
+
+private:
+    static PropertyValue *elementsOf(PropertyStorage::Region *region)
+    {
+        return reinterpret_cast<PropertyValue *>(region + 1);
+    }
+    void detach()
+    {
+        if (d && !PropertyStorage::isDetached(d))
+            reallocate(d->capacity);
+    }
+    // Room for one more at the end, detached.
+    void prepareAppend()
+    {
+        if (!d || d->size == d->capacity || !PropertyStorage::isDetached(d))
+            reallocate(size() < 4 ? 4 : 2 * size());
+    }
+    // A block of the array's own with room for `capacity` elements (at least its size).
+    void reallocate(qsizetype capacity);
+
+    PropertyStorage::Region *d = nullptr;
+};
+
 // A string-keyed dictionary of PropertyValues, implicitly shared like Qt's containers.
 // Members keep the order in which their keys were first inserted; setting a key that is
-// already there replaces the value where it stands. Members live in one flat block (with
-// a hash index once there are more than a few), so a dictionary costs one allocation and
-// iterating it walks contiguous memory. (A handle of one pointer: the block is private.)
+// already there replaces the value where it stands. Members live in one flat region of a
+// storage block (with a hash index once there are more than a few), so a dictionary costs
+// at most one allocation and iterating it walks contiguous memory. A handle of one pointer.
 class QV_FOUNDATION_EXPORT PropertyDictionary
 {
 public:
     struct Entry;
-    class Data;
 
     template <bool Const> class Iterator
     {
@@ -88,21 +298,29 @@ public:
 
     PropertyDictionary() noexcept = default;
     PropertyDictionary(std::initializer_list<std::pair<QString, PropertyValue>> members);
-    PropertyDictionary(const PropertyDictionary &other) noexcept;
+    PropertyDictionary(const PropertyDictionary &other) noexcept : d(other.d)
+    {
+        PropertyStorage::ref(d);
+    }
     PropertyDictionary(PropertyDictionary &&other) noexcept : d(std::exchange(other.d, nullptr)) {}
-    PropertyDictionary &operator=(const PropertyDictionary &other) noexcept;
+    PropertyDictionary &operator=(const PropertyDictionary &other) noexcept
+    {
+        PropertyDictionary copy(other);
+        std::swap(d, copy.d);
+        return *this;
+    }
     PropertyDictionary &operator=(PropertyDictionary &&other) noexcept
     {
         std::swap(d, other.d);
         return *this;
     }
-    ~PropertyDictionary();
+    ~PropertyDictionary() { PropertyStorage::deref(d); }
 
     // Takes over the members (keys need not be distinct: a later one replaces the value of
     // an earlier one), leaving `first`..`last` moved-from.
     static PropertyDictionary fromEntries(Entry *first, Entry *last);
 
-    qsizetype size() const noexcept;
+    qsizetype size() const noexcept { return d ? qsizetype(d->size) : 0; }
     qsizetype count() const noexcept { return size(); }
     bool isEmpty() const noexcept { return size() == 0; }
     bool empty() const noexcept { return isEmpty(); }
@@ -136,15 +354,29 @@ public:
     iterator end();
     const_iterator begin() const noexcept { return cbegin(); }
     const_iterator end() const noexcept { return cend(); }
-    const_iterator cbegin() const noexcept;
-    const_iterator cend() const noexcept;
+    inline const_iterator cbegin() const noexcept;
+    inline const_iterator cend() const noexcept;
     const_iterator constBegin() const noexcept { return cbegin(); }
     const_iterator constEnd() const noexcept { return cend(); }
 
     // Same keys with equal values; the order of members does not count.
     bool operator==(const PropertyDictionary &other) const;
 
+    // For the storage: a dictionary over `region`, whose reference the caller hands over;
+    // and the region of a dictionary.
+    static PropertyDictionary fromRegion(PropertyStorage::Region *region) noexcept
+    {
+        PropertyDictionary dictionary;
+        dictionary.d = region;
+        return dictionary;
+    }
+    PropertyStorage::Region *storageRegion() const noexcept { return d; }
+
 private:
+    static Entry *entriesOf(PropertyStorage::Region *region)
+    {
+        return reinterpret_cast<Entry *>(region + 1);
+    }
     const Entry *findEntry(QStringView key) const;
     Entry *findEntryForWriting(QStringView key);
     void detach(qsizetype capacity);
@@ -153,7 +385,7 @@ private:
     // Drops the members from `newSize` on, after the caller moved the kept ones forward.
     void truncate(qsizetype newSize);
 
-    Data *d = nullptr;
+    PropertyStorage::Region *d = nullptr;
 };
 
 } // namespace Quorvelle
@@ -165,6 +397,11 @@ private:
 //
 // Containers are implicitly shared: copying a value is cheap and a copy never changes
 // when the original is modified afterwards.
+//
+// 24 bytes: a string is a QString in place, whose third word (its length) is never
+// negative; every other kind writes the complement of its type there and keeps its
+// content in the first word (a number, a container's handle, the date, or the data held
+// on the heap). Values move by copying their bytes.
 //
 // A frozen-layout value type: its size and members are part of the kit's ABI.
 class QV_FOUNDATION_EXPORT PropertyValue
@@ -184,7 +421,7 @@ public:
         Data
     };
 
-    using Array = QList<PropertyValue>;
+    using Array = Quorvelle::PropertyArray;
     using Dictionary = Quorvelle::PropertyDictionary;
 
     struct NullMarker
@@ -192,35 +429,83 @@ public:
         bool operator==(const NullMarker &) const = default;
     };
 
-    PropertyValue() = default; // the null marker
-    PropertyValue(NullMarker) {}
-    PropertyValue(bool b) : m_value(b) {}
-    PropertyValue(int i) : m_value(qint64(i)) {}
-    PropertyValue(qint64 i) : m_value(i) {}
-    PropertyValue(quint64 u) : m_value(u) {}
-    PropertyValue(double d) : m_value(d) {}
-    PropertyValue(const QString &s) : m_value(s) {}
-    PropertyValue(QString &&s) : m_value(std::move(s)) {}
-    PropertyValue(const char16_t *s) : m_value(QString::fromUtf16(s)) {}
-    PropertyValue(const Array &a) : m_value(a) {}
-    PropertyValue(Array &&a) : m_value(std::move(a)) {}
-    PropertyValue(const Dictionary &d) : m_value(d) {}
-    PropertyValue(Dictionary &&d) : m_value(std::move(d)) {}
-    PropertyValue(const QDateTime &t) : m_value(t) {}
-    PropertyValue(const QByteArray &b) : m_value(b) {}
+    PropertyValue() noexcept { setTag(Type::Null); } // the null marker
+    PropertyValue(NullMarker) noexcept : PropertyValue() {}
+    PropertyValue(bool b) noexcept { setWord(quint64(b), Type::Bool); }
+    PropertyValue(int i) noexcept : PropertyValue(qint64(i)) {}
+    PropertyValue(qint64 i) noexcept { setWord(i, Type::Integer); }
+    PropertyValue(quint64 u) noexcept { setWord(u, Type::UnsignedInteger); }
+    PropertyValue(double d) noexcept { setWord(d, Type::Double); }
+    PropertyValue(const QString &s) { new (m_data) QString(s); }
+    PropertyValue(QString &&s) noexcept { new (m_data) QString(std::move(s)); }
+    PropertyValue(const char16_t *s) : PropertyValue(QString::fromUtf16(s)) {}
+    PropertyValue(const Array &a) noexcept { construct<Array>(a, Type::Array); }
+    PropertyValue(Array &&a) noexcept { construct<Array>(std::move(a), Type::Array); }
+    PropertyValue(const Dictionary &d) noexcept { construct<Dictionary>(d, Type::Dictionary); }
+    PropertyValue(Dictionary &&d) noexcept
+    {
+        construct<Dictionary>(std::move(d), Type::Dictionary);
+    }
+    PropertyValue(const QDateTime &t) { construct<QDateTime>(t, Type::Date); }
+    PropertyValue(const QByteArray &b) { construct<QByteArray *>(new QByteArray(b), Type::Data); }
     // Guards against a string literal silently becoming a bool.
     PropertyValue(const char *) = delete;
 
+    PropertyValue(const PropertyValue &other)
+    {
+        if (other.isPlain())
+            std::memcpy(m_data, other.m_data, sizeof m_data);
+        else
+            copyFrom(other);
+    }
+    PropertyValue(PropertyValue &&other) noexcept
+    {
+        std::memcpy(m_data, other.m_data, sizeof m_data);
+        other.setTag(Type::Null);
+    }
+    PropertyValue &operator=(const PropertyValue &other)
+    {
+        PropertyValue copy(other);
+        swap(copy);
+        return *this;
+    }
+    PropertyValue &operator=(PropertyValue &&other) noexcept
+    {
+        PropertyValue taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    ~PropertyValue()
+    {
+        if (!isPlain())
+            destroy();
+    }
+    void swap(PropertyValue &other) noexcept
+    {
+        unsigned char mine[sizeof m_data];
+        std::memcpy(mine, m_data, sizeof m_data);
+        std::memcpy(m_data, other.m_data, sizeof m_data);
+        std::memcpy(other.m_data, mine, sizeof m_data);
+    }
+
     static PropertyValue null() { return PropertyValue(); }
 
-    Type type() const { return static_cast<Type>(m_value.index()); }
-    bool isNull() const { return type() == Type::Null; }
-    bool isBool() const { return type() == Type::Bool; }
+    Type type() const noexcept
+    {
+        const qint64 tag = tagWord();
+        return tag >= 0 ? Type::String : static_cast<Type>(~tag);
+    }
+    bool isNull() const { return tagWord() == ~qint64(Type::Null); }
+    bool isBool() const { return tagWord() == ~qint64(Type::Bool); }
     // Every numeric kind: booleans are numbers too.
-    bool isNumber() const;
-    bool isString() const { return type() == Type::String; }
-    bool isArray() const { return type() == Type::Array; }
-    bool isDictionary() const { return type() == Type::Dictionary; }
+    bool isNumber() const
+    {
+        const qint64 tag = tagWord();
+        return tag <= ~qint64(Type::Bool) && tag >= ~qint64(Type::Double);
+    }
+    bool isString() const { return tagWord() >= 0; }
+    bool isArray() const { return tagWord() == ~qint64(Type::Array); }
+    bool isDictionary() const { return tagWord() == ~qint64(Type::Dictionary); }
 
     // Numeric reads convert between the numeric kinds; a non-number reads as 0.
     bool toBool() const;
@@ -236,14 +521,17 @@ public:
     QByteArray toData() const;
 
     // The string where it stands (nullptr for another kind): reading it costs no copy.
-    const QString *stringPtr() const { return std::get_if<QString>(&m_value); }
+    const QString *stringPtr() const { return isString() ? object<QString>() : nullptr; }
 
     // In-place access to a container (nullptr for another kind), for code that edits a
     // tree where it stands.
-    Array *arrayPtr() { return std::get_if<Array>(&m_value); }
-    const Array *arrayPtr() const { return std::get_if<Array>(&m_value); }
-    Dictionary *dictionaryPtr() { return std::get_if<Dictionary>(&m_value); }
-    const Dictionary *dictionaryPtr() const { return std::get_if<Dictionary>(&m_value); }
+    Array *arrayPtr() { return isArray() ? object<Array>() : nullptr; }
+    const Array *arrayPtr() const { return isArray() ? object<Array>() : nullptr; }
+    Dictionary *dictionaryPtr() { return isDictionary() ? object<Dictionary>() : nullptr; }
+    const Dictionary *dictionaryPtr() const
+    {
+        return isDictionary() ? object<Dictionary>() : nullptr;
+    }
 
     // Dictionary member lookup: std::nullopt when this is not a dictionary or has no such key.
     std::optional<PropertyValue> value(const QString &key) const;
@@ -254,10 +542,56 @@ public:
     bool operator==(const PropertyValue &other) const;
 
 private:
-    std::variant<NullMarker, bool, qint64, quint64, double, QString, Array, Dictionary, QDateTime,
-                 QByteArray>
-        m_value;
+    static constexpr size_t tagOffset = 16;
+
+    qint64 tagWord() const noexcept
+    {
+        qint64 tag;
+        std::memcpy(&tag, m_data + tagOffset, sizeof tag);
+        return tag;
+    }
+    void setTag(Type type) noexcept
+    {
+        const qint64 tag = ~qint64(type);
+        std::memcpy(m_data + tagOffset, &tag, sizeof tag);
+    }
+    template <typename T> void setWord(T word, Type type) noexcept
+    {
+        static_assert(sizeof(T) <= 8 && std::is_trivially_copyable_v<T>);
+        std::memcpy(m_data, &word, sizeof word);
+        setTag(type);
+    }
+    template <typename T> T word() const noexcept
+    {
+        T word;
+        std::memcpy(&word, m_data, sizeof word);
+        return word;
+    }
+    template <typename T, typename Arg> void construct(Arg &&arg, Type type)
+    {
+        static_assert(sizeof(T) <= tagOffset && alignof(T) <= 8);
+        new (m_data) T(std::forward<Arg>(arg));
+        setTag(type);
+    }
+    template <typename T> T *object() { return std::launder(reinterpret_cast<T *>(m_data)); }
+    template <typename T> const T *object() const
+    {
+        return std::launder(reinterpret_cast<const T *>(m_data));
+    }
+    // The null marker and the numbers: nothing to copy or free but the bytes.
+    bool isPlain() const noexcept
+    {
+        return quint64(tagWord() - ~qint64(Type::Double)) <= quint64(Type::Double);
+    }
+    void copyFrom(const PropertyValue &other);
+    void destroy();
+
+    alignas(8) unsigned char m_data[24];
 };
+
+static_assert(sizeof(QString) == 24 && sizeof(QDateTime) <= 8);
+static_assert(sizeof(PropertyValue) == 24);
+Q_DECLARE_TYPEINFO(PropertyValue, Q_RELOCATABLE_TYPE);
 
 namespace Quorvelle {
 
@@ -266,6 +600,93 @@ struct PropertyDictionary::Entry
     QString key;
     PropertyValue value;
 };
+
+PropertyArray::const_iterator PropertyArray::end() const noexcept
+{
+    return constData() + size();
+}
+
+PropertyArray::iterator PropertyArray::end()
+{
+    return data() + size();
+}
+
+const PropertyValue &PropertyArray::at(qsizetype i) const noexcept
+{
+    Q_ASSERT(i >= 0 && i < size());
+    return constData()[i];
+}
+
+PropertyValue &PropertyArray::operator[](qsizetype i)
+{
+    Q_ASSERT(i >= 0 && i < size());
+    return data()[i];
+}
+
+PropertyArray::PropertyArray(std::initializer_list<PropertyValue> values)
+    : PropertyArray(values.begin(), values.end())
+{
+}
+
+void PropertyArray::append(const PropertyValue &value)
+{
+    append(PropertyValue(value));
+}
+
+void PropertyArray::append(PropertyValue &&value)
+{
+    prepareAppend();
+    new (elementsOf(d) + d->size) PropertyValue(std::move(value));
+    ++d->size;
+}
+
+void PropertyArray::push_back(const PropertyValue &value)
+{
+    append(value);
+}
+
+void PropertyArray::push_back(PropertyValue &&value)
+{
+    append(std::move(value));
+}
+
+void PropertyArray::prepend(PropertyValue value)
+{
+    insert(0, std::move(value));
+}
+
+PropertyValue PropertyArray::takeAt(qsizetype i)
+{
+    PropertyValue taken = std::move((*this)[i]);
+    removeAt(i);
+    return taken;
+}
+
+PropertyValue PropertyArray::takeFirst()
+{
+    return takeAt(0);
+}
+
+PropertyValue PropertyArray::takeLast()
+{
+    return takeAt(size() - 1);
+}
+
+PropertyArray &PropertyArray::operator<<(const PropertyValue &value)
+{
+    append(value);
+    return *this;
+}
+
+PropertyDictionary::const_iterator PropertyDictionary::cbegin() const noexcept
+{
+    return const_iterator(d ? entriesOf(d) : nullptr);
+}
+
+PropertyDictionary::const_iterator PropertyDictionary::cend() const noexcept
+{
+    return const_iterator(d ? entriesOf(d) + d->size : nullptr);
+}
 
 template <bool Const> const QString &PropertyDictionary::Iterator<Const>::key() const
 {
@@ -320,6 +741,7 @@ template <typename Predicate> qsizetype PropertyDictionary::removeIf(Predicate p
 }
 
 // Readable form for test failures.
+QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyArray &array);
 QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);
 
 } // namespace Quorvelle

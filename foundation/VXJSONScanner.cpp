@@ -121,6 +121,53 @@ inline int utf8Matches(const char *p, char16_t word, bool *matches)
     return length;
 }
 
+// A hash and an equality test for a few dozen bytes, by overlapping word loads that stay
+// inside the span.
+inline quint64 loadWord(const void *p)
+{
+    quint64 word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
+}
+
+inline quint64 hashBytes(const void *data, qsizetype n)
+{
+    const auto *p = static_cast<const uchar *>(data);
+    quint64 mixed = quint64(n) * 0x9E3779B97F4A7C15ull;
+    if (n >= 8) {
+        for (qsizetype k = 0; k + 8 < n; k += 8)
+            mixed = (mixed ^ loadWord(p + k)) * 0x9E3779B97F4A7C15ull;
+        mixed = (mixed ^ loadWord(p + n - 8)) * 0x9E3779B97F4A7C15ull;
+    } else if (n >= 4) {
+        quint32 a, b;
+        std::memcpy(&a, p, 4);
+        std::memcpy(&b, p + n - 4, 4);
+        mixed = (mixed ^ (quint64(a) << 32 | b)) * 0x9E3779B97F4A7C15ull;
+    } else if (n > 0) {
+        mixed = (mixed ^ (quint64(p[0]) << 16 | quint64(p[n / 2]) << 8 | p[n - 1])) *
+                0x9E3779B97F4A7C15ull;
+    }
+    return mixed ^ (mixed >> 29);
+}
+
+inline bool sameBytes(const void *a, const void *b, qsizetype n)
+{
+    const auto *p = static_cast<const uchar *>(a);
+    const auto *q = static_cast<const uchar *>(b);
+    if (n >= 8) {
+        for (qsizetype k = 0; k + 8 < n; k += 8) {
+            if (loadWord(p + k) != loadWord(q + k))
+                return false;
+        }
+        return loadWord(p + n - 8) == loadWord(q + n - 8);
+    }
+    for (qsizetype k = 0; k < n; ++k) {
+        if (p[k] != q[k])
+            return false;
+    }
+    return true;
+}
+
 struct DepthGuard
 {
     explicit DepthGuard(int &depth) : m_depth(depth) { ++m_depth; }
@@ -137,17 +184,17 @@ namespace {
 // then reads without allocating them again. Only moderate ones are kept.
 struct StackCache
 {
-    std::vector<PropertyValue> elements;
-    std::vector<PropertyValue::Dictionary::Entry> members;
+    ValueStack<PropertyValue> elements;
+    ValueStack<PropertyValue::Dictionary::Entry> members;
     bool available = true;
 };
 thread_local StackCache stackCache;
-constexpr size_t keptStackSize = 4096;
+constexpr qsizetype keptStackSize = 4096;
 } // namespace
 
 VXJSONScanner::VXJSONScanner(const QString &string)
     : m_string(string), m_units(reinterpret_cast<const char16_t *>(m_string.utf16())),
-      m_length(m_string.size())
+      m_length(m_string.size()), m_arena(m_length)
 {
     takeCachedStacks();
 }
@@ -164,10 +211,16 @@ void VXJSONScanner::takeCachedStacks()
 
 VXJSONScanner::~VXJSONScanner()
 {
+    // The strings handed out now count for themselves; a block none of them kept goes.
+    for (const TextBlock &block : m_textBlocks) {
+        const int change = int(block.issued) - textReservation;
+        if (block.header->ref_.fetchAndAddOrdered(change) + change == 0)
+            QTypedArrayData<char16_t>::deallocate(block.header);
+    }
     if (!m_cachedStacks)
         return;
-    m_elements.clear();
-    m_members.clear();
+    m_elements.truncate(0);
+    m_members.truncate(0);
     if (m_elements.capacity() <= keptStackSize && m_members.capacity() <= keptStackSize) {
         m_elements.swap(stackCache.elements);
         m_members.swap(stackCache.members);
@@ -275,9 +328,27 @@ template <> inline qsizetype VXJSONScanner::skippedIn<char>() const
     return skipWhitespaceIn<char>(m_location);
 }
 
+// Whether nothing at `i` is to be skipped: the common case, decided without a call. Printable
+// ASCII is never whitespace, and bytes are read only with the default set.
+template <typename Unit> inline bool VXJSONScanner::nothingToSkipAt(qsizetype i) const
+{
+    if (i >= m_length)
+        return true;
+    const auto c = std::make_unsigned_t<Unit>(units<Unit>()[i]);
+    return c > 0x20 && c < 0x80 &&
+           (std::is_same_v<Unit, char> || m_skip == &whitespaceAndNewlineCharacterSet);
+}
+
 template <typename Unit> inline bool VXJSONScanner::readCharacter(char c)
 {
-    const qsizetype i = skippedIn<Unit>();
+    qsizetype i = m_location;
+    if (i < m_length && units<Unit>()[i] == Unit(c)) {
+        m_location = i + 1;
+        return true;
+    }
+    if (nothingToSkipAt<Unit>(i))
+        return false;
+    i = skippedIn<Unit>();
     if (i < m_length && units<Unit>()[i] == Unit(c)) {
         m_location = i + 1;
         return true;
@@ -293,6 +364,24 @@ template <> bool VXJSONScanner::readWord<char16_t>(const char16_t *word)
 template <> bool VXJSONScanner::readWord<char>(const char16_t *word)
 {
     qsizetype i = skippedIn<char>();
+    // ASCII letters are decided by one comparison: setting bit 5 lowers a letter's case
+    // and nothing else maps to a lowercase letter. Any byte beyond ASCII takes the general
+    // road (a character folding to a letter, such as the long s, matches it).
+    // (The words are "true", "false" and "null", told apart by their first letter.)
+    const qsizetype length = word[0] == u'f' ? 5 : 4;
+    if (m_length - i >= length) {
+        quint64 text = 0;
+        std::memcpy(&text, m_bytes + i, size_t(length));
+        if (!(text & 0x8080808080808080ull)) {
+            const quint64 lowered = word[0] == u't'   ? 0x65757274ull   // "true"
+                                    : word[0] == u'f' ? 0x65736c6166ull // "false"
+                                                      : 0x6c6c756eull;  // "null"
+            if ((text | (0x2020202020ull >> (8 * (5 - length)))) != lowered)
+                return false;
+            m_location = i + length;
+            return true;
+        }
+    }
     for (; *word; ++word) {
         if (i >= m_length)
             return false;
@@ -560,12 +649,11 @@ void VXJSONScanner::logParseError(const char *selector) const
               .arg(QLatin1StringView(className), QLatin1StringView(selector)));
 }
 
-template <typename Unit>
-bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreNull)
+template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool ignoreNull)
 {
     // Anything before the first "{" is passed over, so text may carry a preamble. (A
     // case-insensitive search for "{" is a plain one: no other character folds to it.)
-    qsizetype start = skippedIn<Unit>();
+    qsizetype start = nothingToSkipAt<Unit>(m_location) ? m_location : skippedIn<Unit>();
     if (start < m_length && units<Unit>()[start] != Unit('{')) {
         start = findObjectStart<Unit>(start);
         if (start < 0)
@@ -579,33 +667,44 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     DepthGuard depth(m_depth);
 
     // Members gather on a stack shared by all objects of this parse; the dictionary is made
-    // once from them at its final size.
-    const size_t base = m_members.size();
+    // once from them at its final size, in the arena.
+    const qsizetype base = m_members.size();
     struct Truncate
     {
-        std::vector<PropertyValue::Dictionary::Entry> &stack;
-        size_t base;
-        ~Truncate() { stack.resize(base); }
+        ValueStack<PropertyValue::Dictionary::Entry> &stack;
+        qsizetype base;
+        ~Truncate()
+        {
+            if (stack.size() > base)
+                stack.truncate(base);
+        }
     } truncate{m_members, base};
 
+    // Each member's temporaries live in this scope only and are gone before the next: the
+    // key and value move into the stack, or are dropped at the end of the step.
+    QString key;
+    PropertyValue member;
     for (;;) {
-        // Each member's temporaries live in this scope only and are gone before the next.
-        std::optional<QString> key;
-        if (!readString<Unit>(&key))
+        // ("}" fails the key at once; seen here, it saves the attempt.)
+        if (m_location < m_length && units<Unit>()[m_location] == Unit('}'))
             break;
-        // An unterminated key leaves the scanner at the end, so the separator fails.
+        // An unterminated key leaves the scanner at the end, where the separator fails.
+        if (readString<Unit>(&key, true) != Outcome::Value)
+            break;
         if (!readCharacter<Unit>(':'))
             break;
-        std::optional<PropertyValue> member;
-        if (!readValue<Unit>(&member, ignoreNull))
+        const Outcome outcome = readValue<Unit>(&member, ignoreNull);
+        if (outcome == Outcome::Failed)
             break;
-        if (!member) {
+        if (outcome == Outcome::NoValue) {
             logParseError("scanJSONObject:ignoreNull:");
             break;
         }
         // A later duplicate key replaces the earlier value (when the dictionary is made).
-        if (!(ignoreNull && member->isNull()))
-            m_members.push_back({std::move(*key), std::move(*member)});
+        if (!(ignoreNull && member.isNull()))
+            m_members.pushRelocated(key, member);
+        else
+            key = QString();
         // The comma between members is optional.
         readCharacter<Unit>(',');
     }
@@ -613,65 +712,150 @@ bool VXJSONScanner::readObject(std::optional<PropertyValue> *value, bool ignoreN
     // A member broken off just before "}" is dropped; the object still stands.
     if (!readCharacter<Unit>('}'))
         return false;
-    if (value) {
-        *value = PropertyValue(PropertyValue::Dictionary::fromEntries(
-            m_members.data() + base, m_members.data() + m_members.size()));
+    PropertyValue::Dictionary dictionary;
+    if (const qsizetype count = m_members.size() - base) {
+        Quorvelle::PropertyStorage::Region *region = m_arena.place(true, count);
+        PropertyValue::Dictionary::Entry *members = m_members.data() + base;
+        for (qsizetype k = 0; k < count; ++k)
+            m_arena.adoptInto(region, members[k].value);
+        if (count >= Quorvelle::PropertyStorage::indexedFrom && !m_keyHashes)
+            m_keyHashes = std::make_unique<Quorvelle::PropertyStorage::KeyHashes>();
+        Quorvelle::PropertyStorage::adoptEntries(region, members, members + count,
+                                                 m_keyHashes.get());
+        m_members.forget(base);
+        dictionary = PropertyValue::Dictionary::fromRegion(region);
     }
+    new (out) PropertyValue(std::move(dictionary));
     return true;
 }
 
-template <typename Unit>
-bool VXJSONScanner::readArray(std::optional<PropertyValue> *value, bool ignoreNull)
+template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool ignoreNull)
 {
     if (m_depth >= maximumDepth)
         return false;
     DepthGuard depth(m_depth);
 
     // Elements gather on a stack shared by all arrays of this parse, and the array is made
-    // once at its final size: no repeated growth of every list while it is read.
-    const size_t base = m_elements.size();
+    // once at its final size, in the arena: no repeated growth of every array while it is
+    // read, no allocation of its own.
+    const qsizetype base = m_elements.size();
     struct Truncate
     {
-        std::vector<PropertyValue> &stack;
-        size_t base;
-        ~Truncate() { stack.resize(base); }
+        ValueStack<PropertyValue> &stack;
+        qsizetype base;
+        ~Truncate()
+        {
+            if (stack.size() > base)
+                stack.truncate(base);
+        }
     } truncate{m_elements, base};
 
     // The opening bracket is optional: "1,2]" is the array of 1 and 2.
     readCharacter<Unit>('[');
-    std::optional<PropertyValue> element;
-    while (readValue<Unit>(&element, ignoreNull)) {
-        if (!element) {
+    PropertyValue element;
+    for (;;) {
+        // ("]" fails the value at once, silently; seen here, it saves the attempt.)
+        if (m_location < m_length && units<Unit>()[m_location] == Unit(']'))
+            break;
+        const Outcome outcome = readValue<Unit>(&element, ignoreNull);
+        if (outcome == Outcome::Failed)
+            break;
+        if (outcome == Outcome::NoValue) {
             logParseError("scanJSONArray:ignoreNull:");
             break;
         }
-        if (!(ignoreNull && element->isNull()))
-            m_elements.push_back(std::move(*element));
-        element.reset();
+        if (!(ignoreNull && element.isNull()))
+            m_elements.pushRelocated(element);
         readCharacter<Unit>(',');
     }
 
     if (!readCharacter<Unit>(']'))
         return false;
-    if (value) {
-        const auto first = m_elements.begin() + std::ptrdiff_t(base);
-        *value = PropertyValue(PropertyValue::Array(std::make_move_iterator(first),
-                                                    std::make_move_iterator(m_elements.end())));
+    PropertyValue::Array array;
+    if (const qsizetype count = m_elements.size() - base) {
+        Quorvelle::PropertyStorage::Region *region = m_arena.place(false, count);
+        m_arena.fillArray(region, m_elements.data() + base, count);
+        m_elements.forget(base);
+        array = PropertyValue::Array::fromRegion(region);
     }
+    new (out) PropertyValue(std::move(array));
     return true;
 }
 
 char16_t *VXJSONScanner::TextGatherer::grow(qsizetype more)
 {
     buffer = scanner.reserveText(count, count + more + 1, most);
-    room = scanner.m_block.constAllocatedCapacity() - scanner.m_blockUsed;
+    room = scanner.m_blockCapacity - scanner.m_blockUsed;
     return buffer + count;
 }
 
-template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *value)
+template <typename Unit>
+VXJSONScanner::Interned *VXJSONScanner::internedSlot(qsizetype from, qsizetype *to, bool key)
+{
+    // The closing quote within the length of a short string, and no backslash before it.
+    const Unit *units = this->units<Unit>();
+    const qsizetype limit = std::min(m_length, from + internedLength + 1);
+    qsizetype i = from;
+#ifdef __SSE2__
+    if constexpr (std::is_same_v<Unit, char>) {
+        static_assert(internedLength < 32);
+        if (m_length - from >= 32) {
+            const auto special = [](const char *at) {
+                const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+                return unsigned(
+                    _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
+                                                   _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\')))));
+            };
+            const unsigned found = special(units + from) | special(units + from + 16) << 16;
+            i = found ? from + std::countr_zero(found) : from + 32;
+        }
+    }
+#endif
+    while (i < limit && units[i] != Unit('"') && units[i] != Unit('\\'))
+        ++i;
+    if (i >= limit || units[i] != Unit('"'))
+        return nullptr;
+    *to = i;
+    if (!m_interned) {
+        m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
+        m_interned = std::make_unique<Interned[]>(2 * m_internedSlots);
+    }
+    // Keys in the first half, values in the second: the many values met once (names,
+    // identifiers) then do not push the few keys out.
+    const qsizetype bytes = (i - from) * qsizetype(sizeof(Unit));
+    return &m_interned[(hashBytes(units + from, bytes) & (m_internedSlots - 1)) +
+                       (key ? 0 : m_internedSlots)];
+}
+
+template <typename Unit> VXJSONScanner::Outcome VXJSONScanner::readString(QString *out, bool key)
 {
     if (!readCharacter<Unit>('"'))
-        return false;
+        return Outcome::Failed;
+
+    // A short string written without escapes is looked up as written: keys and small values
+    // repeat in most documents, and one met before is handed out again without reading it.
+    // (With a set of characters to be skipped of one's own, the closing quote is left to
+    // the general path below.)
+    Interned *slot = nullptr;
+    qsizetype end = 0;
+    if (std::is_same_v<Unit, char> || m_skip == &whitespaceAndNewlineCharacterSet) {
+        slot = internedSlot<Unit>(m_location, &end, key);
+        if (slot) {
+            const Unit *written = units<Unit>() + m_location;
+            const qsizetype bytes = (end - m_location) * qsizetype(sizeof(Unit));
+            if (bytes == 0) {
+                *out = QString(reinterpret_cast<const QChar *>(u""), 0);
+                m_location = end + 1;
+                return Outcome::Value;
+            }
+            if (slot->writtenBytes == bytes && sameBytes(slot->written, written, bytes)) {
+                *out = handOut(slot->block, slot->units, slot->size);
+                m_location = end + 1;
+                return Outcome::Value;
+            }
+        }
+    }
+    const qsizetype first = m_location;
     bool success = true;
 
     // The units are gathered at the free end of the text block; the string then refers to
@@ -679,9 +863,9 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     // this: the result is the same string.
     // Every unit of the text gives at most one unit of the string.
     const qsizetype most = m_length - m_location + 1;
-    const qsizetype available = m_block.d ? m_block.constAllocatedCapacity() - m_blockUsed : 0;
-    char16_t *buffer = available >= 64 ? m_block.data() + m_blockUsed : reserveText(0, 64, most);
-    TextGatherer text{*this, buffer, 0, m_block.constAllocatedCapacity() - m_blockUsed, most};
+    char16_t *buffer =
+        m_blockCapacity - m_blockUsed >= 64 ? m_blockUnits + m_blockUsed : reserveText(0, 64, most);
+    TextGatherer text{*this, buffer, 0, m_blockCapacity - m_blockUsed, most};
     const auto put = [&text](char16_t unit) { *text.reserve(1) = unit, ++text.count; };
 
     const Unit *units = this->units<Unit>();
@@ -766,8 +950,10 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
     m_location = i;
 
     // A failed or unterminated string leaves its units behind as free room of the block.
-    if (isAtEnd() || !success)
-        return success;
+    if (!success)
+        return Outcome::Failed;
+    if (isAtEnd())
+        return Outcome::NoValue;
 
     // The loop stopped at the closing quote; it is passed over as a literal match would
     // (which, with a set of characters to be skipped of one's own, might skip more).
@@ -775,34 +961,42 @@ template <typename Unit> bool VXJSONScanner::readString(std::optional<QString> *
         m_location = i + 1;
     else
         readCharacter<Unit>('"');
-    if (value)
-        *value = takeText(text.count);
-    return true;
+    *out = takeText(text.count);
+    if (slot) {
+        *slot = Interned{units + first, (end - first) * qsizetype(sizeof(Unit)),
+                         reinterpret_cast<const char16_t *>(out->constData()), text.count,
+                         qsizetype(m_textBlocks.size()) - 1};
+    }
+    return Outcome::Value;
 }
 
 template <typename Unit>
-bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNull)
+VXJSONScanner::Outcome VXJSONScanner::readValue(PropertyValue *out, bool ignoreNull)
 {
     // Whitespace and newlines are passed over whatever the characters to be skipped are.
-    m_location = skipWhitespaceIn<Unit>(m_location);
+    if (m_location < m_length) {
+        const auto first = std::make_unsigned_t<Unit>(units<Unit>()[m_location]);
+        if (first <= 0x20 || first >= 0x80)
+            m_location = skipWhitespaceIn<Unit>(m_location);
+    }
 
     if (isAtEnd()) {
         logParseError("scanJSONValue:ignoreNull:");
-        return false;
+        return Outcome::Failed;
     }
 
     const Unit c = units<Unit>()[m_location];
     switch (c) {
     case Unit('{'):
-        return readObject<Unit>(value, ignoreNull);
+        return readObject<Unit>(out, ignoreNull) ? Outcome::Value : Outcome::Failed;
     case Unit('['):
-        return readArray<Unit>(value, ignoreNull);
+        return readArray<Unit>(out, ignoreNull) ? Outcome::Value : Outcome::Failed;
     case Unit('"'): {
-        std::optional<QString> string;
-        const bool scanned = readString<Unit>(&string);
-        if (string && value)
-            *value = PropertyValue(std::move(*string));
-        return scanned;
+        QString string;
+        const Outcome outcome = readString<Unit>(&string);
+        if (outcome == Outcome::Value)
+            new (out) PropertyValue(std::move(string));
+        return outcome;
     }
     default:
         break;
@@ -815,49 +1009,65 @@ bool VXJSONScanner::readValue(std::optional<PropertyValue> *value, bool ignoreNu
         unit < 0x80 ? ((unit | 0x20) == 't' || (unit | 0x20) == 'f' || (unit | 0x20) == 'n')
                     : mayStartWord<Unit>(m_location);
     if (mayBeWord && readWord<Unit>(u"true")) {
-        if (value)
-            *value = PropertyValue(true);
-        return true;
+        new (out) PropertyValue(true);
+        return Outcome::Value;
     }
     if (mayBeWord && readWord<Unit>(u"false")) {
-        if (value)
-            *value = PropertyValue(false);
-        return true;
+        new (out) PropertyValue(false);
+        return Outcome::Value;
     }
-    if (mayBeWord && readWord<Unit>(u"null")) {
-        if (value)
-            *value = PropertyValue::null();
-        return true;
-    }
+    if (mayBeWord && readWord<Unit>(u"null"))
+        return Outcome::Value; // `out` holds the null marker already
     if (startsNumber<Unit>(m_location)) {
         double number = 0;
         if (!readDouble<Unit>(&number))
-            return false;
-        if (value)
-            *value = PropertyValue(number);
-        return true;
+            return Outcome::Failed;
+        new (out) PropertyValue(number);
+        return Outcome::Value;
     }
-    return false;
+    return Outcome::Failed;
+}
+
+bool VXJSONScanner::toSlot(bool made, PropertyValue &&value, std::optional<PropertyValue> *slot)
+{
+    if (made && slot)
+        *slot = std::move(value);
+    return made;
+}
+
+bool VXJSONScanner::toSlot(Outcome outcome, PropertyValue &&value,
+                           std::optional<PropertyValue> *slot)
+{
+    if (outcome == Outcome::Value && slot)
+        *slot = std::move(value);
+    return outcome != Outcome::Failed;
 }
 
 bool VXJSONScanner::scanJSONObject(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    return readObject<char16_t>(value, ignoreNull);
+    PropertyValue object;
+    return toSlot(readObject<char16_t>(&object, ignoreNull), std::move(object), value);
 }
 
 bool VXJSONScanner::scanJSONArray(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    return readArray<char16_t>(value, ignoreNull);
+    PropertyValue array;
+    return toSlot(readArray<char16_t>(&array, ignoreNull), std::move(array), value);
 }
 
 bool VXJSONScanner::scanJSONString(std::optional<QString> *value)
 {
-    return readString<char16_t>(value);
+    QString string;
+    const Outcome outcome = readString<char16_t>(&string);
+    if (outcome == Outcome::Value && value)
+        *value = std::move(string);
+    return outcome != Outcome::Failed;
 }
 
 bool VXJSONScanner::scanJSONValue(std::optional<PropertyValue> *value, bool ignoreNull)
 {
-    return readValue<char16_t>(value, ignoreNull);
+    PropertyValue read;
+    return toSlot(readValue<char16_t>(&read, ignoreNull), std::move(read), value);
 }
 
 bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
@@ -871,7 +1081,7 @@ bool VXJSONScanner::scanJSONNumber(std::optional<PropertyValue> *value)
 }
 
 VXJSONScanner::VXJSONScanner(QByteArrayView utf8)
-    : m_units(nullptr), m_bytes(utf8.data()), m_length(utf8.size())
+    : m_units(nullptr), m_bytes(utf8.data()), m_length(utf8.size()), m_arena(m_length)
 {
     takeCachedStacks();
 }
@@ -883,80 +1093,64 @@ std::optional<PropertyValue> VXJSONScanner::readUtf8(QByteArrayView utf8, bool a
     if (utf8.startsWith("\xEF\xBB\xBF"))
         utf8 = utf8.sliced(3);
     VXJSONScanner scanner(utf8);
-    std::optional<PropertyValue> result;
-    if (asObject)
-        scanner.readObject<char>(&result, ignoreNull);
-    else
-        scanner.readArray<char>(&result, ignoreNull);
-    return result;
+    PropertyValue result;
+    if (asObject ? scanner.readObject<char>(&result, ignoreNull)
+                 : scanner.readArray<char>(&result, ignoreNull))
+        return result;
+    return std::nullopt;
 }
 
 char16_t *VXJSONScanner::reserveText(qsizetype kept, qsizetype needed, qsizetype most)
 {
-    if (m_block.d && m_block.constAllocatedCapacity() - m_blockUsed >= needed)
-        return m_block.data() + m_blockUsed;
-    // A short text's strings all fit one block of its length (each string's units and
-    // terminator take fewer units than its quoted form); a long text gets blocks of 64 KB.
+    if (m_blockCapacity - m_blockUsed >= needed)
+        return m_blockUnits + m_blockUsed;
+    // Blocks of 64 KB, but never more than the rest of the text can fill (each string's
+    // units and terminator take fewer units than its quoted form), and the first one only
+    // half of that: strings are rarely more than half of a text, and the rest of a short
+    // text's strings, if any, fit a second block.
     constexpr qsizetype blockUnits = 32 * 1024;
-    qsizetype capacity = m_block.d ? blockUnits : std::min(blockUnits, m_length + 1);
+    const qsizetype rest = m_length - m_location + 2;
+    qsizetype capacity = std::min(blockUnits, m_blockUnits ? rest : rest / 2 + 32);
     if (needed > capacity) {
         // One string longer than a block: its room doubles, so that gathering it takes
         // time in proportion to its length, but never past what the rest of the text can
         // make of it.
         capacity = std::max(needed, std::min(2 * kept, most));
-        if (m_block.d && m_blockUsed == 0 && !m_block.d->isShared()) {
-            // The block holds this string alone: it grows where it is (realloc, which
-            // moves large blocks by remapping their pages, not by copying).
+        if (m_blockUnits && m_blockUsed == 0) {
+            // The block holds this string alone (nothing was handed out of it): it grows
+            // where it is (realloc, which moves large blocks by remapping their pages, not
+            // by copying).
+            TextBlock &block = m_textBlocks.back();
             const auto [header, units] = QTypedArrayData<char16_t>::reallocateUnaligned(
-                m_block.d, m_block.ptr, capacity, QArrayData::KeepSize);
+                static_cast<QTypedArrayData<char16_t> *>(block.header), m_blockUnits, capacity,
+                QArrayData::KeepSize);
             Q_CHECK_PTR(header);
-            m_block.d = header;
-            m_block.ptr = units;
+            block.header = header;
+            m_blockUnits = units;
+            m_blockCapacity = header->allocatedCapacity();
             return units;
         }
     }
     const auto [header, units] = QTypedArrayData<char16_t>::allocate(capacity);
     Q_CHECK_PTR(header);
-    QStringPrivate next(header, units, 0);
+    header->ref_.storeRelaxed(textReservation);
+    m_textBlocks.push_back({header, 0});
     if (kept)
-        std::memcpy(units, m_block.data() + m_blockUsed, size_t(kept) * sizeof(char16_t));
-    m_block = std::move(next);
+        std::memcpy(units, m_blockUnits + m_blockUsed, size_t(kept) * sizeof(char16_t));
+    m_blockUnits = units;
+    m_blockCapacity = header->allocatedCapacity();
     m_blockUsed = 0;
     return units;
 }
 
 QString VXJSONScanner::takeText(qsizetype count)
 {
-    char16_t *units = m_block.data() + m_blockUsed;
+    char16_t *units = m_blockUnits + m_blockUsed;
     if (count == 0)
         return QString(reinterpret_cast<const QChar *>(units), 0);
-
-    const auto share = [&] {
-        units[count] = 0;
-        m_blockUsed += count + 1;
-        m_block.d->ref();
-        return QString(QStringPrivate(m_block.d, units, count));
-    };
-    if (count > internedLength)
-        return share();
-    // A multiplicative hash over four units at a time; a slot holds the last string that
-    // hashed to it.
-    quint64 mixed = quint64(count);
-    for (qsizetype k = 0; k < count; k += 4) {
-        quint64 word = 0;
-        std::memcpy(&word, units + k, size_t(std::min<qsizetype>(4, count - k)) * 2);
-        mixed = (mixed ^ word) * 0x9E3779B97F4A7C15ull;
-    }
-    const quint32 hash = quint32(mixed >> 32);
-    if (!m_interned) {
-        m_internedSlots = m_length < 16 * 1024 ? 32 : 256;
-        m_interned = std::make_unique<QString[]>(m_internedSlots);
-    }
-    QString &slot = m_interned[(hash ^ (hash >> 16)) & (m_internedSlots - 1)];
-    if (slot.size() == count && std::memcmp(slot.utf16(), units, size_t(count) * 2) == 0)
-        return slot;
-    slot = share();
-    return slot;
+    units[count] = 0;
+    m_blockUsed += count + 1;
+    return handOut(qsizetype(m_textBlocks.size()) - 1, units, count);
 }
 
 bool VXJSONScanner::scanUnicodeCharacter(char16_t *value)

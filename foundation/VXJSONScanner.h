@@ -1,16 +1,97 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include "PropertyStorage.h"
 
 #include <QByteArrayView>
 #include <QChar>
 #include <QString>
 #include <QStringView>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
+
+// A stack of values that move by their bytes (PropertyValue, dictionary entries), from which
+// a finished container takes its elements by copying their bytes into its region.
+template <typename T> class ValueStack
+{
+public:
+    ValueStack() = default;
+    ValueStack(const ValueStack &) = delete;
+    ValueStack &operator=(const ValueStack &) = delete;
+    ~ValueStack()
+    {
+        truncate(0);
+        std::free(m_data);
+    }
+
+    qsizetype size() const { return m_size; }
+    qsizetype capacity() const { return m_capacity; }
+    T *data() { return m_data; }
+
+    void push(T &&value)
+    {
+        if (m_size == m_capacity) [[unlikely]]
+            grow();
+        new (m_data + m_size) T(std::move(value));
+        ++m_size;
+    }
+    // Takes over the value's bytes and leaves it empty (null, or an empty string).
+    void pushRelocated(T &value)
+    {
+        if (m_size == m_capacity) [[unlikely]]
+            grow();
+        std::memcpy(static_cast<void *>(m_data + m_size), static_cast<const void *>(&value),
+                    sizeof(T));
+        new (&value) T();
+        ++m_size;
+    }
+    // The same for a dictionary member from its key and value.
+    template <typename Key, typename Value> void pushRelocated(Key &key, Value &value)
+    {
+        static_assert(sizeof(T) == sizeof(Key) + sizeof(Value));
+        if (m_size == m_capacity) [[unlikely]]
+            grow();
+        auto *at = reinterpret_cast<unsigned char *>(m_data + m_size);
+        std::memcpy(at, static_cast<const void *>(&key), sizeof(Key));
+        std::memcpy(at + sizeof(Key), static_cast<const void *>(&value), sizeof(Value));
+        new (&key) Key();
+        new (&value) Value();
+        ++m_size;
+    }
+    // Destroys the values from `base` on.
+    void truncate(qsizetype base)
+    {
+        std::destroy(m_data + base, m_data + m_size);
+        m_size = base;
+    }
+    // Drops the values from `base` on without destroying them: their bytes were taken.
+    void forget(qsizetype base) { m_size = base; }
+    void swap(ValueStack &other)
+    {
+        std::swap(m_data, other.m_data);
+        std::swap(m_size, other.m_size);
+        std::swap(m_capacity, other.m_capacity);
+    }
+
+private:
+    void grow()
+    {
+        const qsizetype capacity = m_capacity ? 2 * m_capacity : 64;
+        // The values are relocatable, so realloc may move them.
+        void *data = std::realloc(static_cast<void *>(m_data), size_t(capacity) * sizeof(T));
+        if (!data)
+            throw std::bad_alloc();
+        m_data = static_cast<T *>(data);
+        m_capacity = capacity;
+    }
+
+    T *m_data = nullptr;
+    qsizetype m_size = 0;
+    qsizetype m_capacity = 0;
+};
 
 // A small character scanner over UTF-16 code units with the JSON scanning operations of
 // the lenient reader on top. Positions are code-unit indexes. Literal words match without
@@ -100,6 +181,7 @@ private:
     template <typename Unit> const Unit *units() const;
     template <typename Unit> qsizetype skipWhitespaceIn(qsizetype i) const;
     template <typename Unit> qsizetype skippedIn() const;
+    template <typename Unit> bool nothingToSkipAt(qsizetype i) const;
     template <typename Unit> bool readCharacter(char c);
     template <typename Unit> bool readWord(const char16_t *word);
     template <typename Unit> bool mayStartWord(qsizetype i) const;
@@ -108,10 +190,24 @@ private:
     template <typename Unit> qsizetype copyRun(qsizetype i, TextGatherer &text);
     template <typename Unit> bool readUnicodeCharacter(char16_t *value);
     template <typename Unit> bool readDouble(double *value);
-    template <typename Unit> bool readObject(std::optional<PropertyValue> *value, bool ignoreNull);
-    template <typename Unit> bool readArray(std::optional<PropertyValue> *value, bool ignoreNull);
-    template <typename Unit> bool readString(std::optional<QString> *value);
-    template <typename Unit> bool readValue(std::optional<PropertyValue> *value, bool ignoreNull);
+    // What reading one value gave: nothing (failure), success without a value (an
+    // unterminated string: the caller reports the empty slot), or the value.
+    enum class Outcome
+    {
+        Failed,
+        NoValue,
+        Value
+    };
+    // Each writes its result into `*out` (a null value or an empty string before) only
+    // when it has one.
+    template <typename Unit> bool readObject(PropertyValue *out, bool ignoreNull);
+    template <typename Unit> bool readArray(PropertyValue *out, bool ignoreNull);
+    // (`key`: the string is an object's key.)
+    template <typename Unit> Outcome readString(QString *out, bool key = false);
+    template <typename Unit> Outcome readValue(PropertyValue *out, bool ignoreNull);
+    // The public forms' out-slots, from the above.
+    static bool toSlot(bool made, PropertyValue &&value, std::optional<PropertyValue> *slot);
+    static bool toSlot(Outcome outcome, PropertyValue &&value, std::optional<PropertyValue> *slot);
 
     qsizetype skippedLocation() const
     {
@@ -164,18 +260,51 @@ private:
     qsizetype m_location = 0;
     CharacterSet m_skip = &whitespaceAndNewlineCharacterSet;
     int m_depth = 0;
-    std::vector<PropertyValue> m_elements; // pending array elements of all open arrays
-    std::vector<PropertyValue::Dictionary::Entry> m_members; // pending members of all open objects
+    ValueStack<PropertyValue> m_elements; // pending array elements of all open arrays
+    ValueStack<PropertyValue::Dictionary::Entry> m_members; // pending members of all open objects
     bool m_cachedStacks = false; // the two stacks came from the thread's cache
+    // The containers of this text go into shared blocks.
+    Quorvelle::PropertyStorage::Arena m_arena;
+    // The hashes of keys met, for the indexes of larger objects (made when first needed).
+    std::unique_ptr<Quorvelle::PropertyStorage::KeyHashes> m_keyHashes;
     // Strings are gathered straight into a shared text block, and each string made from it
     // refers to its part of the block (with a terminating zero): one allocation for many
-    // strings. A block lives until the last string in it is gone.
-    QStringPrivate m_block;
+    // strings. A block lives until the last string in it is gone. While the parse runs,
+    // the scanner holds a large reservation on each block's count and counts the strings it
+    // hands out without atomic operations; it settles every block's count once at the end.
+    struct TextBlock
+    {
+        QArrayData *header;
+        qsizetype issued; // strings handed out
+    };
+    static constexpr int textReservation = 1 << 30;
+    std::vector<TextBlock> m_textBlocks; // the last is the one being filled
+    char16_t *m_blockUnits = nullptr;
+    qsizetype m_blockCapacity = 0;
     qsizetype m_blockUsed = 0;
     // Short strings made recently, by a hash of their units: keys and small values repeat
-    // in most documents, and an equal string shares its text instead of a new allocation.
+    // in most documents, and an equal string shares its text instead of taking room. A
+    // slot refers to the text without a count of its own (the reservation keeps it).
     static constexpr qsizetype internedLength = 24;
+    struct Interned
+    {
+        const void *written = nullptr; // the string as written in the text, without quotes
+        qsizetype writtenBytes = -1;
+        const char16_t *units = nullptr;
+        qsizetype size = 0;
+        qsizetype block = 0;
+    };
+    // The slot for a short string written without escapes at [from, to), if it is one.
+    template <typename Unit> Interned *internedSlot(qsizetype from, qsizetype *to, bool key);
     // (Fewer slots for short texts, where clearing the table would cost more than it saves.)
     size_t m_internedSlots = 0;
-    std::unique_ptr<QString[]> m_interned;
+    std::unique_ptr<Interned[]> m_interned;
+    // A string over `count` units at `units` in text block `block`, handed out.
+    QString handOut(qsizetype block, const char16_t *units, qsizetype count)
+    {
+        TextBlock &text = m_textBlocks[size_t(block)];
+        ++text.issued;
+        return QString(QStringPrivate(static_cast<QTypedArrayData<char16_t> *>(text.header),
+                                      const_cast<char16_t *>(units), count));
+    }
 };

@@ -5,6 +5,10 @@
 // Every contender starts from the same UTF-8 bytes and ends with UTF-8 bytes: our reader is
 // measured from the bytes (its UTF-8 entry) and, for reference, from a QString made
 // beforehand; our writer is measured to UTF-8 bytes and, for reference, to a QString.
+//
+// Then writing by document size, 1 KB to 100 MB, each writer in a fresh process (the
+// program runs itself with --write-one), so that no measurement inherits the allocator's
+// state from another. Usage: bench_json [input name part | --sizes | --profile WHAT INPUT N]
 #include "JSON.h"
 
 #include <QElapsedTimer>
@@ -21,9 +25,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <malloc.h>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -267,26 +273,166 @@ QByteArray rapidWrite(const rapidjson::Document &document)
     return QByteArray(buffer.GetString(), qsizetype(buffer.GetSize()));
 }
 
+// The inputs of the side-by-side table, each made from its own seed when it is measured.
+struct Input
+{
+    const char *name;
+    std::function<QString(QRandomGenerator &)> make;
+};
+
+const Input inputs[] = {
+    {"information 1 KB", [](QRandomGenerator &) { return informationFile(); }},
+    {"social 447 KB", [](QRandomGenerator &r) { return socialMedia(447 * 1024, r); }},
+    {"strings 10 MB", [](QRandomGenerator &r) { return stringHeavy(10 << 20, r); }},
+    {"numbers 10 MB", [](QRandomGenerator &r) { return numberHeavy(10 << 20, r); }},
+    {"nested 10 MB", [](QRandomGenerator &r) { return deeplyNested(10 << 20, r); }},
+    {"mixed 10 MB", [](QRandomGenerator &r) { return mixed(10 << 20, r); }},
+    {"wide 10 MB", [](QRandomGenerator &r) { return wideObject(10 << 20, r); }},
+};
+
+// The writers measured per size, each in a process of its own.
+const char *const writers[] = {"ours", "ours/QStr", "Qt", "nlohmann", "RapidJSON"};
+
+// Child process: reads a social-media document of `size` bytes with one contender, then
+// writes it a few times and prints the median time of one write in seconds. The process is
+// fresh, so what the allocator did before is the same for every contender and every run.
+int writeOne(qsizetype size, int writer)
+{
+    QRandomGenerator random(42);
+    const QByteArray utf8 = socialMedia(size, random).toUtf8();
+    std::function<qsizetype()> write;
+    std::optional<PropertyValue::Dictionary> ours;
+    QJsonDocument qt;
+    nlohmann::json nl;
+    rapidjson::Document rj;
+    switch (writer) {
+    case 0:
+    case 1:
+        ours = JSON::dictionaryWithJSONString(utf8);
+        if (writer == 0)
+            write = [&] { return JSON::JSONUtf8(*ours).size(); };
+        else
+            write = [&] { return JSON::JSONString(*ours).size(); };
+        break;
+    case 2:
+        qt = QJsonDocument::fromJson(utf8);
+        write = [&] { return qt.toJson(QJsonDocument::Compact).size(); };
+        break;
+    case 3:
+        nl = nlohmann::json::parse(utf8.cbegin(), utf8.cend());
+        write = [&] { return qsizetype(nl.dump().size()); };
+        break;
+    default:
+        rj.Parse(utf8.constData(), size_t(utf8.size()));
+        write = [&] { return rapidWrite(rj).size(); };
+        break;
+    }
+    std::vector<double> times;
+    QElapsedTimer total;
+    total.start();
+    while (times.size() < 5 || (total.elapsed() < 300 && times.size() < 1001)) {
+        QElapsedTimer timer;
+        timer.start();
+        sink = write();
+        times.push_back(double(timer.nsecsElapsed()) * 1e-9);
+    }
+    std::nth_element(times.begin(), times.begin() + qsizetype(times.size() / 2), times.end());
+    std::printf("%.9f %lld\n", times[times.size() / 2], qlonglong(utf8.size()));
+    return 0;
+}
+
+// Write speed by document size, 1 KB to 100 MB, each writer in a fresh process.
+void writeSizes()
+{
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
+    std::printf("== write by size: social-media documents, each writer in a fresh process, "
+                "median of >= 5 writes, MB/s of UTF-8 output\n");
+    std::printf("%-8s", "size");
+    for (const char *name : writers)
+        std::printf(" %9s", name);
+    std::printf(" | %7s %7s %7s\n", "/Qt", "/nl", "/rj");
+    for (const qsizetype size : {qsizetype(1) << 10, qsizetype(10) << 10, qsizetype(100) << 10,
+                                 qsizetype(1) << 20, qsizetype(10) << 20, qsizetype(100) << 20}) {
+        double seconds[std::size(writers)] = {};
+        double megabytes = 0;
+        for (size_t writer = 0; writer < std::size(writers); ++writer) {
+            const QByteArray command = '\'' + QByteArray::fromStdString(self) + "' --write-one " +
+                                       QByteArray::number(size) + ' ' +
+                                       QByteArray::number(qulonglong(writer));
+            FILE *child = popen(command.constData(), "r");
+            long long bytes = 0;
+            if (!child || std::fscanf(child, "%lf %lld", &seconds[writer], &bytes) != 2)
+                seconds[writer] = 0;
+            if (child)
+                pclose(child);
+            megabytes = double(bytes) / (1 << 20);
+        }
+        const auto speed = [&](int k) { return seconds[k] > 0 ? megabytes / seconds[k] : 0.0; };
+        std::printf("%-8s", size >= (1 << 20)
+                                ? qPrintable(QStringLiteral("%1 MB").arg(size >> 20))
+                                : qPrintable(QStringLiteral("%1 KB").arg(size >> 10)));
+        for (size_t writer = 0; writer < std::size(writers); ++writer)
+            std::printf(" %9.1f", speed(int(writer)));
+        std::printf(" | %7.2f %7.2f %7.2f\n", seconds[2] / seconds[0], seconds[3] / seconds[0],
+                    seconds[4] / seconds[0]);
+        std::fflush(stdout);
+    }
+}
+
+// Only our reader or writer (or RapidJSON's, for scale), `repeat` times on one input, for a
+// profiler (callgrind counts
+// instructions the same from run to run, where wall time on a shared machine does not).
+int profile(const QString &what, const QString &only, int repeat)
+{
+    for (const Input &input : inputs) {
+        if (!QString::fromUtf8(input.name).contains(only))
+            continue;
+        QRandomGenerator random(42);
+        const QByteArray utf8 = input.make(random).toUtf8();
+        auto tree = JSON::dictionaryWithJSONString(utf8);
+        qsizetype total = 0;
+        for (int k = 0; k < repeat; ++k) {
+            if (what == u"read") {
+                auto next = JSON::dictionaryWithJSONString(utf8);
+                total += next->size();
+                tree = std::move(next); // the tree read before is freed here
+            } else if (what == u"pf") {
+                total += JSON::dictionaryWithJSONString(utf8)->size();
+            } else if (what == u"rapidjson-pf") {
+                total += qsizetype(rapidRead(utf8).MemberCount());
+            } else if (what == u"rapidjson-write") {
+                static const rapidjson::Document document = rapidRead(utf8);
+                total += rapidWrite(document).size();
+            } else if (what == u"write") {
+                total += JSON::JSONUtf8(*tree).size();
+            } else if (what == u"writeq") {
+                total += JSON::JSONString(*tree).size();
+            } else {
+                return 2;
+            }
+        }
+        sink = total;
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    // An optional argument picks the inputs whose name contains it.
-    const QString only = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
-    // Each input is made only when it is measured, each from its own seed.
-    const struct
-    {
-        const char *name;
-        std::function<QString(QRandomGenerator &)> make;
-    } inputs[] = {
-        {"information 1 KB", [](QRandomGenerator &) { return informationFile(); }},
-        {"social 447 KB", [](QRandomGenerator &r) { return socialMedia(447 * 1024, r); }},
-        {"strings 10 MB", [](QRandomGenerator &r) { return stringHeavy(10 << 20, r); }},
-        {"numbers 10 MB", [](QRandomGenerator &r) { return numberHeavy(10 << 20, r); }},
-        {"nested 10 MB", [](QRandomGenerator &r) { return deeplyNested(10 << 20, r); }},
-        {"mixed 10 MB", [](QRandomGenerator &r) { return mixed(10 << 20, r); }},
-        {"wide 10 MB", [](QRandomGenerator &r) { return wideObject(10 << 20, r); }},
-    };
+    const QString first = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
+    if (first == u"--write-one" && argc == 4)
+        return writeOne(QByteArray(argv[2]).toLongLong(), QByteArray(argv[3]).toInt());
+    if (first == u"--profile" && argc == 5)
+        return profile(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]),
+                       QByteArray(argv[4]).toInt());
+    if (first == u"--sizes") {
+        writeSizes();
+        return 0;
+    }
+    // An optional argument picks the inputs whose name contains it; without one the table
+    // by size follows.
+    const QString only = first;
 
     std::printf("MB/s of UTF-8 text (higher is better); ratios are ours / peer in speed.\n"
                 "read: ours from UTF-8 bytes | ours from a ready QString | QJsonDocument | "
@@ -297,7 +443,7 @@ int main(int argc, char **argv)
                 "mem: heap held by the tree per input byte (our QString input, when kept, "
                 "adds 2 per byte of ASCII)\n\n");
 
-    for (const auto &input : inputs) {
+    for (const Input &input : inputs) {
         if (!only.isEmpty() && !QString::fromUtf8(input.name).contains(only))
             continue;
         QRandomGenerator random(42);
@@ -390,5 +536,7 @@ int main(int argc, char **argv)
                     memory[2] / memory[0], memory[3] / memory[0]);
         std::fflush(stdout);
     }
+    if (only.isEmpty())
+        writeSizes();
     return 0;
 }

@@ -574,6 +574,15 @@ private Q_SLOTS:
         addRow("swapped pair", u"a"_s + QChar(0xdc00) + QChar(0xd800) + u"b"_s);
         addRow("lone high before an escape", QChar(0xd800) + u"\n"_s);
         addRow("only non-ASCII", u"\u00e9\u65e5\U0001F600\u00e9\u65e5\U0001F600\u00e9\u65e5"_s);
+        // Texts long enough to be written in several pieces, with a pair or a lone
+        // surrogate on either side of 16 K units, where a piece may end.
+        for (const auto &[name, special] : {specials[8], specials[9], specials[10]}) {
+            for (const qsizetype at : {16382, 16383, 16384}) {
+                QString s = plain.repeated(3000);
+                s.replace(at, special.size(), special);
+                addRow(QByteArray(name) + " at " + QByteArray::number(at) + " of a long text", s);
+            }
+        }
         // Many short values, so that the output grows between and inside them.
         Arr many;
         QString manyText = u"["_s;

@@ -1,10 +1,15 @@
+#include "JSON.h"
 #include "PropertyValue.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QList>
 #include <QMap>
 #include <QRandomGenerator>
 #include <QTest>
 
+using Quorvelle::PropertyArray;
 using Quorvelle::PropertyDictionary;
 
 // The dictionary is checked against a model made of Qt's own containers: a QMap for what
@@ -42,6 +47,46 @@ void verifySame(const PropertyDictionary &dictionary, const Model &model)
         QVERIFY(dictionary.contains(it.key()));
         QCOMPARE(dictionary.value(it.key()), it.value());
         QCOMPARE(*dictionary.constFind(it.key()), it.value());
+    }
+}
+
+// Qt's own reading of a text, as a tree of containers built one by one (none shared).
+PropertyValue fromQt(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        PropertyArray array;
+        for (const QJsonValue &element : value.toArray())
+            array.append(fromQt(element));
+        return array;
+    }
+    if (value.isObject()) {
+        PropertyDictionary dictionary;
+        const QJsonObject object = value.toObject();
+        for (auto it = object.begin(); it != object.end(); ++it)
+            dictionary.insert(it.key(), fromQt(it.value()));
+        return dictionary;
+    }
+    return value.isString()   ? PropertyValue(value.toString())
+           : value.isDouble() ? PropertyValue(value.toDouble())
+                              : PropertyValue::null();
+}
+
+// The same changes at every level of a subtree: on containers a parse shares, they must end
+// as on containers built one by one.
+void grow(PropertyValue &value, int mark)
+{
+    if (PropertyArray *array = value.arrayPtr()) {
+        for (qsizetype i = 0; i < array->size(); ++i)
+            grow((*array)[i], mark);
+        if (!array->isEmpty())
+            array->removeAt(0);
+        array->insert(array->size() / 2, mark);
+        array->append(mark);
+    } else if (PropertyDictionary *dictionary = value.dictionaryPtr()) {
+        for (const QString &key : dictionary->keys())
+            grow((*dictionary)[key], mark);
+        dictionary->remove(u"id"_qs);
+        dictionary->insert(u"added"_qs, mark);
     }
 }
 
@@ -111,6 +156,57 @@ private Q_SLOTS:
                 model.remove(key);
         }
         verifySame(filtered, model);
+    }
+
+    // Pieces of a parse share its blocks: a piece kept, copied and changed while the tree
+    // lives and after it is gone must end as built containers do, and leave the rest as read.
+    void piecesOfAParse_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("path");
+        QByteArray records = "{\"records\":[";
+        for (int n = 0; n < 3000; ++n)
+            records += (n ? ",{\"id\":" : "{\"id\":") + QByteArray::number(n) +
+                       R"(,"name":"r\u00e9cord","tags":["a",[1,{"n":[2]}]],"inner":{"d":{}}})";
+        records += "],\"tail\":\"end\"}";
+        QTest::newRow("whole") << records << QString();
+        QTest::newRow("one record") << records << u"records/1234"_qs;
+        QTest::newRow("array of the last block") << records << u"records/2999/tags"_qs;
+        QTest::newRow("array of records") << records << u"records"_qs;
+        // A later duplicate replaces a container inside the parse's block.
+        const QByteArray duplicates =
+            R"({"a":{"b":[1,{"c":2}]},"a":{"d":[3]},"z":[{"y":[4],"y":{"x":5}},{"w":{},"w":[]}]})";
+        QTest::newRow("duplicates") << duplicates << QString();
+        QTest::newRow("duplicates, kept member") << duplicates << u"z/0"_qs;
+    }
+
+    void piecesOfAParse()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, path);
+        const auto at = [&path](PropertyValue value) {
+            for (const QString &step : path.split(u'/', Qt::SkipEmptyParts))
+                value = value.isArray() ? value.toArray().at(step.toInt()) : *value.value(step);
+            return value;
+        };
+        const PropertyValue whole = fromQt(QJsonDocument::fromJson(text).object());
+        const PropertyValue expected = at(whole);
+        PropertyValue kept, copy;
+        {
+            const auto tree = JSON::dictionaryWithJSONString(text);
+            QVERIFY(tree);
+            QCOMPARE(PropertyValue(*tree), whole);
+            kept = at(*tree);
+            copy = kept;
+            grow(kept, 1);
+            QCOMPARE(PropertyValue(*tree), whole);
+        }
+        grow(kept, 2);
+        QCOMPARE(copy, expected);
+        PropertyValue grown = expected;
+        grow(grown, 1);
+        grow(grown, 2);
+        QCOMPARE(kept, grown);
     }
 
     void equalityIgnoresOrder()
