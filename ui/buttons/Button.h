@@ -70,7 +70,7 @@ public:
     bool isBordered() const;
     /** Sets whether a push cell draws its bezel. */
     void setBordered(bool bordered);
-    /** The class name last given to setCellClass; empty when the cell was set otherwise. */
+    /** The class name last given to setCellClass (empty until then), not updated by setCell. */
     QString cellClass() const;
     /**
      * Replaces the cell by a new one of the named class (ButtonCell::cellWithClassName),
