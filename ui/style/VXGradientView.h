@@ -3,6 +3,7 @@
 #include <Quorvelle/Widgets/VXColor.h>
 #include <Quorvelle/Widgets/WidgetsExport.h>
 
+#include <QColor>
 #include <QWidget>
 
 #include <cstdint>
@@ -22,6 +23,21 @@
 class QV_WIDGETS_EXPORT VXGradientView : public QWidget
 {
     Q_OBJECT
+    // The properties a window description or Designer sets. A colour property is a QColor:
+    // an invalid one is "no colour".
+    /** The start colour for Designer and window descriptions; an invalid QColor is none. */
+    Q_PROPERTY(QColor startGradientColor READ startGradientQColor WRITE setStartGradientColor)
+    /** The finish colour; an invalid QColor is none. */
+    Q_PROPERTY(QColor finishGradientColor READ finishGradientQColor WRITE setFinishGradientColor)
+    /** The top line's colour; an invalid QColor draws no line. */
+    Q_PROPERTY(QColor topLineColor READ topLineQColor WRITE setTopLineColor)
+    /** The bottom line's colour; an invalid QColor draws no line. */
+    Q_PROPERTY(QColor bottomLineColor READ bottomLineQColor WRITE setBottomLineColor)
+    /** The gradient's direction in degrees (see gradientAngle()). */
+    Q_PROPERTY(double gradientAngle READ gradientAngle WRITE setGradientAngle)
+    /** The corner radius in points. */
+    Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius)
+
 public:
     /** A view with the default colours, angle 270 and square corners. */
     explicit VXGradientView(QWidget *parent = nullptr);
@@ -37,7 +53,7 @@ public:
      * no fill; only one of them set: no fill either (there is nothing to blend).
      */
     std::optional<VXColor> startGradientColor() const;
-    /** Sets the start colour. Like every setter here it does not repaint: call update(). */
+    /** Sets the start colour. The VXColor setters do not repaint: call update(). */
     void setStartGradientColor(const std::optional<VXColor> &color);
     /** The colour at the gradient's end; std::nullopt is no colour. */
     std::optional<VXColor> finishGradientColor() const;
@@ -51,6 +67,35 @@ public:
     std::optional<VXColor> bottomLineColor() const;
     /** Sets the bottom line's colour. */
     void setBottomLineColor(const std::optional<VXColor> &color);
+    /** The start colour as a QColor (invalid when there is none), for the Qt property. */
+    QColor startGradientQColor() const;
+    /**
+     * \overload
+     * Sets the start colour from a QColor (invalid: none) and, unlike the VXColor setters,
+     * repaints, as a Qt property's setter does.
+     */
+    void setStartGradientColor(const QColor &color);
+    /** The finish colour as a QColor (invalid when there is none). */
+    QColor finishGradientQColor() const;
+    /**
+     * \overload
+     * Sets the finish colour from a QColor (invalid: none) and repaints.
+     */
+    void setFinishGradientColor(const QColor &color);
+    /** The top line's colour as a QColor (invalid when there is none). */
+    QColor topLineQColor() const;
+    /**
+     * \overload
+     * Sets the top line's colour from a QColor (invalid: none) and repaints.
+     */
+    void setTopLineColor(const QColor &color);
+    /** The bottom line's colour as a QColor (invalid when there is none). */
+    QColor bottomLineQColor() const;
+    /**
+     * \overload
+     * Sets the bottom line's colour from a QColor (invalid: none) and repaints.
+     */
+    void setBottomLineColor(const QColor &color);
     /**
      * The gradient's direction in degrees, counted counter-clockwise from the positive x
      * axis in y-up terms: 270 (the default) puts the start colour on the top row, 90 on the
