@@ -7,13 +7,16 @@
 #   dev          libquorvelle-kit-dev     headers, CMake package, pkg-config files, .so links
 #   uninstaller  quorvelle-uninstaller    the program, its helper, data folder, policy,
 #                                         desktop entry, icon, metadata and manual page
+#   doc          libquorvelle-kit-doc     the API reference (HTML; built with QV_BUILD_DOCS)
 #   designer     quorvelle-kit-designer-plugin  the kit's widgets in Qt Designer's widget box
 #                                         (built when QV_BUILD_DESIGNER_PLUGIN is on)
-# Every package also has its copyright file and changelog. The API reference will be one
-# more component (doc) with a package of its own.
+# Every package also has its copyright file and changelog.
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime dev uninstaller)
+if(QV_BUILD_DOCS)
+  list(APPEND CPACK_COMPONENTS_ALL doc)
+endif()
 if(QV_BUILD_DESIGNER_PLUGIN)
   list(APPEND CPACK_COMPONENTS_ALL designer)
 endif()
@@ -64,6 +67,18 @@ application against the kit of the Quorvelle suite. In CMake:
 # CMake package use (Core, Gui, Widgets).
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
   "${qv_kit_runtime_package} (= ${PROJECT_VERSION}), qt6-base-dev")
+
+set(CPACK_DEBIAN_DOC_PACKAGE_NAME libquorvelle-kit-doc)
+set(CPACK_DEBIAN_DOC_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOC_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_DOC_DESCRIPTION "shared utility kit of the Quorvelle suite (API reference)
+The reference of the kit's public classes and functions, with a guide to each
+module (reading and writing JSON, bundles and localised strings, the cryptor,
+item trees, system information, the flat-design style and buttons), as HTML
+in /usr/share/doc/libquorvelle-kit-doc/html.
+")
+# The pages' jQuery is the system's (see docs/api/CMakeLists.txt).
+set(CPACK_DEBIAN_DOC_PACKAGE_DEPENDS libjs-jquery)
 
 set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_NAME quorvelle-uninstaller)
 set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_SECTION utils)
@@ -120,6 +135,11 @@ qv_package_documents(${qv_kit_runtime_package} COMPONENT runtime
 qv_package_documents(libquorvelle-kit-dev COMPONENT dev
   COPYRIGHT ${PROJECT_SOURCE_DIR}/resources/package/copyright.in
   CHANGELOG ${PROJECT_SOURCE_DIR}/resources/package/changelog)
+if(QV_BUILD_DOCS)
+  qv_package_documents(libquorvelle-kit-doc COMPONENT doc
+    COPYRIGHT ${PROJECT_SOURCE_DIR}/resources/package/copyright.in
+    CHANGELOG ${PROJECT_SOURCE_DIR}/resources/package/changelog)
+endif()
 qv_package_documents(quorvelle-uninstaller COMPONENT uninstaller
   COPYRIGHT ${PROJECT_SOURCE_DIR}/resources/package/copyright.in
   CHANGELOG ${PROJECT_SOURCE_DIR}/resources/package/changelog

@@ -103,6 +103,7 @@ function(qv_add_kit_library module)
       "// Generated: the installed name of ${header}.\n#include \"${path}\"\n")
   endforeach()
   set_property(GLOBAL APPEND PROPERTY QV_KIT_PUBLIC_HEADERS ${headers})
+  set_property(GLOBAL PROPERTY QV_KIT_PUBLIC_HEADERS_${module} ${headers})
 
   install(TARGETS ${target} EXPORT QuorvelleKit${module}Targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev)

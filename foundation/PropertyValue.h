@@ -20,8 +20,13 @@
 class PropertyValue;
 class QDebug;
 
+/**
+ * The kit's own generic names (Bundle, Button, Matrix, PropertyDictionary, ...), kept out
+ * of an application's global namespace.
+ */
 namespace Quorvelle {
 
+/// \cond internal
 // Where the containers keep their elements. Private to the kit; laid out here only so that
 // the containers' accessors can be inline.
 namespace PropertyStorage {
@@ -86,14 +91,22 @@ inline bool isDetached(const Region *region)
 }
 
 } // namespace PropertyStorage
+/// \endcond
 
-// An ordered array of PropertyValues with the part of QList's interface the system uses,
-// implicitly shared like Qt's containers (a change to a shared array copies it first). A
-// handle of one pointer to a region of a storage block: arrays read from one JSON text
-// share their blocks with the rest of that tree until they are changed.
+/**
+ * An ordered array of PropertyValues with the part of QList's interface the kit uses,
+ * implicitly shared like Qt's containers: copying is cheap and a change to a shared array
+ * copies it first. Arrays read from one JSON text share their memory with the rest of
+ * that tree until they are changed; a kept array keeps alive only what it shares.
+ *
+ * Like Qt's containers, one array may be read from several threads at once, and separate
+ * copies may be used from separate threads; writing needs the usual exclusion.
+ */
 class QV_FOUNDATION_EXPORT PropertyArray
 {
 public:
+    ///@{
+    /** The standard container types. */
     using value_type = PropertyValue;
     using size_type = qsizetype;
     using difference_type = qptrdiff;
@@ -101,11 +114,17 @@ public:
     using const_reference = const PropertyValue &;
     using pointer = PropertyValue *;
     using const_pointer = const PropertyValue *;
+    ///@}
+    /** Iterates over the elements where they stand (a mutable one detaches a shared array). */
     using iterator = PropertyValue *;
+    /** Iterates over the elements for reading. */
     using const_iterator = const PropertyValue *;
 
+    /** The empty array; allocates nothing. */
     PropertyArray() noexcept = default;
+    /** An array of the values in the given order: `{1, u"two"_s, true}`. */
     inline PropertyArray(std::initializer_list<PropertyValue> values);
+    /** An array of the values from `first` to `last`. */
     template <typename InputIterator,
               typename = std::enable_if_t<std::is_convertible_v<
                   typename std::iterator_traits<InputIterator>::iterator_category,
@@ -119,6 +138,8 @@ public:
         for (; first != last; ++first)
             append(*first);
     }
+    ///@{
+    /** Copies share the elements until one of them is written to (cheap, never throws). */
     PropertyArray(const PropertyArray &other) noexcept : d(other.d) { PropertyStorage::ref(d); }
     PropertyArray(PropertyArray &&other) noexcept : d(std::exchange(other.d, nullptr)) {}
     PropertyArray &operator=(const PropertyArray &other) noexcept
@@ -132,23 +153,40 @@ public:
         std::swap(d, other.d);
         return *this;
     }
+    ///@}
+    /** Releases this handle's share of the elements. */
     ~PropertyArray() { PropertyStorage::deref(d); }
 
+    ///@{
+    /** The number of elements. */
     qsizetype size() const noexcept { return d ? qsizetype(d->size) : 0; }
     qsizetype count() const noexcept { return size(); }
     qsizetype length() const noexcept { return size(); }
+    ///@}
+    ///@{
+    /** Whether there are no elements. */
     bool isEmpty() const noexcept { return size() == 0; }
     bool empty() const noexcept { return isEmpty(); }
+    ///@}
+    /** The number of elements that fit without allocating. */
     qsizetype capacity() const noexcept { return d ? qsizetype(d->capacity) : 0; }
 
+    ///@{
+    /** The elements, contiguous (nullptr when there are none). */
     const PropertyValue *constData() const noexcept { return d ? elementsOf(d) : nullptr; }
     const PropertyValue *data() const noexcept { return constData(); }
+    ///@}
+    /** \overload
+     * Detaches a shared array first, so the elements may be changed where they stand.
+     */
     PropertyValue *data()
     {
         detach();
         return d ? elementsOf(d) : nullptr;
     }
 
+    ///@{
+    /** Iterators over the elements (a mutable one detaches a shared array). */
     const_iterator begin() const noexcept { return constData(); }
     inline const_iterator end() const noexcept;
     const_iterator cbegin() const noexcept { return begin(); }
@@ -157,7 +195,10 @@ public:
     const_iterator constEnd() const noexcept { return end(); }
     iterator begin() { return data(); }
     inline iterator end();
+    ///@}
 
+    ///@{
+    /** The element at the index, which must be valid (the non-const forms detach). */
     inline const PropertyValue &at(qsizetype i) const noexcept;
     const PropertyValue &operator[](qsizetype i) const noexcept { return at(i); }
     inline PropertyValue &operator[](qsizetype i);
@@ -167,38 +208,57 @@ public:
     const PropertyValue &constLast() const noexcept { return last(); }
     PropertyValue &first() { return (*this)[0]; }
     PropertyValue &last() { return (*this)[size() - 1]; }
+    ///@}
 
+    /** Makes room for the number of elements, so appending up to it allocates nothing. */
     void reserve(qsizetype capacity);
+    /** Gives back the room beyond the elements. */
     void squeeze() { reallocate(size()); }
+    /** Removes every element. */
     void clear() { *this = PropertyArray(); }
+    ///@{
+    /** Adds the value (or the other array's elements) at the end. */
     inline void append(const PropertyValue &value);
     inline void append(PropertyValue &&value);
     void append(const PropertyArray &other);
     inline void push_back(const PropertyValue &value);
     inline void push_back(PropertyValue &&value);
+    ///@}
+    /** Adds the value at the front. */
     inline void prepend(PropertyValue value);
+    /** Inserts the value before index `i` (`size()` appends). */
     void insert(qsizetype i, PropertyValue value);
+    ///@{
+    /** Removes the element at the index, which must be valid. */
     void removeAt(qsizetype i);
     void removeFirst() { removeAt(0); }
     void removeLast() { removeAt(size() - 1); }
+    ///@}
+    ///@{
+    /** Removes the element at the index, which must be valid, and returns it. */
     inline PropertyValue takeAt(qsizetype i);
     inline PropertyValue takeFirst();
     inline PropertyValue takeLast();
-    // Grows with null markers or drops elements from the end.
+    ///@}
+    /** Grows with null markers or drops elements from the end. */
     void resize(qsizetype size);
 
+    /** Appends the value; returns the array, for chains. */
     inline PropertyArray &operator<<(const PropertyValue &value);
+    /** Appends the other array's elements. */
     PropertyArray &operator+=(const PropertyArray &other)
     {
         append(other);
         return *this;
     }
 
-    // Same elements in the same order.
+    /** Same elements in the same order. */
     bool operator==(const PropertyArray &other) const;
 
+    /** The elements as a QList, for code that wants Qt's own container. */
     QList<PropertyValue> toList() const;
 
+    /// \cond internal
     // For the storage: an array over `region`, whose reference the caller hands over; and
     // the region of an array.
     static PropertyArray fromRegion(PropertyStorage::Region *region) noexcept
@@ -208,6 +268,7 @@ public:
         return array;
     }
     PropertyStorage::Region *storageRegion() const noexcept { return d; }
+    /// \endcond
 
 private:
     static PropertyValue *elementsOf(PropertyStorage::Region *region)
@@ -231,39 +292,62 @@ private:
     PropertyStorage::Region *d = nullptr;
 };
 
-// A string-keyed dictionary of PropertyValues, implicitly shared like Qt's containers.
-// Members keep the order in which their keys were first inserted; setting a key that is
-// already there replaces the value where it stands. Members live in one flat region of a
-// storage block (with a hash index once there are more than a few), so a dictionary costs
-// at most one allocation and iterating it walks contiguous memory. A handle of one pointer.
+/**
+ * A string-keyed dictionary of PropertyValues, implicitly shared like Qt's containers.
+ * Members keep the order in which their keys were first inserted; setting a key that is
+ * already there replaces the value where it stands. Members live in one flat block (with
+ * a hash index once there are more than a few), so a dictionary costs at most one
+ * allocation and iterating it walks contiguous memory. Dictionaries read from one JSON
+ * text share their memory with the rest of that tree until they are changed.
+ *
+ * Like Qt's containers, one dictionary may be read from several threads at once, and
+ * separate copies may be used from separate threads; writing needs the usual exclusion.
+ */
 class QV_FOUNDATION_EXPORT PropertyDictionary
 {
 public:
     struct Entry;
 
+    /**
+     * An iterator over the members in their order; `*it` and `it.value()` are the value,
+     * `it.key()` the key. `Const` makes it a const_iterator.
+     */
     template <bool Const> class Iterator
     {
     public:
+        ///@{
+        /** The standard iterator traits. */
         using iterator_category = std::random_access_iterator_tag;
         using difference_type = std::ptrdiff_t;
         using value_type = PropertyValue;
         using pointer = std::conditional_t<Const, const PropertyValue *, PropertyValue *>;
         using reference = std::conditional_t<Const, const PropertyValue &, PropertyValue &>;
+        ///@}
+        /** A pointer to the member the iterator stands on. */
         using EntryPointer = std::conditional_t<Const, const Entry *, Entry *>;
 
+        /** An iterator that stands nowhere (compare it to nothing but another such). */
         Iterator() = default;
+        /** The iterator that stands on the member. */
         explicit Iterator(EntryPointer entry) : m_entry(entry) {}
-        // A mutable iterator converts to a constant one.
+        /** A mutable iterator converts to a constant one. */
         template <bool C = Const, typename = std::enable_if_t<C>>
         Iterator(const Iterator<false> &other) : m_entry(other.entry())
         {
         }
 
+        /** The member's key. */
         inline const QString &key() const;
+        /** The member's value. */
         inline reference value() const;
+        ///@{
+        /** The member's value. */
         reference operator*() const { return value(); }
         pointer operator->() const { return &value(); }
+        ///@}
 
+        ///@{
+        /** Moves as a random-access iterator does. */
         Iterator &operator++()
         {
             ++m_entry;
@@ -287,17 +371,29 @@ public:
         }
         Iterator operator+(difference_type n) const { return Iterator(m_entry + n); }
         difference_type operator-(const Iterator &other) const { return m_entry - other.m_entry; }
+        ///@}
+        /** Whether both stand on the same member. */
         bool operator==(const Iterator &other) const = default;
+        /** The member the iterator stands on. */
         EntryPointer entry() const { return m_entry; }
 
     private:
         EntryPointer m_entry = nullptr;
     };
+    /** Iterates over members whose values may be changed where they stand. */
     using iterator = Iterator<false>;
+    /** Iterates over members for reading. */
     using const_iterator = Iterator<true>;
 
+    /** The empty dictionary; allocates nothing. */
     PropertyDictionary() noexcept = default;
+    /**
+     * A dictionary of the members in the given order: `{{u"name"_s, 1}, ...}`. A repeated
+     * key replaces the earlier value.
+     */
     PropertyDictionary(std::initializer_list<std::pair<QString, PropertyValue>> members);
+    ///@{
+    /** Copies share the members until one of them is written to (cheap, never throws). */
     PropertyDictionary(const PropertyDictionary &other) noexcept : d(other.d)
     {
         PropertyStorage::ref(d);
@@ -314,42 +410,73 @@ public:
         std::swap(d, other.d);
         return *this;
     }
+    ///@}
+    /** Releases this handle's share of the members. */
     ~PropertyDictionary() { PropertyStorage::deref(d); }
 
-    // Takes over the members (keys need not be distinct: a later one replaces the value of
-    // an earlier one), leaving `first`..`last` moved-from.
+    /**
+     * Takes over the members (keys need not be distinct: a later one replaces the value of
+     * an earlier one), leaving `first`..`last` moved-from.
+     */
     static PropertyDictionary fromEntries(Entry *first, Entry *last);
 
+    ///@{
+    /** The number of members. */
     qsizetype size() const noexcept { return d ? qsizetype(d->size) : 0; }
     qsizetype count() const noexcept { return size(); }
+    ///@}
+    ///@{
+    /** Whether there are no members. */
     bool isEmpty() const noexcept { return size() == 0; }
     bool empty() const noexcept { return isEmpty(); }
+    ///@}
+    /** Removes every member. */
     void clear() { *this = PropertyDictionary(); }
+    /** Makes room for the number of members, so inserting up to it allocates nothing. */
     void reserve(qsizetype capacity);
 
+    /** Whether a member has the key. */
     bool contains(const QString &key) const { return findEntry(key) != nullptr; }
-    // The value under `key`, or `defaultValue` (the null marker) when there is none.
+    /** The value under `key`, or `defaultValue` (the null marker) when there is none. */
     inline PropertyValue value(const QString &key) const;
+    /** \overload */
     inline PropertyValue value(const QString &key, const PropertyValue &defaultValue) const;
-    // The value under `key`, inserted as the null marker first when there is none.
+    /** The value under `key`, inserted as the null marker first when there is none. */
     PropertyValue &operator[](const QString &key);
+    /**
+     * \overload
+     * The value under `key`, or the null marker; inserts nothing.
+     */
     inline PropertyValue operator[](const QString &key) const;
 
+    /**
+     * Sets the value under the key: a new key goes to the end, an existing one keeps its
+     * place. Returns an iterator to the member.
+     */
     iterator insert(const QString &key, const PropertyValue &value);
+    /** \overload */
     iterator insert(QString &&key, PropertyValue &&value);
-    // The number of members removed (0 or 1).
+    /** The number of members removed (0 or 1). */
     qsizetype remove(const QString &key);
-    // Removes every member for which pred(key, value) holds; the others keep their order.
+    /** Removes every member for which pred(key, value) holds; the others keep their order. */
     template <typename Predicate> qsizetype removeIf(Predicate pred);
+    /** Removes the member and returns its value; the null marker when there was none. */
     inline PropertyValue take(const QString &key);
 
+    /** The keys in member order. */
     QStringList keys() const;
+    /** The values in member order. */
     QList<PropertyValue> values() const;
 
+    ///@{
+    /** An iterator to the member with the key; end() when there is none. */
     const_iterator constFind(const QString &key) const;
     const_iterator find(const QString &key) const { return constFind(key); }
     iterator find(const QString &key);
+    ///@}
 
+    ///@{
+    /** Iterators over the members in their order (a mutable one detaches a shared dictionary). */
     iterator begin();
     iterator end();
     const_iterator begin() const noexcept { return cbegin(); }
@@ -358,10 +485,12 @@ public:
     inline const_iterator cend() const noexcept;
     const_iterator constBegin() const noexcept { return cbegin(); }
     const_iterator constEnd() const noexcept { return cend(); }
+    ///@}
 
-    // Same keys with equal values; the order of members does not count.
+    /** Same keys with equal values; the order of members does not count. */
     bool operator==(const PropertyDictionary &other) const;
 
+    /// \cond internal
     // For the storage: a dictionary over `region`, whose reference the caller hands over;
     // and the region of a dictionary.
     static PropertyDictionary fromRegion(PropertyStorage::Region *region) noexcept
@@ -371,6 +500,7 @@ public:
         return dictionary;
     }
     PropertyStorage::Region *storageRegion() const noexcept { return d; }
+    /// \endcond
 
 private:
     static Entry *entriesOf(PropertyStorage::Region *region)
@@ -390,47 +520,61 @@ private:
 
 } // namespace Quorvelle
 
-// The dynamic value shared by the JSON reader and writer, the survey payload and the
-// item trees: the null marker, a number (boolean, integer, unsigned integer or real),
-// a string, an array, a string-keyed dictionary, and the two property-list kinds that
-// JSON cannot hold (date, data). An absent value is std::nullopt, never a PropertyValue.
-//
-// Containers are implicitly shared: copying a value is cheap and a copy never changes
-// when the original is modified afterwards.
-//
+/**
+ * The dynamic value shared by the JSON reader and writer, the survey payload and the
+ * item trees: the null marker, a number (boolean, integer, unsigned integer or real),
+ * a string, an array, a string-keyed dictionary, and the two property-list kinds that
+ * JSON cannot hold (date, data). An absent value is std::nullopt, never a PropertyValue.
+ *
+ * Containers are implicitly shared: copying a value is cheap and a copy never changes
+ * when the original is modified afterwards.
+ *
+ * A frozen-layout value type of 24 bytes: its size and members are part of the kit's ABI.
+ */
 // 24 bytes: a string is a QString in place, whose third word (its length) is never
 // negative; every other kind writes the complement of its type there and keeps its
 // content in the first word (a number, a container's handle, the date, or the data held
 // on the heap). Values move by copying their bytes.
-//
-// A frozen-layout value type: its size and members are part of the kit's ABI.
 class QV_FOUNDATION_EXPORT PropertyValue
 {
 public:
+    /** The kind of value held. */
     enum class Type
     {
-        Null,
-        Bool,
-        Integer,
-        UnsignedInteger,
-        Double,
-        String,
-        Array,
-        Dictionary,
-        Date,
-        Data
+        Null,            ///< The null marker (JSON `null`).
+        Bool,            ///< A boolean (a number too).
+        Integer,         ///< A signed 64-bit integer.
+        UnsignedInteger, ///< An unsigned 64-bit integer.
+        Double,          ///< A double (every number the JSON reader reads).
+        String,          ///< A QString.
+        Array,           ///< An Array of values.
+        Dictionary,      ///< A Dictionary of values by string key.
+        Date,            ///< A QDateTime (property lists only; JSON writes `null`).
+        Data             ///< A QByteArray (property lists only; JSON writes `null`).
     };
 
+    /** An array of values. */
     using Array = Quorvelle::PropertyArray;
+    /** A dictionary of values by string key, in insertion order. */
     using Dictionary = Quorvelle::PropertyDictionary;
 
+    /** The type of the null marker, the value that stands for JSON's `null`. */
     struct NullMarker
     {
+        /** All null markers are equal. */
         bool operator==(const NullMarker &) const = default;
     };
 
-    PropertyValue() noexcept { setTag(Type::Null); } // the null marker
+    ///@{
+    /** The null marker. */
+    PropertyValue() noexcept { setTag(Type::Null); }
     PropertyValue(NullMarker) noexcept : PropertyValue() {}
+    ///@}
+    ///@{
+    /**
+     * A value of the argument's kind: `int` and `qint64` make an Integer, `quint64` an
+     * UnsignedInteger, a `u"..."` literal a String.
+     */
     PropertyValue(bool b) noexcept { setWord(quint64(b), Type::Bool); }
     PropertyValue(int i) noexcept : PropertyValue(qint64(i)) {}
     PropertyValue(qint64 i) noexcept { setWord(i, Type::Integer); }
@@ -448,9 +592,16 @@ public:
     }
     PropertyValue(const QDateTime &t) { construct<QDateTime>(t, Type::Date); }
     PropertyValue(const QByteArray &b) { construct<QByteArray *>(new QByteArray(b), Type::Data); }
-    // Guards against a string literal silently becoming a bool.
+    ///@}
+    /**
+     * Deleted: a `"..."` literal would otherwise silently become a bool. Write `u"..."` or
+     * pass a QString.
+     */
     PropertyValue(const char *) = delete;
 
+    ///@{
+    /** Copies share a container's contents, as Qt's containers do; a move leaves the null marker.
+     */
     PropertyValue(const PropertyValue &other)
     {
         if (other.isPlain())
@@ -475,11 +626,14 @@ public:
         swap(taken);
         return *this;
     }
+    ///@}
+    /** Releases the value's contents. */
     ~PropertyValue()
     {
         if (!isPlain())
             destroy();
     }
+    /** Exchanges the two values (never throws). */
     void swap(PropertyValue &other) noexcept
     {
         unsigned char mine[sizeof m_data];
@@ -488,43 +642,60 @@ public:
         std::memcpy(other.m_data, mine, sizeof m_data);
     }
 
+    /** The null marker. */
     static PropertyValue null() { return PropertyValue(); }
 
+    /** The kind of value held. */
     Type type() const noexcept
     {
         const qint64 tag = tagWord();
         return tag >= 0 ? Type::String : static_cast<Type>(~tag);
     }
+    /** Whether this is the null marker. */
     bool isNull() const { return tagWord() == ~qint64(Type::Null); }
+    /** Whether this is a boolean. */
     bool isBool() const { return tagWord() == ~qint64(Type::Bool); }
-    // Every numeric kind: booleans are numbers too.
+    /** Every numeric kind: booleans are numbers too. */
     bool isNumber() const
     {
         const qint64 tag = tagWord();
         return tag <= ~qint64(Type::Bool) && tag >= ~qint64(Type::Double);
     }
+    /** Whether this is a string. */
     bool isString() const { return tagWord() >= 0; }
+    /** Whether this is an array. */
     bool isArray() const { return tagWord() == ~qint64(Type::Array); }
+    /** Whether this is a dictionary. */
     bool isDictionary() const { return tagWord() == ~qint64(Type::Dictionary); }
 
-    // Numeric reads convert between the numeric kinds; a non-number reads as 0.
+    ///@{
+    /**
+     * The number, converted between the numeric kinds: a double is truncated toward zero and
+     * saturates at the integer's limits (NaN reads as 0); a non-number reads as 0 (false).
+     */
     bool toBool() const;
     qint64 toInt64() const;
     quint64 toUInt64() const;
     double toDouble() const;
+    ///@}
 
-    // Typed access; the wrong kind gives an empty value.
+    ///@{
+    /** Typed access (a cheap shared copy); the wrong kind gives an empty value. */
     QString toString() const;
     Array toArray() const;
     Dictionary toDictionary() const;
     QDateTime toDateTime() const;
     QByteArray toData() const;
+    ///@}
 
-    // The string where it stands (nullptr for another kind): reading it costs no copy.
+    /** The string where it stands (nullptr for another kind): reading it costs no copy. */
     const QString *stringPtr() const { return isString() ? object<QString>() : nullptr; }
 
-    // In-place access to a container (nullptr for another kind), for code that edits a
-    // tree where it stands.
+    ///@{
+    /**
+     * In-place access to a container (nullptr for another kind), for code that edits a
+     * tree where it stands.
+     */
     Array *arrayPtr() { return isArray() ? object<Array>() : nullptr; }
     const Array *arrayPtr() const { return isArray() ? object<Array>() : nullptr; }
     Dictionary *dictionaryPtr() { return isDictionary() ? object<Dictionary>() : nullptr; }
@@ -532,13 +703,17 @@ public:
     {
         return isDictionary() ? object<Dictionary>() : nullptr;
     }
+    ///@}
 
-    // Dictionary member lookup: std::nullopt when this is not a dictionary or has no such key.
+    /** Dictionary member lookup: std::nullopt when this is not a dictionary or has no such key. */
     std::optional<PropertyValue> value(const QString &key) const;
+    /** Whether this is a dictionary with a member under the key. */
     bool contains(const QString &key) const;
 
-    // Same kind and equal contents; numbers of different kinds compare by value, as
-    // numeric objects do.
+    /**
+     * Same kind and equal contents; numbers of different kinds compare by value, as
+     * numeric objects do.
+     */
     bool operator==(const PropertyValue &other) const;
 
 private:
@@ -595,10 +770,11 @@ Q_DECLARE_TYPEINFO(PropertyValue, Q_RELOCATABLE_TYPE);
 
 namespace Quorvelle {
 
+/** One member of a dictionary, as PropertyDictionary::fromEntries() takes them. */
 struct PropertyDictionary::Entry
 {
-    QString key;
-    PropertyValue value;
+    QString key;         ///< The member's key.
+    PropertyValue value; ///< The member's value.
 };
 
 PropertyArray::const_iterator PropertyArray::end() const noexcept
@@ -740,10 +916,13 @@ template <typename Predicate> qsizetype PropertyDictionary::removeIf(Predicate p
     return before - kept;
 }
 
-// Readable form for test failures.
+///@{
+/** Readable form for qDebug() and test failures. */
 QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyArray &array);
 QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyDictionary &dictionary);
+///@}
 
 } // namespace Quorvelle
 
+/** Readable form of a value for qDebug() and test failures. */
 QV_FOUNDATION_EXPORT QDebug operator<<(QDebug debug, const PropertyValue &value);

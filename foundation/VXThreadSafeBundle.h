@@ -1,9 +1,13 @@
 #pragma once
 
-// Public surface of the thread-safe bundle access that the rest of the program uses:
-// threadSafeMainBundle()->localizedStringForKey(...), ->objectForInfoDictionaryKey(...),
-// ->pathForResource(...). The machinery (lock map, bundles by path or class) is in
-// VXThreadSafety.h, the language operations in VXPrefferedLanguage.h.
+/**
+ * \file
+ * Thread-safe access to the application's bundle, the way most code uses it:
+ * `VXThreadSafety::threadSafeMainBundle()->localizedStringForKey(...)`,
+ * `->objectForInfoDictionaryKey(...)`, `->pathForResource(...)`, and VXLocalizedString().
+ * The machinery (lock map, bundles by path or class) is in VXThreadSafety.h, the language
+ * operations in VXPrefferedLanguage.h.
+ */
 
 #include <Quorvelle/Foundation/FoundationExport.h>
 #include <Quorvelle/Foundation/PropertyValue.h>
@@ -16,12 +20,16 @@
 #include <optional>
 
 namespace VXThreadSafety {
-// The proxy around the main bundle (the folder of the running program), created on first
-// use and kept for the life of the process.
+/**
+ * The proxy around the main bundle (the folder of the running program), created on first
+ * use and kept for the life of the process.
+ */
 QV_FOUNDATION_EXPORT VXThreadSafeBundleProxy *threadSafeMainBundle();
 } // namespace VXThreadSafety
 
-// The localised string for the key from the default strings table ("Localizable") of the
-// bundle that holds the object's class, or of the main bundle when object is null. A
-// missing key returns the key itself.
+/**
+ * The localised string for the key from the default strings table ("Localizable") of the
+ * bundle that holds the object's class, or of the main bundle when object is null. A
+ * missing key returns the key itself.
+ */
 QV_FOUNDATION_EXPORT QString VXLocalizedString(const QString &key, const QObject *object = nullptr);

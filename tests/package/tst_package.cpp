@@ -1,5 +1,7 @@
 // The Debian packages as shipped, unpacked with dpkg-deb -x: the kit's runtime package, its
-// development package and the uninstaller, each with exactly its files, all under /usr; the
+// development package, its API reference and the uninstaller, each with exactly its files (the
+// reference's by pattern), all under /usr; the
+
 // policy naming the helper where the package puts it, a hidden desktop entry with its icon
 // and AppStream metadata, every package's copyright file and changelog, dependencies
 // computed from the binaries (the uninstaller's on the kit through the kit's shlibs file),
@@ -18,7 +20,9 @@
 #include <QTest>
 #include <QXmlStreamReader>
 
+#include <filesystem>
 #include <optional>
+
 #include <utility>
 
 namespace {
@@ -31,6 +35,7 @@ const QString kOverrides = QStringLiteral("/usr/share/lintian/overrides/quorvell
 const QString kUninstaller = QStringLiteral("quorvelle-uninstaller");
 const QString kKit = QStringLiteral("libquorvelle-kit2");
 const QString kKitDev = QStringLiteral("libquorvelle-kit-dev");
+const QString kKitDoc = QStringLiteral("libquorvelle-kit-doc");
 const QString kDesigner = QStringLiteral("quorvelle-kit-designer-plugin");
 const QString kVersion = QStringLiteral(QV_EXPECTED_VERSION);
 const QString kMetainfo =
@@ -158,7 +163,7 @@ private Q_SLOTS:
         QStringList names;
         for (const QString &file : debs())
             names.append(QFileInfo(file).fileName().section(u'_', 0, 0));
-        QCOMPARE(names, (QStringList{kKitDev, kKit, kDesigner, kUninstaller}));
+        QCOMPARE(names, (QStringList{kKitDev, kKitDoc, kKit, kDesigner, kUninstaller}));
         QVERIFY(QFileInfo(root()).isDir());
         // Built in the calling build folder, not in the source tree's build/.
         QVERIFY(QFile::exists(packageDir() + QStringLiteral("/build/CMakeCache.txt")));
@@ -250,7 +255,59 @@ private Q_SLOTS:
         }
     }
 
+    // The API reference: Doxygen's pages (their names are Doxygen's, so checked by pattern and
+    // by a few pages the reference must have), every page's links ending in the package, and
+    // the system's jQuery in place of a copy of it.
+    void documentationPackage()
+    {
+        const QString html = QStringLiteral("/usr/share/doc/") + kKitDoc + QStringLiteral("/html/");
+        const QStringList files = packagedFiles(unpacked(kKitDoc));
+        QStringList docs = documents(kKitDoc);
+        docs << QStringLiteral("/usr/share/doc-base/") + kKitDoc;
+
+        // Doxygen names the index of destructors functions_func_~.html.
+        const QRegularExpression page(QStringLiteral("^[A-Za-z0-9_.~-]+\\.(html|css|js|png|svg)$"));
+        for (const QString &file : files)
+            QVERIFY2(docs.contains(file) ||
+                         (file.startsWith(html) && page.match(file.mid(html.size())).hasMatch()),
+                     qPrintable(file));
+        for (const QString &doc : docs)
+            QVERIFY2(files.contains(doc), qPrintable(doc));
+        for (const char *name :
+             {"index.html", "foundation.html", "systeminformation.html", "classVXCryptor.html",
+              "namespaceJSON.html", "namespaceVXSystemInformation.html", "doxygen.css"})
+            QVERIFY2(files.contains(html + QLatin1String(name)), name);
+
+        const QFileInfo jquery(unpacked(kKitDoc) + html + QStringLiteral("jquery.js"));
+        QVERIFY(jquery.isSymLink());
+        QCOMPARE(QFile::symLinkTarget(jquery.filePath()),
+                 unpacked(kKitDoc) + QStringLiteral("/usr/share/javascript/jquery/jquery.js"));
+        QVERIFY2(std::filesystem::read_symlink(QFile::encodeName(jquery.filePath()).toStdString())
+                     .is_relative(),
+                 "a link within /usr is relative");
+
+        // Every page's own links lead to a file of the package.
+        const QRegularExpression link(
+            QStringLiteral("(?:href|src)=\"([A-Za-z0-9_.-]+)(?:#[^\"]*)?\""));
+        for (const QString &file : files) {
+            if (!file.endsWith(QStringLiteral(".html")))
+                continue;
+            QFile pageFile(unpacked(kKitDoc) + file);
+            QVERIFY(pageFile.open(QIODevice::ReadOnly));
+            const QString text = QString::fromUtf8(pageFile.readAll());
+            for (const QRegularExpressionMatch &match : link.globalMatch(text)) {
+                const QString target = html + match.captured(1);
+                QVERIFY2(files.contains(target), qPrintable(file + QStringLiteral(" → ") + target));
+            }
+        }
+
+        QCOMPARE(controlField("Section", kKitDoc), QStringLiteral("doc"));
+        QCOMPARE(controlField("Architecture", kKitDoc), QStringLiteral("all"));
+        QCOMPARE(controlField("Depends", kKitDoc), QStringLiteral("libjs-jquery"));
+    }
+
     // The links of a shared library: the loader's name in the runtime package, the linker's
+
     // in the development package, both ending at the one file.
     void libraryLinks()
     {
@@ -291,8 +348,12 @@ private Q_SLOTS:
             forbidden.append(
                 QFile::encodeName(QDir(qEnvironmentVariable(variable)).canonicalPath()));
         for (const QString &file : packagedFiles()) {
+            // A link into another package (the reference's jQuery) has no content here.
+            if (QFileInfo(root() + file).isSymLink() && !QFileInfo::exists(root() + file))
+                continue;
             QFile f(root() + file);
-            QVERIFY(f.open(QIODevice::ReadOnly));
+            QVERIFY2(f.open(QIODevice::ReadOnly), qPrintable(file));
+
             const QByteArray content = f.readAll();
             for (const QByteArray &path : forbidden)
                 QVERIFY2(!path.isEmpty() && !content.contains(path),

@@ -7,11 +7,14 @@
 
 #include <optional>
 
-// The NSBezierPath(Conversion) category.
+/** Turning a kit path into a path Qt draws. */
 namespace VXBezierPathConversion {
 
-// The drawing path of a kit path, or nothing for a path without elements. An open final
-// figure (one that ends with a line or a curve) comes back closed.
+/**
+ * The QPainterPath of a kit path (a value the caller owns), or std::nullopt for a path
+ * without elements. An open final figure (one that ends with a line or a curve) comes back
+ * closed. The stroke settings are not part of it; use VXBezierPath::pen for those.
+ */
 QV_WIDGETS_EXPORT std::optional<QPainterPath> newCGPath(const VXBezierPath &path);
 
 } // namespace VXBezierPathConversion

@@ -5,12 +5,14 @@
 
 #include <QColor>
 
-// The NSColor(Convertion) category.
+/** Turning a kit colour into a colour Qt draws. */
 namespace VXColorConvertion {
 
-// The drawing colour of a kit colour, converted in the colour's own space: a grey stays a
-// grey (QColor::fromRgbF(w, w, w, a)), no device or generic RGB conversion is made. The
-// result is a value the caller owns.
+/**
+ * The QColor to draw a kit colour with (a value the caller owns), converted in the colour's
+ * own space: RGB as QColor::fromRgbF(r, g, b, a), a grey as fromRgbF(w, w, w, a); no device
+ * or generic RGB conversion is made. Components outside 0..1 are clamped.
+ */
 QV_WIDGETS_EXPORT QColor newCGColor(const VXColor &color);
 
 } // namespace VXColorConvertion

@@ -6,14 +6,15 @@
 
 class QSplitter;
 
-// The NSSplitView(VXConvenienceMethods) category. A splitter whose panes sit side by side
-// (Qt::Horizontal) is the platform's "vertical" split view. QSplitter is y-down like the
-// platform's split view, so positions need no conversion.
+/** Helpers for QSplitter. */
 namespace VXConvenienceMethods {
 
-// The far edge (right for side-by-side panes, bottom for stacked ones) of the last pane at
-// or before index that is not collapsed (a collapsed pane has size 0); 0.0 when all of them
-// are collapsed or the index is outside the splitter.
+/**
+ * Where the divider after pane index sits, in the splitter's coordinates (y-down): the far
+ * edge (right for side-by-side panes, Qt::Horizontal; bottom for stacked ones) of the last
+ * pane at or before index that is not collapsed (a collapsed pane has size 0). 0.0 when all
+ * of them are collapsed, or when splitView is null or the index is outside the splitter.
+ */
 QV_WIDGETS_EXPORT double positionOfDividerAtIndex(const QSplitter *splitView, std::int64_t index);
 
 } // namespace VXConvenienceMethods
