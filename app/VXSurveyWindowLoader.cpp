@@ -7,6 +7,7 @@
 #include <Quorvelle/Widgets/Button.h>
 #include <Quorvelle/Widgets/VXColor.h>
 #include <Quorvelle/Widgets/VXColorConvertion.h>
+#include <Quorvelle/Widgets/VXGradientView.h>
 #include <Quorvelle/Widgets/VXMatrix.h>
 #include <Quorvelle/Widgets/VXQuorvelleColor.h>
 #include <Quorvelle/Widgets/VXQuorvelleFont.h>
@@ -32,7 +33,8 @@ using Quorvelle::Button;
 
 namespace {
 
-// Makes the kit's controls a window description names, and the standard widgets.
+// Makes the kit's widgets a window description names (the classes the Designer plugin
+// offers), and the standard widgets.
 class KitLoader : public QUiLoader
 {
 public:
@@ -47,6 +49,8 @@ public:
             widget = new VXTrackingButton(parent);
         else if (className == QLatin1String("VXMatrix"))
             widget = new VXMatrix(parent);
+        else if (className == QLatin1String("VXGradientView"))
+            widget = new VXGradientView(parent);
         else
             return QUiLoader::createWidget(className, parent, name);
         widget->setObjectName(name);

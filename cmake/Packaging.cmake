@@ -8,13 +8,17 @@
 #   uninstaller  quorvelle-uninstaller    the program, its helper, data folder, policy,
 #                                         desktop entry, icon, metadata and manual page
 #   doc          libquorvelle-kit-doc     the API reference (HTML; built with QV_BUILD_DOCS)
-# Every package also has its copyright file and changelog. The Designer plugin will be one
-# more component (designer) with a package of its own.
+#   designer     quorvelle-kit-designer-plugin  the kit's widgets in Qt Designer's widget box
+#                                         (built when QV_BUILD_DESIGNER_PLUGIN is on)
+# Every package also has its copyright file and changelog.
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime dev uninstaller)
 if(QV_BUILD_DOCS)
   list(APPEND CPACK_COMPONENTS_ALL doc)
+endif()
+if(QV_BUILD_DESIGNER_PLUGIN)
+  list(APPEND CPACK_COMPONENTS_ALL designer)
 endif()
 set(CPACK_PACKAGE_NAME quorvelle)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -100,6 +104,20 @@ set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_DEPENDS "pkexec")
 # them a task bar shows the desktop entry's icon or none.
 set(CPACK_DEBIAN_UNINSTALLER_PACKAGE_RECOMMENDS "qt6-translations-l10n, xdg-utils, libqt6svg6")
 
+set(CPACK_DEBIAN_DESIGNER_PACKAGE_NAME quorvelle-kit-designer-plugin)
+set(CPACK_DEBIAN_DESIGNER_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_DESIGNER_DESCRIPTION "Qt Designer plugin for the Quorvelle suite's widget kit
+Offers the flat-design widgets of the Quorvelle suite's kit in Qt Designer's
+widget box, in a group named Quorvelle Kit, with their properties editable:
+the flat button, the bordered flat button, the flat check box, the radio
+matrix with a rounded or a tag-shaped selection, the hover-tracking button
+and the gradient view. Forms made with them are loaded by QUiLoader or
+compiled by uic against libquorvelle-kit-dev.
+")
+# The kit's library and Qt's Designer library from dpkg-shlibdeps; it serves Designer.
+set(CPACK_DEBIAN_DESIGNER_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_DESIGNER_PACKAGE_ENHANCES "designer-qt6")
+
 # Symbols go through install(TARGETS); the sections Debian also strips in cmake/PackageStrip.cmake.
 set(CPACK_STRIP_FILES ON)
 set(CPACK_QV_OBJCOPY "${CMAKE_OBJCOPY}")
@@ -126,5 +144,10 @@ qv_package_documents(quorvelle-uninstaller COMPONENT uninstaller
   COPYRIGHT ${PROJECT_SOURCE_DIR}/resources/package/copyright.in
   CHANGELOG ${PROJECT_SOURCE_DIR}/resources/package/changelog
   LINTIAN_OVERRIDES ${PROJECT_SOURCE_DIR}/resources/package/lintian-overrides)
+if(QV_BUILD_DESIGNER_PLUGIN)
+  qv_package_documents(quorvelle-kit-designer-plugin COMPONENT designer
+    COPYRIGHT ${PROJECT_SOURCE_DIR}/resources/package/copyright.in
+    CHANGELOG ${PROJECT_SOURCE_DIR}/resources/package/changelog)
+endif()
 
 include(CPack)

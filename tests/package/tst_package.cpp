@@ -36,6 +36,7 @@ const QString kUninstaller = QStringLiteral("quorvelle-uninstaller");
 const QString kKit = QStringLiteral("libquorvelle-kit2");
 const QString kKitDev = QStringLiteral("libquorvelle-kit-dev");
 const QString kKitDoc = QStringLiteral("libquorvelle-kit-doc");
+const QString kDesigner = QStringLiteral("quorvelle-kit-designer-plugin");
 const QString kVersion = QStringLiteral(QV_EXPECTED_VERSION);
 const QString kMetainfo =
     QStringLiteral("/usr/share/metainfo/") + kDesktopId + QStringLiteral(".metainfo.xml");
@@ -162,7 +163,7 @@ private Q_SLOTS:
         QStringList names;
         for (const QString &file : debs())
             names.append(QFileInfo(file).fileName().section(u'_', 0, 0));
-        QCOMPARE(names, (QStringList{kKitDev, kKitDoc, kKit, kUninstaller}));
+        QCOMPARE(names, (QStringList{kKitDev, kKitDoc, kKit, kDesigner, kUninstaller}));
         QVERIFY(QFileInfo(root()).isDir());
         // Built in the calling build folder, not in the source tree's build/.
         QVERIFY(QFile::exists(packageDir() + QStringLiteral("/build/CMakeCache.txt")));
@@ -228,6 +229,11 @@ private Q_SLOTS:
             program += translations(data + QStringLiteral("translations/"), group);
         program.sort();
         QTest::newRow("uninstaller") << kUninstaller << program;
+
+        QStringList designer = documents(kDesigner);
+        designer << lib + QStringLiteral("qt6/plugins/designer/quorvellekitwidgets.so");
+        designer.sort();
+        QTest::newRow("designer plugin") << kDesigner << designer;
     }
     void fileList()
     {
@@ -406,6 +412,14 @@ private Q_SLOTS:
         QCOMPARE(controlField("Section", kKitDev), QStringLiteral("libdevel"));
         QCOMPARE(controlField("Depends", kKitDev),
                  kKit + QStringLiteral(" (= ") + kVersion + QStringLiteral("), qt6-base-dev"));
+
+        // The Designer plugin: the kit's library at least as new as this release, through the
+        // runtime package's shlibs; it serves Designer without needing it.
+        const QString kitFloor = kKit + QStringLiteral(" (>= ") + kVersion + u')';
+        const QString designerDepends = controlField("Depends", kDesigner);
+        QVERIFY2(designerDepends.split(QStringLiteral(", ")).contains(kitFloor),
+                 qPrintable(designerDepends));
+        QCOMPARE(controlField("Enhances", kDesigner), QStringLiteral("designer-qt6"));
 
         // Computed from the binaries, plus what the program starts by name. Qt's own
         // translations and the SVG plug-ins (the window's own icon) are only recommended:

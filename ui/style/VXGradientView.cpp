@@ -76,6 +76,66 @@ void VXGradientView::setFinishGradientColor(const std::optional<VXColor> &color)
     d->finishGradientColor_ = color;
 }
 
+namespace {
+
+QColor toQColor(const std::optional<VXColor> &color)
+{
+    return color ? VXColorConvertion::newCGColor(*color) : QColor();
+}
+
+std::optional<VXColor> fromQColor(const QColor &color)
+{
+    if (!color.isValid())
+        return std::nullopt;
+    return VXColor::colorWithQColor(color);
+}
+
+} // namespace
+
+QColor VXGradientView::startGradientQColor() const
+{
+    return toQColor(startGradientColor());
+}
+
+void VXGradientView::setStartGradientColor(const QColor &color)
+{
+    setStartGradientColor(fromQColor(color));
+    update();
+}
+
+QColor VXGradientView::finishGradientQColor() const
+{
+    return toQColor(finishGradientColor());
+}
+
+void VXGradientView::setFinishGradientColor(const QColor &color)
+{
+    setFinishGradientColor(fromQColor(color));
+    update();
+}
+
+QColor VXGradientView::topLineQColor() const
+{
+    return toQColor(topLineColor());
+}
+
+void VXGradientView::setTopLineColor(const QColor &color)
+{
+    setTopLineColor(fromQColor(color));
+    update();
+}
+
+QColor VXGradientView::bottomLineQColor() const
+{
+    return toQColor(bottomLineColor());
+}
+
+void VXGradientView::setBottomLineColor(const QColor &color)
+{
+    setBottomLineColor(fromQColor(color));
+    update();
+}
+
 std::optional<VXColor> VXGradientView::topLineColor() const
 {
     std::lock_guard lock(d->_colorLock);

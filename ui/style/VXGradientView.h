@@ -3,6 +3,7 @@
 #include <Quorvelle/Widgets/VXColor.h>
 #include <Quorvelle/Widgets/WidgetsExport.h>
 
+#include <QColor>
 #include <QWidget>
 
 #include <cstdint>
@@ -15,6 +16,15 @@
 class QV_WIDGETS_EXPORT VXGradientView : public QWidget
 {
     Q_OBJECT
+    // The properties a window description or Designer sets. A colour property is a QColor:
+    // an invalid one is "no colour".
+    Q_PROPERTY(QColor startGradientColor READ startGradientQColor WRITE setStartGradientColor)
+    Q_PROPERTY(QColor finishGradientColor READ finishGradientQColor WRITE setFinishGradientColor)
+    Q_PROPERTY(QColor topLineColor READ topLineQColor WRITE setTopLineColor)
+    Q_PROPERTY(QColor bottomLineColor READ bottomLineQColor WRITE setBottomLineColor)
+    Q_PROPERTY(double gradientAngle READ gradientAngle WRITE setGradientAngle)
+    Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius)
+
 public:
     explicit VXGradientView(QWidget *parent = nullptr);
     // initWithFrame: a view at frame (parent coordinates).
@@ -30,6 +40,16 @@ public:
     void setTopLineColor(const std::optional<VXColor> &color);
     std::optional<VXColor> bottomLineColor() const;
     void setBottomLineColor(const std::optional<VXColor> &color);
+    // The same colours as QColor (an invalid QColor: no colour). Unlike the setters above,
+    // these repaint, as a Qt property's setter does.
+    QColor startGradientQColor() const;
+    void setStartGradientColor(const QColor &color);
+    QColor finishGradientQColor() const;
+    void setFinishGradientColor(const QColor &color);
+    QColor topLineQColor() const;
+    void setTopLineColor(const QColor &color);
+    QColor bottomLineQColor() const;
+    void setBottomLineColor(const QColor &color);
     // Degrees counter-clockwise from the positive x axis: 270 puts the start colour at the
     // top, 90 at the bottom.
     double gradientAngle() const;
