@@ -301,17 +301,14 @@ private Q_SLOTS:
             _program = QStringLiteral("quorvelle-uninstaller");
         }
         QVERIFY(QFile::exists(_bin + u'/' + _program));
-        for (int n = 90; n < 140 && _display.isEmpty(); ++n) {
-            const QString socket = QStringLiteral("/tmp/.X11-unix/X%1").arg(n);
-            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)) || QFile::exists(socket))
-                continue;
-            _xvfb.start(QStringLiteral("Xvfb"), QStringList{QStringLiteral(":%1").arg(n)} +
-                                                    words("-screen 0 1024x768x24 -nolisten tcp"));
-            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket) || _xvfb.state() == QProcess::NotRunning,
-                                     10000);
-            if (_xvfb.state() == QProcess::Running)
-                _display = QStringLiteral(":%1").arg(n);
-        }
+        // Xvfb picks a free display itself and says which on its standard output: choosing
+        // one here raced with other servers starting on the same machine.
+        _xvfb.start(QStringLiteral("Xvfb"),
+                    words("-displayfd 1 -screen 0 1024x768x24 -nolisten tcp"));
+        QTRY_VERIFY_WITH_TIMEOUT(_xvfb.canReadLine() || _xvfb.state() == QProcess::NotRunning,
+                                 30000);
+        if (_xvfb.state() == QProcess::Running)
+            _display = u':' + QString::fromLatin1(_xvfb.readLine().trimmed());
         QVERIFY(!_display.isEmpty());
         // A keyboard that has the comment's letters: xdotool would otherwise remap spare keys
         // on the fly, which races with the program reading the new key map.
