@@ -77,8 +77,9 @@ double contrast(const QColor &a, const QColor &b)
         return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) +
                0.0722 * linear(c.blueF());
     };
-    const auto [dark, light] = std::minmax(luminance(a), luminance(b));
-    return (light + 0.05) / (dark + 0.05);
+    // By value: std::minmax of two temporaries returns references to them.
+    const double la = luminance(a), lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
 }
 
 double contrastOnWhite(const QColor &c)
