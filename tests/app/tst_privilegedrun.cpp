@@ -17,8 +17,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTranslator>
-#include <QXmlStreamReader>
 
 #include <cstdio>
 #include <unistd.h>
@@ -60,7 +58,6 @@ class TestPrivilegedRun : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void promptMatchesTranslations();
     void composedCommands();
     void helperRefuses_data();
     void helperRefuses();
@@ -70,31 +67,6 @@ private Q_SLOTS:
 private:
     QTemporaryDir _dir;
 };
-
-// polkit shows the policy's message; it must say what the program's own strings say.
-void TestPrivilegedRun::promptMatchesTranslations()
-{
-    const QString bin = QCoreApplication::applicationDirPath();
-    QFile policy(bin + QStringLiteral("/../app/generated/net.brelltan.Quorvelle.policy"));
-    QVERIFY(policy.open(QIODevice::ReadOnly));
-    QMap<QString, QString> messages; // language ("" = default) -> text
-    QXmlStreamReader xml(&policy);
-    while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement &&
-            xml.name() == QStringLiteral("message")) {
-            const QString lang = xml.attributes().value(QStringLiteral("xml:lang")).toString();
-            messages.insert(lang, xml.readElementText());
-        }
-    }
-    QVERIFY(!xml.hasError());
-    const QString key = QStringLiteral("Please enter your password to uninstall Quorvelle.");
-    QCOMPARE(messages.value(QString()), key);
-    QTranslator german;
-    QVERIFY(german.load(bin + QStringLiteral("/translations/removal_de.qm")));
-    const QString translated = german.translate("Localizable", key.toUtf8().constData());
-    QVERIFY(!translated.isEmpty());
-    QCOMPARE(messages.value(QStringLiteral("de")), translated);
-}
 
 namespace {
 // The command as the removal writes it, spelled out here independently of the composer.

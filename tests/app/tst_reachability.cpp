@@ -184,19 +184,6 @@ private Q_SLOTS:
         QCOMPARE(spy.count(), 4);
     }
 
-    void setReachableAnnouncesOnlyChanges()
-    {
-        auto *backend = new FakeBackend;
-        VXNetworkReachability reachability(backend, QUrl(QStringLiteral("http://127.0.0.1:1/")));
-        QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
-        reachability.setReachable(false);
-        reachability.setReachable(true);
-        reachability.setReachable(true);
-        reachability.setReachable(false);
-        QCOMPARE(spy.count(), 2);
-        QCOMPARE(spy.first().size(), 0);
-    }
-
     // The Linux back end: names that cannot be looked up yield no target; resolvable
     // names with a route are reachable.
     void linuxHostNames_data()

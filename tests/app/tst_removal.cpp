@@ -39,14 +39,6 @@ int runInsideSandbox(int argc, char *argv[])
     return quitCode;
 }
 
-QStringList prefixed(const QString &prefix, const QStringList &names)
-{
-    QStringList out;
-    for (const QString &name : names)
-        out << prefix + name;
-    return out;
-}
-
 } // namespace
 
 class TestRemoval : public QObject
@@ -87,107 +79,79 @@ private Q_SLOTS:
         QCOMPARE(result, expected);
     }
 
-    // Items are "path" (a file), "path/" (a folder) or "path -> target" (a link); "~" is the
-    // home folder inside. removed: items expected gone, with all they hold.
+    // Items are "path" (a file), "path/" (a folder) or "path -> target" (a link), one a
+    // line; "~" is the home folder inside. What precedes a "|" must be gone afterwards, with
+    // all it holds; everything else must stay as it was.
     void removalInSandbox_data()
     {
-        QTest::addColumn<QStringList>("items");
-        QTest::addColumn<QStringList>("removed");
+        QTest::addColumn<QString>("items");
         QTest::addColumn<QString>("log");
 
         const QString tail =
             QStringLiteral("launchctl remove com.varnix.Quorvelle.AntiVirus; launchctl remove "
                            "com.varnix.Quorvelle.plugin.AntiTheft.daemon; launchctl remove "
                            "net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
-        const QString daemons = QStringLiteral("/Library/LaunchDaemons/");
         const QString p7 =
-            daemons + QStringLiteral("net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
-        const QString other = daemons + QStringLiteral("org.other.plist");
-        QTest::newRow("nothing installed")
-            << QStringList{other, QStringLiteral("/Library/Application Support/Quorvelle2/"),
-                           QStringLiteral("/Library/Caches/com.varnix.Quorvelle -> /outside/gone")}
-            << QStringList() << QString();
+            QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
+        const QString other = QStringLiteral("/Library/LaunchDaemons/org.other.plist\n");
+        QTest::newRow("nothing installed") << other + QStringLiteral(R"(
+/Library/Application Support/Quorvelle2/
+/Library/Caches/com.varnix.Quorvelle -> /outside/gone)")
+                                           << QString();
         QTest::newRow("only one daemon folder")
-            << QStringList{p7 + QStringLiteral("/run.sh"), other} << QStringList{p7}
+            << other + p7 + QStringLiteral("|/run.sh")
             << QStringLiteral("Command: rm -rf '%1'; %2").arg(p7, tail);
 
         // In the command's order; links inside are removed, never followed.
-        const QStringList system =
-            QStringList{QStringLiteral("/Library/Application Support/Quorvelle/"),
-                        QStringLiteral("/Library/Caches/com.varnix.Quorvelle/")} +
-            prefixed(daemons,
-                     {QStringLiteral("com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist"),
-                      QStringLiteral("com.varnix.Quorvelle.AntiVirus.plist"),
-                      QStringLiteral("net.brelltan.Quorvelle.AntiVirus/"),
-                      QStringLiteral("net.brelltan.Quorvelle.AntiVirus.plist"),
-                      QStringLiteral("net.brelltan.Quorvelle.plugin.AntiTheft.daemon/"),
-                      QStringLiteral("net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist")});
+        const QString system = QStringLiteral(R"(/Library/Application Support/Quorvelle|/
+/Library/Caches/com.varnix.Quorvelle|/
+/Library/LaunchDaemons/com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist|
+/Library/LaunchDaemons/com.varnix.Quorvelle.AntiVirus.plist|
+/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus|/
+/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist|
+/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon|/
+/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist|)");
         QString command = QStringLiteral("Command: ");
-        QStringList gone;
-        for (QString item : system) {
-            if (item.endsWith(u'/'))
-                item.chop(1);
-            command += QStringLiteral("rm -rf '%1'; ").arg(item);
-            gone << item;
-        }
-        QTest::newRow("every system-wide item")
-            << system + QStringList{QStringLiteral("/Library/Application Support/Quorvelle/"
-                                                   "tree -> /outside/tree"),
-                                    QStringLiteral("/Library/Application Support/quorvelle/"),
-                                    QStringLiteral("/Library/Caches/com.varnix.Quorvelle.x"),
-                                    QStringLiteral("/outside/tree/inner.txt")}
-            << gone << command + tail;
+        for (const QString &line : system.split(u'\n'))
+            command += QStringLiteral("rm -rf '%1'; ").arg(line.section(u'|', 0, 0));
+        QTest::newRow("every system-wide item") << system + QStringLiteral(R"(
+/Library/Application Support/Quorvelle/tree -> /outside/tree
+/Library/Application Support/quorvelle/
+/Library/Caches/com.varnix.Quorvelle.x
+/outside/tree/inner.txt)") << command + tail;
 
-        // Exact items and name prefixes, compared case-sensitively; links are not followed.
-        const QString lib = QStringLiteral("~/Library/");
-        const QStringList userGone = prefixed(
-            lib, {QStringLiteral("Application Support/Quorvelle"),
-                  QStringLiteral("Application Support/Quorvelle Helper"),
-                  QStringLiteral("Preferences/com.varnix.Quorvelle.plist"),
-                  QStringLiteral("Preferences/com.varnix.QuorvelleZ"),
-                  QStringLiteral("Preferences/net.brelltan.Quorvelle.plist"),
-                  QStringLiteral("Caches/com.varnix.Quorvelle.tree"),
-                  QStringLiteral("Caches/net.brelltan.Quorvelle.Helper"),
-                  QStringLiteral("Saved Application State/com.varnix.Quorvelle.savedState"),
-                  QStringLiteral("Saved Application State/net.brelltan.Quorvelle.savedState"),
-                  QStringLiteral("LaunchAgents/com.varnix.Quorvelle.Helper"),
-                  QStringLiteral("LaunchAgents/com.varnix.Quorvelle.Helper.plist"),
-                  QStringLiteral("LaunchAgents/net.brelltan.Quorvelle.Helper"),
-                  QStringLiteral("LaunchAgents/net.brelltan.Quorvelle.Helper.plist")});
-        QStringList userItems = prefixed(
-            lib, {QStringLiteral("Application Support/Quorvelle/keep -> /outside/keep.txt"),
-                  QStringLiteral("Application Support/Quorvelle Helper/"),
-                  QStringLiteral("Application Support/Quorvelle Helper 2/"),
-                  QStringLiteral("Preferences/com.varnix.Quorvelle.plist"),
-                  QStringLiteral("Preferences/com.varnix.QuorvelleZ/x"),
-                  QStringLiteral("Preferences/com.varnix.quorvelle.plist"),
-                  QStringLiteral("Preferences/net.brelltan.Quorvelle.plist"),
-                  QStringLiteral("Preferences/net.brelltan.QUORVELLE.plist"),
-                  QStringLiteral("Caches/com.varnix.Quorvelle.tree -> /outside/tree"),
-                  QStringLiteral("Caches/net.brelltan.Quorvelle.Helper/"),
-                  QStringLiteral("Caches/Net.brelltan.Quorvelle/"),
-                  QStringLiteral("Saved Application State/com.varnix.Quorvelle.savedState/"),
-                  QStringLiteral("Saved Application State/net.brelltan.Quorvelle.savedState/"),
-                  QStringLiteral("Saved Application State/net.brelltan.Quorvelle.savedState2/"),
-                  QStringLiteral("LaunchAgents/com.varnix.Quorvelle.Helper"),
-                  QStringLiteral("LaunchAgents/com.varnix.Quorvelle.Helper.plist"),
-                  QStringLiteral("LaunchAgents/net.brelltan.Quorvelle.Helper/"),
-                  QStringLiteral("LaunchAgents/net.brelltan.Quorvelle.Helper.plist -> "
-                                 "/outside/agent.plist"),
-                  QStringLiteral("LaunchAgents/net.brelltan.Quorvelle.Helper.plist.bak")});
-        userItems << QStringLiteral("/Library/Caches/net.brelltan.Quorvelle/index")
-                  << QStringLiteral("~/Documents/Quorvelle notes.txt")
-                  << QStringLiteral("/outside/keep.txt") << QStringLiteral("/outside/agent.plist")
-                  << QStringLiteral("/outside/tree/inner.txt");
-        QTest::newRow("user parts")
-            << userItems
-            << userGone + QStringList{QStringLiteral("/Library/Caches/net.brelltan.Quorvelle")}
-            << QString();
+        // Exact items and name prefixes, compared case-sensitively; links are not followed;
+        // the walk descends into nested folders and skips only "." and "..".
+        QTest::newRow("user parts") << QStringLiteral(R"(
+~/Library/Application Support/Quorvelle|/keep -> /outside/keep.txt
+~/Library/Application Support/Quorvelle Helper|/a/b/.h
+~/Library/Application Support/Quorvelle Helper/a/..x
+~/Library/Application Support/Quorvelle Helper 2/
+~/Library/Preferences/com.varnix.Quorvelle.plist|
+~/Library/Preferences/com.varnix.QuorvelleZ|/x
+~/Library/Preferences/com.varnix.quorvelle.plist
+~/Library/Preferences/net.brelltan.Quorvelle.plist|
+~/Library/Preferences/net.brelltan.QUORVELLE.plist
+~/Library/Caches/com.varnix.Quorvelle.tree| -> /outside/tree
+~/Library/Caches/net.brelltan.Quorvelle.Helper|/
+~/Library/Caches/Net.brelltan.Quorvelle/
+~/Library/Saved Application State/com.varnix.Quorvelle.savedState|/
+~/Library/Saved Application State/net.brelltan.Quorvelle.savedState|/
+~/Library/Saved Application State/net.brelltan.Quorvelle.savedState2/
+~/Library/LaunchAgents/com.varnix.Quorvelle.Helper|
+~/Library/LaunchAgents/com.varnix.Quorvelle.Helper.plist|
+~/Library/LaunchAgents/net.brelltan.Quorvelle.Helper|/
+~/Library/LaunchAgents/net.brelltan.Quorvelle.Helper.plist| -> /outside/agent.plist
+~/Library/LaunchAgents/net.brelltan.Quorvelle.Helper.plist.bak
+/Library/Caches/net.brelltan.Quorvelle|/index
+~/Documents/Quorvelle notes.txt
+/outside/keep.txt
+/outside/agent.plist
+/outside/tree/inner.txt)") << QString();
     }
     void removalInSandbox()
     {
-        QFETCH(QStringList, items);
-        QFETCH(QStringList, removed);
+        QFETCH(QString, items);
         QFETCH(QString, log);
         if (!Sandbox::available())
             QSKIP("bubblewrap cannot build a sandbox here");
@@ -202,7 +166,12 @@ private Q_SLOTS:
         };
         for (const char *dir : {"Library", "home", "outside"})
             QVERIFY(QDir(host).mkpath(QLatin1String(dir)));
-        for (const QString &item : items) {
+        QStringList removed;
+        for (QString item : items.split(u'\n', Qt::SkipEmptyParts)) {
+            const qsizetype mark = item.indexOf(u'|');
+            if (mark >= 0)
+                removed << item.left(mark);
+            item.remove(u'|');
             const qsizetype arrow = item.indexOf(QStringLiteral(" -> "));
             const QString path = host + u'/' + relative(arrow < 0 ? item : item.left(arrow));
             QVERIFY(QDir().mkpath(path.endsWith(u'/') ? path : QFileInfo(path).path()));

@@ -39,28 +39,17 @@ const QMap<quint64, QStringList> detailsOfReason = {
     {5, {QStringLiteral("slowSupportResponse"), QStringLiteral("unprofessionalSupport")}},
 };
 
-// The reasons' radio buttons and the detail check boxes.
-QList<Button *> buttonsOfType(QWidget *window, int type)
+// The reasons' radio buttons (RadioButton) or the detail check boxes (SwitchButton).
+QList<Button *> buttons(QWidget *window, int type = ButtonCell::SwitchButton)
 {
-    QList<Button *> found;
-    for (Button *button : window->findChildren<Button *>()) {
-        if (button->buttonType() == type)
-            found.append(button);
-    }
+    QList<Button *> found = window->findChildren<Button *>();
+    found.removeIf([type](Button *button) { return button->buttonType() != type; });
     return found;
-}
-QList<Button *> radios(QWidget *window)
-{
-    return buttonsOfType(window, ButtonCell::RadioButton);
-}
-QList<Button *> boxes(QWidget *window)
-{
-    return buttonsOfType(window, ButtonCell::SwitchButton);
 }
 
 Button *radioFor(QWidget *window, quint64 reason)
 {
-    for (Button *radio : radios(window)) {
+    for (Button *radio : buttons(window, ButtonCell::RadioButton)) {
         if (radio->property("vxTag").toULongLong() == reason)
             return radio;
     }
@@ -74,17 +63,11 @@ double contrast(const QColor &a, const QColor &b)
         const auto linear = [](double v) {
             return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
         };
-        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) +
-               0.0722 * linear(c.blueF());
+        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
     };
     // By value: std::minmax of two temporaries returns references to them.
     const double la = luminance(a), lb = luminance(b);
     return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
-}
-
-double contrastOnWhite(const QColor &c)
-{
-    return contrast(c, Qt::white);
 }
 
 class UrlCatcher : public QObject
@@ -124,7 +107,7 @@ private Q_SLOTS:
             window->findChild<QAbstractButton *>(QStringLiteral("uninstallButton"));
         QVERIFY(uninstallButton);
         QVERIFY(!uninstallButton->isEnabled());
-        for (Button *box : boxes(window))
+        for (Button *box : buttons(window))
             QVERIFY(!box->isVisible());
 
         Button *radio = radioFor(window, reason);
@@ -139,7 +122,7 @@ private Q_SLOTS:
         QCOMPARE(controller->comment(), QStringLiteral("Too dear & = + äöü"));
 
         const QStringList shown = detailsOfReason.value(reason);
-        for (Button *box : boxes(window)) {
+        for (Button *box : buttons(window)) {
             const QString key = box->property("vxValue").toString();
             QCOMPARE(box->isVisible(), shown.contains(key));
             if (!box->isVisible())
@@ -159,55 +142,21 @@ private Q_SLOTS:
         QVERIFY(!radio->isChecked());
         QVERIFY(comment->toPlainText().isEmpty());
         QVERIFY(controller->comment().isNull());
-        for (Button *box : boxes(window))
+        for (Button *box : buttons(window))
             QVERIFY(!box->isChecked());
 
         // A code set in code selects its button; no reason clears the choice.
         controller->setUninstallingReason(reason);
         QVERIFY(radio->isChecked());
         controller->setUninstallingReason(0);
-        for (Button *r : radios(window))
+        for (Button *r : buttons(window, ButtonCell::RadioButton))
             QVERIFY(!r->isChecked());
         QVERIFY(!uninstallButton->isEnabled());
-    }
-
-    // Every control can be reached with the keyboard, top to bottom, and has a name for
-    // assistive tools.
-    void keyboardAndAccessibility()
-    {
-        auto loaded = load();
-        QWidget *window = loaded.window.get();
-        loaded.controller->setUninstallingReason(4);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
-        QList<QWidget *> controls;
-        for (QWidget *w : window->findChildren<QWidget *>()) {
-            if (w->focusPolicy() & Qt::TabFocus && w->isVisibleTo(window))
-                controls.append(w);
-        }
-        // The reasons are one stop (arrow keys move between them), then the shown
-        // boxes, the comment and the two buttons.
-        QCOMPARE(controls.size(), 1 + 3 + 1 + 2);
-        for (QWidget *w : window->findChildren<QWidget *>()) {
-            if (qobject_cast<QAbstractButton *>(w) || qobject_cast<QPlainTextEdit *>(w))
-                QVERIFY2(!w->accessibleName().isEmpty(), qPrintable(w->objectName()));
-        }
-        QWidget *previous = nullptr;
-        QWidget *w = radioFor(window, 2);
-        for (qsizetype i = 0; i < controls.size(); ++i) {
-            QVERIFY2(controls.contains(w), qPrintable(w->objectName()));
-            if (previous) {
-                const QPoint a = previous->mapTo(window, QPoint(0, 0));
-                const QPoint b = w->mapTo(window, QPoint(0, 0));
-                QVERIFY2(
-                    b.y() > a.y() || (b.y() == a.y() && b.x() > a.x()),
-                    qPrintable(previous->objectName() + QLatin1String(" -> ") + w->objectName()));
-            }
-            previous = w;
-            do
-                w = w->nextInFocusChain();
-            while (!controls.contains(w) && w != radioFor(window, 2));
-        }
+        // A second click on the chosen reason keeps it, as in any radio group.
+        for (int click = 0; click < 2; ++click)
+            QTest::mouseClick(radio, Qt::LeftButton, {}, QPoint(8, radio->height() / 2));
+        QVERIFY(radio->isChecked());
+        QCOMPARE(controller->uninstallingReason(), reason);
     }
 
     // A focused mark shows a ring that stands out from white by at least 3:1 (WCAG's rule for
@@ -257,13 +206,12 @@ private Q_SLOTS:
         const QPoint probe =
             button->mapTo(window, QPoint(int(mark.center().x()), int(mark.top()) - 1));
         const QColor pixel = window->grab().toImage().pixelColor(probe);
-        const double contrast = contrastOnWhite(pixel);
-        QVERIFY2(ring ? contrast >= 3.0 : contrast < 3.0,
-                 qPrintable(QStringLiteral("%1 at %2,%3: %4:1")
-                                .arg(pixel.name())
-                                .arg(probe.x())
-                                .arg(probe.y())
-                                .arg(contrast)));
+        const double ratio = contrast(pixel, Qt::white);
+        QVERIFY2(ring ? ratio >= 3.0 : ratio < 3.0, qPrintable(QStringLiteral("%1 at %2,%3: %4:1")
+                                                                   .arg(pixel.name())
+                                                                   .arg(probe.x())
+                                                                   .arg(probe.y())
+                                                                   .arg(ratio)));
     }
 
     // A push button reached by the keyboard changes by at least 3:1 somewhere along its
@@ -300,8 +248,9 @@ private Q_SLOTS:
     }
 
     // Arrow keys in the reasons choose the reason they move to, as in any radio group, so
-    // Uninstall comes alive; Space ticks a box.
-    void keyboardChoosing()
+    // Uninstall comes alive; Space ticks a box. Then every control can be reached with Tab,
+    // top to bottom, and has a name for assistive tools.
+    void keyboard()
     {
         auto loaded = load();
         QWidget *window = loaded.window.get();
@@ -328,27 +277,57 @@ private Q_SLOTS:
         auto *box = window->findChild<Button *>(QStringLiteral("notDisclosedPriceBox"));
         QCOMPARE(QApplication::focusWidget(), box);
         QTest::keyClick(box, Qt::Key_Space);
-        QVERIFY(box->isChecked());
-        QVERIFY(controller->notDisclosedPrice());
+        QVERIFY(box->isChecked() && controller->notDisclosedPrice());
         QTest::keyClick(box, Qt::Key_Space);
         QVERIFY(!controller->notDisclosedPrice());
+
+        controller->setUninstallingReason(4);
+        QList<QWidget *> controls;
+        for (QWidget *w : window->findChildren<QWidget *>()) {
+            if (w->focusPolicy() & Qt::TabFocus && w->isVisibleTo(window))
+                controls.append(w);
+            if (qobject_cast<QAbstractButton *>(w) || qobject_cast<QPlainTextEdit *>(w))
+                QVERIFY2(!w->accessibleName().isEmpty(), qPrintable(w->objectName()));
+        }
+        // The reasons are one stop (arrow keys move between them), then the shown
+        // boxes, the comment and the two buttons.
+        QCOMPARE(controls.size(), 1 + 3 + 1 + 2);
+        QWidget *previous = nullptr;
+        QWidget *w = radioFor(window, 2);
+        for (qsizetype i = 0; i < controls.size(); ++i) {
+            QVERIFY2(controls.contains(w), qPrintable(w->objectName()));
+            if (previous) {
+                const QPoint a = previous->mapTo(window, QPoint(0, 0));
+                const QPoint b = w->mapTo(window, QPoint(0, 0));
+                QVERIFY2(
+                    b.y() > a.y() || (b.y() == a.y() && b.x() > a.x()),
+                    qPrintable(previous->objectName() + QLatin1String(" -> ") + w->objectName()));
+            }
+            previous = w;
+            do
+                w = w->nextInFocusChain();
+            while (!controls.contains(w) && w != radioFor(window, 2));
+        }
     }
 
     // A screen reader names the window by its title and the reasons' group by the question
-    // above it, which labels the group, in every language the window ships.
-    void accessibleNames_data()
+    // above it, which labels the group, in every language the window ships; translated, no
+    // visible text stays English.
+    void languages_data()
     {
         QTest::addColumn<QString>("language");
         for (const char *language : {"en", "de", "fr", "ja"})
             QTest::newRow(language) << QString::fromLatin1(language);
     }
-    void accessibleNames()
+    void languages()
     {
         QFETCH(QString, language);
+        const bool english = language == QStringLiteral("en");
         QTranslator translator;
         QVERIFY(translator.load(QStringLiteral("window_") + language,
                                 QCoreApplication::applicationDirPath() +
                                     QStringLiteral("/translations")));
+        auto source = load();
         QCoreApplication::installTranslator(&translator);
         auto loaded = load();
         QWidget *window = loaded.window.get();
@@ -356,8 +335,7 @@ private Q_SLOTS:
         window->setWindowTitle(
             QCoreApplication::translate("Localizable", qPrintable(window->windowTitle())));
         QCoreApplication::removeTranslator(&translator);
-        QCOMPARE(window->windowTitle() == QStringLiteral("Uninstall Quorvelle"),
-                 language == QStringLiteral("en"));
+        QCOMPARE(window->windowTitle() == QStringLiteral("Uninstall Quorvelle"), english);
 
         QAccessibleInterface *windowInterface = QAccessible::queryAccessibleInterface(window);
         QVERIFY(windowInterface);
@@ -370,43 +348,23 @@ private Q_SLOTS:
         QVERIFY(groupInterface);
         QCOMPARE(groupInterface->role(), QAccessible::Grouping);
         QCOMPARE(groupInterface->text(QAccessible::Name), heading->text());
-        QCOMPARE(heading->text() ==
-                     QStringLiteral("We are sorry to see you go. Why are you uninstalling "
-                                    "Quorvelle?"),
-                 language == QStringLiteral("en"));
         const auto labels = groupInterface->relations(QAccessible::Label);
         QCOMPARE(labels.size(), 1);
         QCOMPARE(labels.first().first->object(), heading);
-    }
 
-    // With the German strings installed no visible text stays English.
-    void germanStrings()
-    {
-        QTranslator german;
-        QVERIFY(german.load(QStringLiteral("window_de"), QCoreApplication::applicationDirPath() +
-                                                             QStringLiteral("/translations")));
-        auto english = load();
-        QCoreApplication::installTranslator(&german);
-        auto translated = load();
-        QCoreApplication::removeTranslator(&german);
-        const QList<QWidget *> en = english.window->findChildren<QWidget *>();
-        const QList<QWidget *> de = translated.window->findChildren<QWidget *>();
-        QCOMPARE(en.size(), de.size());
+        const QList<QWidget *> en = source.window->findChildren<QWidget *>();
+        const QList<QWidget *> tr = window->findChildren<QWidget *>();
+        QCOMPARE(en.size(), tr.size());
         int texts = 0;
         for (qsizetype i = 0; i < en.size(); ++i) {
             for (const char *name : {"text", "accessibleName", "placeholderText"}) {
-                const QString source = en[i]->property(name).toString();
-                if (source.isEmpty())
-                    continue;
-                ++texts;
-                QVERIFY2(de[i]->property(name).toString() != source, qPrintable(source));
+                const QString text = en[i]->property(name).toString();
+                texts += text.isEmpty() ? 0 : 1;
+                QVERIFY2(text.isEmpty() || (tr[i]->property(name).toString() == text) == english,
+                         qPrintable(text));
             }
         }
         QVERIFY(texts >= 30);
-        QCoreApplication::installTranslator(&german);
-        QCOMPARE(QCoreApplication::translate("Localizable", "Uninstall Quorvelle"),
-                 QStringLiteral("Quorvelle deinstallieren"));
-        QCoreApplication::removeTranslator(&german);
     }
 
     // The offer opens the partner's page and removes nothing; closing the window is no way

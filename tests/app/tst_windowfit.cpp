@@ -35,34 +35,42 @@ private Q_SLOTS:
 
     // Opened in the middle of the screen, then grown by a reason's boxes: the whole window,
     // frame included, stays on the screen; the comment field gives up height (it scrolls)
-    // but keeps two lines.
+    // but keeps two lines. Opened past the bottom right corner, it moves just far enough
+    // back to sit in that corner.
     void fitsTheScreen_data()
     {
         QTest::addColumn<quint64>("reason");
+        QTest::addColumn<bool>("corner");
         for (quint64 reason : {0, 2, 4, 5})
-            QTest::addRow("reason %llu", reason) << reason;
+            QTest::addRow("reason %llu", reason) << reason << false;
+        QTest::newRow("past the corner") << quint64(0) << true;
     }
     void fitsTheScreen()
     {
         QFETCH(quint64, reason);
+        QFETCH(bool, corner);
         auto loaded = load();
         QWidget *window = loaded.window.get();
         // As the window opens: its own size, centred.
         window->adjustSize();
+        const QRect available = window->screen()->availableGeometry();
         QRect frame = window->frameGeometry();
-        frame.moveCenter(window->screen()->availableGeometry().center());
+        frame.moveCenter(available.center());
+        if (corner)
+            frame.moveBottomRight(available.bottomRight() + QPoint(90, 70));
         window->move(frame.topLeft());
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window));
         loaded.controller->setUninstallingReason(reason);
-
-        const QRect available = window->screen()->availableGeometry();
         QTRY_VERIFY2(available.contains(window->frameGeometry()),
                      qPrintable(QStringLiteral("%1,%2 %3x%4")
                                     .arg(window->frameGeometry().x())
                                     .arg(window->frameGeometry().y())
                                     .arg(window->frameGeometry().width())
                                     .arg(window->frameGeometry().height())));
+        QTest::qWait(100); // and it stays where it settled
+        if (corner)
+            QCOMPARE(window->frameGeometry().bottomRight(), available.bottomRight());
         auto *comment = window->findChild<QPlainTextEdit *>();
         QVERIFY(comment->isVisible());
         QVERIFY(comment->viewport()->height() >= 2 * comment->fontMetrics().lineSpacing());

@@ -120,17 +120,6 @@ enum class Survey
     InfoIgnored // once, without any key of the information file
 };
 
-// How the information file of a row is spoiled, in the stage before the run.
-enum class Info
-{
-    Normal,
-    Unreadable,
-    Large,     // 1 MiB, one long value: read whole
-    Oversized, // one byte past the bound of 64 MiB: not read
-    Fifo,
-    Device
-};
-
 class tst_Roads : public QObject
 {
     Q_OBJECT
@@ -445,17 +434,17 @@ private Q_SLOTS:
     void faults_data()
     {
         QTest::addColumn<QStringList>("options");
-        QTest::addColumn<int>("info");
-        QTest::addColumn<int>("action");
-        QTest::addColumn<int>("survey");
+        QTest::addColumn<QString>("twist"); // a change to the stage before the run
+        QTest::addColumn<Action>("action");
+        QTest::addColumn<Survey>("survey");
+        QTest::addColumn<int>("bound"); // seconds from launch to the end
         QTest::addColumn<bool>("systemGone");
-        QTest::addColumn<QString>("twist");     // a change to the stage before the run
-        QTest::addColumn<QStringList>("stays"); // suite items that must survive
-        QTest::addColumn<int>("bound");         // seconds from launch to the end
-
-        const int none = int(Action::None), survey = int(Action::Survey);
-        const int normal = int(Info::Normal);
-        const QString locked = kUserHome + QStringLiteral("/Library/Application Support/Quorvelle");
+        const auto row = [](const char *name, const QStringList &options, const char *twist,
+                            Action action, Survey survey, int bound, bool systemGone = true) {
+            QTest::newRow(name) << options << QString::fromLatin1(twist) << action << survey
+                                << bound << systemGone;
+        };
+        const Action none = Action::None, answer = Action::Survey;
         // The short-timeout build: the silent service costs 3 s, not a minute.
         const QStringList silent = words("--silent --program QuorvelleUninstallerShortTimeout");
         // A runaway read fails fast under a cap on the address space; AddressSanitizer
@@ -465,120 +454,92 @@ private Q_SLOTS:
 #else
         const QStringList capped = words("--memory-limit 4096");
 #endif
+        const QStringList offline = words("--offline"), consent = words("--as-user yes --offline");
 
-        QTest::newRow("offline") << words("--offline") << normal << none << int(Survey::None)
-                                 << true << QString() << QStringList() << 20;
-        QTest::newRow("consent given")
-            << words("--as-user yes --offline") << normal << none << int(Survey::None) << true
-            << QString() << QStringList() << 20;
-        QTest::newRow("consent refused")
-            << words("--as-user no --offline") << normal << none << int(Survey::None) << false
-            << QString() << QStringList() << 20;
-        QTest::newRow("user item the user may not delete")
-            << words("--as-user yes --offline") << normal << none << int(Survey::None) << true
-            << QStringLiteral("locked")
-            << QStringList{locked, locked + QStringLiteral("/Plugins"),
-                           locked + QStringLiteral("/Plugins/locked.dat")}
-            << 20;
-        QTest::newRow("link inside a listed folder")
-            << words("--offline") << normal << none << int(Survey::None) << true
-            << QStringLiteral("link") << QStringList() << 20;
-        QTest::newRow("service 500")
-            << words("--status 500") << normal << survey << int(Survey::Full) << true << QString()
-            << QStringList() << 40;
-        QTest::newRow("service silent") << silent << normal << survey << int(Survey::Full) << true
-                                        << QString() << QStringList() << 45;
-        QTest::newRow("untrusted certificate")
-            << words("--untrusted") << normal << survey << int(Survey::None) << true << QString()
-            << QStringList() << 40;
-        QTest::newRow("redirect to another host")
-            << words("--redirect https://collector.example.org/mac/uninstall-survey") << normal
-            << survey << int(Survey::Full) << true << QString() << QStringList() << 40;
-        QTest::newRow("resolver black-holed")
-            << words("--offline --resolver-blackhole") << normal << none << int(Survey::None)
-            << true << QString() << QStringList() << 25;
-        QTest::newRow("information file unreadable")
-            << words("--as-user yes") << int(Info::Unreadable) << survey << int(Survey::InfoIgnored)
-            << true << QString() << QStringList() << 40;
-        QTest::newRow("information file of 1 MiB")
-            << capped << int(Info::Large) << survey << int(Survey::Full) << true << QString()
-            << QStringList() << 40;
-        QTest::newRow("information file oversized")
-            << capped << int(Info::Oversized) << survey << int(Survey::InfoIgnored) << true
-            << QString() << QStringList() << 40;
-        QTest::newRow("information file is a FIFO")
-            << QStringList() << int(Info::Fifo) << survey << int(Survey::InfoIgnored) << true
-            << QString() << QStringList() << 40;
-        QTest::newRow("information file is a device")
-            << capped << int(Info::Device) << survey << int(Survey::InfoIgnored) << true
-            << QString() << QStringList() << 40;
+        row("offline", offline, "", none, Survey::None, 20);
+        row("consent given", consent, "", none, Survey::None, 20);
+        row("consent refused", words("--as-user no --offline"), "", none, Survey::None, 20, false);
+        row("user item the user may not delete", consent, "locked", none, Survey::None, 20);
+        row("link inside a listed folder", offline, "link", none, Survey::None, 20);
+        row("service 500", words("--status 500"), "", answer, Survey::Full, 40);
+        row("service silent", silent, "", answer, Survey::Full, 45);
+        row("untrusted certificate", words("--untrusted"), "", answer, Survey::None, 40);
+        row("redirect to another host",
+            words("--redirect https://collector.example.org/mac/uninstall-survey"), "", answer,
+            Survey::Full, 40);
+        row("resolver black-holed", words("--offline --resolver-blackhole"), "", none, Survey::None,
+            25);
+        row("information file unreadable", words("--as-user yes"), "unreadable", answer,
+            Survey::InfoIgnored, 40);
+        row("information file of 1 MiB", capped, "large", answer, Survey::Full, 40);
+        row("information file oversized", capped, "oversized", answer, Survey::InfoIgnored, 40);
+        row("information file is a FIFO", {}, "fifo", answer, Survey::InfoIgnored, 40);
+        row("information file is a device", capped, "device", answer, Survey::InfoIgnored, 40);
         // Consent refused keeps the system-wide items, so a second removal would show as a
         // second consent request and "Command:" line.
-        QTest::newRow("Uninstall again during the send")
-            << words("--as-user no") + silent << normal << int(Action::DoubleUninstall)
-            << int(Survey::Full) << false << QString() << QStringList() << 45;
-        QTest::newRow("offer during the send")
-            << silent << normal << int(Action::OfferDuringSend) << int(Survey::Full) << true
-            << QString() << QStringList() << 45;
-        QTest::newRow("close button")
-            << QStringList() << normal << int(Action::CloseThenSurvey) << int(Survey::Full) << true
-            << QString() << QStringList() << 45;
+        row("Uninstall again during the send", words("--as-user no") + silent, "",
+            Action::DoubleUninstall, Survey::Full, 45, false);
+        row("offer during the send", silent, "", Action::OfferDuringSend, Survey::Full, 45);
+        row("close button", {}, "", Action::CloseThenSurvey, Survey::Full, 45);
     }
 
     void faults()
     {
         QFETCH(QStringList, options);
-        QFETCH(int, info);
-        QFETCH(int, action);
-        QFETCH(int, survey);
-        QFETCH(bool, systemGone);
         QFETCH(QString, twist);
-        QFETCH(QStringList, stays);
+        QFETCH(Action, action);
+        QFETCH(Survey, survey);
         QFETCH(int, bound);
+        QFETCH(bool, systemGone);
         if (options.contains(QStringLiteral("--as-user")) && ::geteuid() != 0)
             QSKIP("the ordinary-user road needs root to build its polkit sandbox");
 
+        const QString suite = QStringLiteral("/Library/Application Support/Quorvelle");
+        const auto is = [&twist](const char *name) { return twist == QLatin1String(name); };
+        const QString locked = kUserHome + suite + QStringLiteral("/Plugins");
+        QStringList stays; // suite items that must survive
+        if (is("locked"))
+            stays = {kUserHome + suite, locked, locked + QStringLiteral("/locked.dat")};
         QString infoPath = kUserHome + QStringLiteral("/uninstall-info.json");
-        if (Info(info) == Info::Device)
+        if (is("device"))
             infoPath = QStringLiteral("/dev/zero");
-        if (Info(info) == Info::Fifo)
+        if (is("fifo"))
             infoPath = kUserHome + QStringLiteral("/uninstall-info.fifo");
         const auto change = [&](const QString &stage) {
             const QString home = stage + QStringLiteral("/home");
             const QString json = home + QStringLiteral("/uninstall-info.json");
-            if (Info(info) == Info::Unreadable)
+            if (is("unreadable"))
                 QFile::setPermissions(json, {});
-            if (Info(info) == Info::Fifo)
+            if (is("fifo"))
                 ::mkfifo(QFile::encodeName(home + QStringLiteral("/uninstall-info.fifo")), 0644);
-            if (Info(info) == Info::Large || Info(info) == Info::Oversized) {
+            if (is("large") || is("oversized")) {
                 // Valid JSON with the user's name and one long value.
-                const qint64 size = Info(info) == Info::Large ? 1024 * 1024 : 64 * 1024 * 1024 + 1;
+                const qint64 size = is("large") ? 1024 * 1024 : 64 * 1024 * 1024 + 1;
                 QFile file(json);
                 if (file.open(QIODevice::WriteOnly)) {
                     const QByteArray head = "{\"userName\":\"Alex Example\",\"pad\":\"";
                     file.write(head + QByteArray(size - head.size() - 2, 'x') + "\"}");
                 }
             }
-            if (twist == QStringLiteral("locked")) {
+            if (is("locked")) {
                 // A folder the user may not change, inside one of the suite's folders.
-                const QString plugins =
-                    home + QStringLiteral("/Library/Application Support/Quorvelle/Plugins");
+                const QString plugins = home + suite + QStringLiteral("/Plugins");
                 QDir().mkpath(plugins);
                 QFile(plugins + QStringLiteral("/locked.dat")).open(QIODevice::WriteOnly);
                 QFile::setPermissions(plugins, QFileDevice::ReadOwner | QFileDevice::ExeOwner |
                                                    QFileDevice::ReadOther | QFileDevice::ExeOther);
             }
-            if (twist == QStringLiteral("link"))
+            if (is("link"))
                 QFile::link(kUserHome + QStringLiteral("/Documents"),
-                            home + QStringLiteral("/Library/Application Support/Quorvelle/Notes"));
+                            home + suite + QStringLiteral("/Notes"));
         };
         auto l = launch(options, change, {infoPath});
         QVERIFY(l);
 
-        if (Action(action) != Action::None) {
+        if (action != Action::None) {
             const QString window = waitForWindow();
             QVERIFY(!window.isEmpty());
-            if (Action(action) == Action::CloseThenSurvey) {
+            if (action == Action::CloseThenSurvey) {
                 x({QStringLiteral("python3"),
                    qEnvironmentVariable("QV_SOURCE_DIR") +
                        QStringLiteral("/tests/e2e/close-window"),
@@ -588,13 +549,12 @@ private Q_SLOTS:
                 QVERIFY(!waitForWindow().isEmpty()); // still shown, still usable
             }
             keys("alt+o");
-            if (Action(action) == Action::DoubleUninstall ||
-                Action(action) == Action::OfferDuringSend) {
+            if (action == Action::DoubleUninstall || action == Action::OfferDuringSend) {
                 // With the mouse, as a person would: Qt holds back input during the send and
                 // delivers it afterwards.
                 click(window, Target::Uninstall, 1);
                 QTest::qWait(500);
-                if (Action(action) == Action::DoubleUninstall)
+                if (action == Action::DoubleUninstall)
                     click(window, Target::Uninstall, 2);
                 else
                     click(window, Target::Offer, 1);
@@ -609,20 +569,20 @@ private Q_SLOTS:
         QVERIFY2(took <= bound * 1000, qPrintable(QString::number(took)));
         qInfo("ended by itself after %.1f s", double(took) / 1000);
 
-        if (Action(action) == Action::None)
+        if (action == Action::None)
             QVERIFY(!l->windowMapped());
         QVERIFY2(output.count("Command: ") <= 1, output.constData());
         QCOMPARE(l->out("browser.log"), QByteArray());
         const QByteArray log = l->out("service.log");
         // Only the account service ever sees the survey, and at most once.
         QVERIFY2(!log.contains("collector.example.org"), log.constData());
-        QCOMPARE(log.count("POST "), survey == int(Survey::None) ? 0 : 1);
-        if (survey == int(Survey::InfoIgnored)) {
+        QCOMPARE(log.count("POST "), survey == Survey::None ? 0 : 1);
+        if (survey == Survey::InfoIgnored) {
             const QByteArray body = l->surveyBody();
             QVERIFY2(body.startsWith("uninstallData={") && !body.contains("userName"),
                      body.constData());
         }
-        if (survey == int(Survey::Full))
+        if (survey == Survey::Full)
             QVERIFY2(l->surveyBody().contains("\"userName\":\"Alex Example\""), log.constData());
         // The computer-wide caches item is removed with the user's rights only: an ordinary
         // user may not, so it stays.
