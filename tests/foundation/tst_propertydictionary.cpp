@@ -83,8 +83,8 @@ void grow(PropertyValue &value, int mark)
         array->insert(array->size() / 2, mark);
         array->append(mark);
     } else if (PropertyDictionary *dictionary = value.dictionaryPtr()) {
-        for (const QString &key : dictionary->keys())
-            grow((*dictionary)[key], mark);
+        for (auto it = dictionary->begin(); it != dictionary->end(); ++it)
+            grow(*it, mark);
         dictionary->remove(u"id"_qs);
         dictionary->insert(u"added"_qs, mark);
     }
@@ -207,6 +207,40 @@ private Q_SLOTS:
         grow(grown, 1);
         grow(grown, 2);
         QCOMPARE(kept, grown);
+    }
+
+    // Numbers of different kinds compare by value, exactly also past 2^53; other values
+    // read as false and zero.
+    void values_data()
+    {
+        QTest::addColumn<PropertyValue>("a");
+        QTest::addColumn<PropertyValue>("b");
+        QTest::addColumn<bool>("equal");
+        QTest::addColumn<bool>("truth");            // of a
+        QTest::addColumn<quint64>("unsignedValue"); // of a
+        const qint64 big = qint64(1) << 53;
+        QTest::newRow("2^53, 2^53 + 1")
+            << PropertyValue(big) << PropertyValue(big + 1) << false << true << quint64(big);
+        QTest::newRow("unsigned 5, 5.0")
+            << PropertyValue(quint64(5)) << PropertyValue(5.0) << true << true << quint64(5);
+        QTest::newRow("0.5, 0") << PropertyValue(0.5) << PropertyValue(qint64(0)) << false << true
+                                << quint64(0);
+        QTest::newRow("0, 0.5") << PropertyValue(qint64(0)) << PropertyValue(0.5) << false << false
+                                << quint64(0);
+        QTest::newRow("unsigned 2^63, -1")
+            << PropertyValue(quint64(1) << 63) << PropertyValue(qint64(-1)) << false << true
+            << (quint64(1) << 63);
+        QTest::newRow("string, null")
+            << PropertyValue(u"7") << PropertyValue::null() << false << false << quint64(0);
+    }
+    void values()
+    {
+        QFETCH(PropertyValue, a);
+        QFETCH(PropertyValue, b);
+        QTEST(a == b, "equal");
+        QTEST(b == a, "equal");
+        QTEST(a.toBool(), "truth");
+        QTEST(a.toUInt64(), "unsignedValue");
     }
 
     void equalityIgnoresOrder()
