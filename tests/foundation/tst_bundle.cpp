@@ -200,6 +200,8 @@ private Q_SLOTS:
             << QStringList{u"zh-Hans-CN"_s} << QStringList{u"zh_CN"_s, u"en"_s};
         QTest::newRow("other territory")
             << QStringList{u"zh-TW"_s, u"zh-Hant-TW"_s} << QStringList{u"en"_s};
+        QTest::newRow("encoding and modifier")
+            << QStringList{u"zh_CN.UTF-8@pinyin"_s} << QStringList{u"zh_CN"_s, u"en"_s};
         QTest::newRow("none") << QStringList{} << QStringList{u"en"_s};
     }
     void preferredLocalizations()

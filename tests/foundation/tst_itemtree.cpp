@@ -103,8 +103,13 @@ private Q_SLOTS:
 
     void countsAndSums()
     {
-        const Array items{leaf(1, 100), leaf(0, 50), leaf(1), group({leaf(3, 1000), group({})}),
-                          leafWithItems(1, {leaf(1, 9)})};
+        // An item with neither "checked" nor "items" counts for nothing.
+        const Array items{leaf(1, 100),
+                          leaf(0, 50),
+                          leaf(1),
+                          group({leaf(3, 1000), group({})}),
+                          leafWithItems(1, {leaf(1, 9)}),
+                          PropertyValue(Dict{})};
         QCOMPARE(VXItemsCheckedCount(items), quint64(4));
         QCOMPARE(VXItemsSumOfKey(items, u"size"_s), quint64(100 + 50 + 1000 + 7));
         QCOMPARE(VXItemSumOfKey(group(items), u"checked"_s), quint64(1 + 0 + 1 + 3 + 1));
@@ -178,6 +183,8 @@ private Q_SLOTS:
             << PropertyValue(qint64(-1)) << PropertyValue(~quint64(0)) << -1;
         QTest::newRow("true == 1") << PropertyValue(true) << PropertyValue(qint64(1)) << 0;
         QTest::newRow("B < a") << PropertyValue(u"B") << PropertyValue(u"a") << -1;
+        QTest::newRow("data by bytes")
+            << PropertyValue(QByteArray("ab")) << PropertyValue(QByteArray("b")) << -1;
         QTest::newRow("number before string")
             << PropertyValue(qint64(9)) << PropertyValue(u"1") << -1;
     }
