@@ -217,6 +217,11 @@ private Q_SLOTS:
         QCOMPARE(block.left(2), QByteArray::fromHex("0002"));
         QCOMPARE(block.mid(128 - 100 - 9), QByteArray(8, '\3') + '\0' + plain);
         QVERIFY(!block.mid(2, 128 - 100 - 11).contains('\0'));
+        // The random padding never holds a zero byte, which would end it early.
+        for (int n = 0; n < 20; ++n) {
+            const QByteArray shortCipher = make(m_public, SSLv23)->encryptData(pattern(10)).value();
+            QCOMPARE(make(m_private, None)->decryptData(shortCipher)->indexOf('\0', 1), 128 - 11);
+        }
         // A plain PKCS #1 cipher decrypts with SSLv23 too.
         const QByteArray pkcs1Cipher = make(m_public, PKCS1)->encryptData(plain).value();
         QCOMPARE(make(m_private, SSLv23)->decryptData(pkcs1Cipher), plain);
