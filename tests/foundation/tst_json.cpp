@@ -110,8 +110,8 @@ private Q_SLOTS:
         row("nulls dropped deep",
             t("{\"a\":{\"b\":[null,{\"c\":null,\"d\":[[null]]}],\"e\":null}}"),
             D({{"a", D({{"b", Arr{D({{"d", Arr{PropertyValue(Arr{})}}})}}})}}), {}, true);
-        row("literal case", t("{\"a\":TRUE,\"b\":False,\"c\":nULL}"),
-            D({{"a", true}, {"b", false}, {"c", PropertyValue::null()}}));
+        row("literal case", t("{\"a\":TRUE,\"b\":FALSE,\"c\":nULL,\"d\":fal\u017fe}"),
+            D({{"a", true}, {"b", false}, {"c", PropertyValue::null()}, {"d", false}}));
         row("unknown escape kept", t("{\"a\":\"x\\qy\\a\"}"), D({{"a", u"x\\qy\\a"}}));
         row("escapes", t("{\"a\":\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u00e9\\uD83D\\uDE00\"}"),
             D({{"a", u"\"\\/\b\f\n\r\té\U0001F600"}}));
@@ -307,8 +307,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("bytes");
         // A byte-order mark, other spaces, next line, long s and Kelvin sign that fold to
-        // ASCII letters, another script's digit, keys and escapes beyond ASCII, pairs and
-        // halves, preamble and tail, invalid and cut sequences, and rows of the tables above.
+        // ASCII letters, another script's digit, three-byte characters with odd and even lead
+        // bytes, keys and escapes beyond ASCII, pairs and halves, preamble and tail, invalid and
+        // cut sequences, and rows of the tables above.
         for (const char *row : {"{\"a\":1,\"b\":[1,2.5e3,-0],\"c\":{\"d\":null}}",
                                 "\xef\xbb\xbf{\"bom\":1}",
                                 "{\"a\":\xc2\xa0\xe2\x80\xa8\xe3\x80\x80 1}",
@@ -319,6 +320,7 @@ private Q_SLOTS:
                                 "{\"a\":\xd9\xa1}",
                                 "[\xf0\x9f\x98\x80]",
                                 "[\"\xf0\x9f\x98\x80x\xc3\xa9\xe6\x97\xa5\"]",
+                                "[\"\xe3\x81\x82\xe1\x80\x80\"]",
                                 "{\"\xc3\xa9\xf0\x9f\x98\x80\":\"v\"}",
                                 "[\"\\\xc3\xa9\\\xf0\x9f\x98\x80\"]",
                                 "[\"\\u\xc3\xa9\xc3\xa9\"]",
