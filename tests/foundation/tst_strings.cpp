@@ -58,29 +58,22 @@ private Q_SLOTS:
         QTest::addColumn<SizeText>("text");
         QTest::addColumn<quint64>("size");
         QTest::addColumn<QString>("expected");
-        // Pairs of a size and its text.
-        const auto rows = [](SizeText text, std::initializer_list<const char *> pairs) {
-            for (auto it = pairs.begin(); it != pairs.end(); it += 2)
-                QTest::addRow("%s", it[1])
-                    << text << QByteArray(it[0]).toULongLong() << QString::fromUtf8(it[1]);
+        // Sizes and their texts, "size=text;..."; M is the largest size.
+        const auto rows = [](SizeText text, const char *table) {
+            for (const QString &row : QString::fromUtf8(table).split(u';')) {
+                const QString size = row.section(u'=', 0, 0), expected = row.section(u'=', 1);
+                QTest::addRow("%s", qPrintable(row))
+                    << text << (size == u"M" ? ~quint64(0) : size.toULongLong()) << expected;
+            }
         };
-        const char *const max = "18446744073709551615";
-        rows(stringWithBinaryFileSize, {"0", "0 bytes", "1", "1 byte", "1022", "1022 bytes", "1023",
-                                        "1.0 KB", "1047552", "1.0 MB", max, "16777216.0 TB"});
+        rows(stringWithBinaryFileSize, "0=0 bytes;1=1 byte;1022=1022 bytes;1023=1.0 KB;"
+                                       "1047552=1.0 MB;M=16777216.0 TB");
         rows(stringWithFileSize,
-             {"1", "1 bytes", "998", "998 bytes", "999", "1 KB", "1499", "1 KB", "1500", "2 KB",
-              "998499", "998 KB", "998500", "1.0 MB", "999000000", "1.0 GB", max, "18446744.1 TB"});
-        rows(stringWithNumberOfDays, {"0",   "0 days",
-                                      "1",   "1 day",
-                                      "6",   "6 days",
-                                      "7",   "1 week",
-                                      "29",  "4 weeks",
-                                      "30",  "1 month",
-                                      "59",  "1 month",
-                                      "364", "12 months",
-                                      "365", "1 year",
-                                      "730", "2 years",
-                                      max,   "50539024859478223 years"});
+             "1=1 bytes;998=998 bytes;999=1 KB;1499=1 KB;1500=2 KB;998499=998 KB;"
+             "998500=1.0 MB;999000000=1.0 GB;M=18446744.1 TB");
+        rows(stringWithNumberOfDays, "0=0 days;1=1 day;6=6 days;7=1 week;13=1 week;14=2 weeks;"
+                                     "29=4 weeks;30=1 month;59=1 month;60=2 months;364=12 months;"
+                                     "365=1 year;729=1 year;730=2 years;M=50539024859478223 years");
     }
     void sizes()
     {
