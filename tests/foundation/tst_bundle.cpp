@@ -1,5 +1,6 @@
 #include "Bundle.h"
 #include "VXPrefferedLanguage.h"
+#include "VXSearchPath.h"
 #include "VXThreadSafeBundleProxy.h"
 #include "VXThreadSafety.h"
 
@@ -182,6 +183,39 @@ private Q_SLOTS:
         const QString root = QFileInfo(m_fixture).canonicalFilePath();
         QCOMPARE(fixture->pathForResource(name, type),
                  relative.isEmpty() ? QString() : root + QLatin1Char('/') + relative);
+    }
+
+    // The standard folders of a kind, "|"-separated; "H" is the home folder.
+    void searchPath_data()
+    {
+        QTest::addColumn<int>("directory");
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<bool>("expandTilde");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("tilde kept")
+            << int(NSLibraryDirectory) << int(NSUserDomainMask) << false << u"~/Library"_s;
+        QTest::newRow("applications everywhere")
+            << int(NSApplicationDirectory) << int(NSAllDomainsMask) << true
+            << u"H/Applications|/Applications|/Network/Applications|/System/Applications"_s;
+        QTest::newRow("no system caches")
+            << int(NSCachesDirectory) << int(NSLocalDomainMask | NSSystemDomainMask) << true
+            << u"/Library/Caches"_s;
+        QTest::newRow("support") << int(NSApplicationSupportDirectory) << int(NSAllDomainsMask)
+                                 << false
+                                 << u"~/Library/Application Support|/Library/Application "
+                                    u"Support|/Network/Library/Application Support"_s;
+        QTest::newRow("system panes") << int(NSPreferencePanesDirectory) << int(NSSystemDomainMask)
+                                      << true << u"/System/Library/PreferencePanes"_s;
+        QTest::newRow("unknown kind") << 999 << int(NSAllDomainsMask) << true << QString();
+    }
+    void searchPath()
+    {
+        QFETCH(int, directory);
+        QFETCH(int, mask);
+        QFETCH(bool, expandTilde);
+        QFETCH(QString, expected);
+        QCOMPARE(NSSearchPathForDirectoriesInDomains(directory, mask, expandTilde).join(u'|'),
+                 expected.replace(u"H/"_s, QDir::homePath() + u'/'));
     }
 
     void preferredLocalizations_data()
