@@ -14,6 +14,7 @@
 #include <atomic>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 using Quorvelle::Bundle;
 
@@ -49,6 +50,25 @@ private Q_SLOTS:
                   "Formats=a, b\n[Group]\nNested=1\n");
         QFile outside(m_dir.filePath(u"Outside.txt"_s));
         QVERIFY(outside.open(QIODevice::WriteOnly));
+    }
+
+    // The hieroglyphic flag is fixed at its first computation in the process, so this runs
+    // before anything else asks for it. Concurrent first calls all see the one value, and a
+    // later change of language is seen by the localisation only.
+    void hieroglyphicFixedAtFirstCall()
+    {
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"zh-CN"_s, u"en"_s});
+        std::atomic<int> yes{0};
+        std::vector<std::thread> pool;
+        for (int i = 0; i < 4; ++i)
+            pool.emplace_back(
+                [&] { yes += VXPrefferedLanguage::isPreferredLanguageHieroglyphic(); });
+        for (std::thread &t : pool)
+            t.join();
+        QCOMPARE(yes.load(), 4);
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"English"_s});
+        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
+        QVERIFY(VXPrefferedLanguage::isPreferredLanguageHieroglyphic());
     }
 
     void cleanup()
