@@ -310,43 +310,23 @@ private Q_SLOTS:
         // ASCII letters, another script's digit, three-byte characters with odd and even lead
         // bytes, keys and escapes beyond ASCII, pairs and halves, preamble and tail, invalid and
         // cut sequences, and rows of the tables above.
-        for (const char *row : {"{\"a\":1,\"b\":[1,2.5e3,-0],\"c\":{\"d\":null}}",
-                                "\xef\xbb\xbf{\"bom\":1}",
-                                "{\"a\":\xc2\xa0\xe2\x80\xa8\xe3\x80\x80 1}",
-                                "{\"a\":\xc2\x85[1]}",
-                                "{\"a\":fal\xc5\xbf"
-                                "e,\"b\":\xc5\xbftrue}",
-                                "{\"a\":\xe2\x84\xaanull}",
-                                "{\"a\":\xd9\xa1}",
-                                "[\xf0\x9f\x98\x80]",
-                                "[\"\xf0\x9f\x98\x80x\xc3\xa9\xe6\x97\xa5\"]",
-                                "[\"\xe3\x81\x82\xe1\x80\x80\"]",
-                                "{\"\xc3\xa9\xf0\x9f\x98\x80\":\"v\"}",
-                                "[\"\\\xc3\xa9\\\xf0\x9f\x98\x80\"]",
-                                "[\"\\u\xc3\xa9\xc3\xa9\"]",
-                                "[\"\\u12\xe6\x97\xa5\"]",
-                                "[\"\\u\"]",
-                                "[\"\\ud83d\\ude00\\ud83d\"]",
-                                "x\xc3\xa9{\"a\":1}\xff",
-                                "[\"\xff\"]",
-                                "{\"a\":\"\xe2\x82\"}",
-                                "[\"\xc0\xaf\"]",
-                                "[\"\xed\xa0\x80\"]",
-                                "{\xe2\x82{\"a\":1}",
-                                "[1,\"\xc3\xa9",
-                                "[1,",
-                                "  {\"a\":[1,2.5,-3e2],\"b\":\"x\\u0041y\"}",
-                                "garbage{\"a\":1} t",
-                                "{\"a\" }",
-                                "{\"a\":\"\\u00G1\"}",
-                                "{\"a\":\"abc",
-                                "[1,2",
-                                "1,2]",
-                                "[TRUE,Null,nullx]",
-                                "\\",
-                                "[\"\\",
-                                "{\"a\":\"\\u12"})
-            QTest::newRow(row) << QByteArray(row);
+        const auto add = [](std::initializer_list<const char *> rows) {
+            for (const char *row : rows)
+                QTest::newRow(row) << QByteArray(row);
+        };
+        add({"{\"a\":1,\"b\":[1,2.5e3,-0],\"c\":{\"d\":null}}", "\xef\xbb\xbf{\"bom\":1}",
+             "{\"a\":\xc2\xa0\xe2\x80\xa8\xe3\x80\x80 1}", "{\"a\":\xc2\x85[1]}",
+             "{\"a\":fal\xc5\xbf\x65,\"b\":\xc5\xbftrue}", "{\"a\":\xe2\x84\xaanull}",
+             "{\"a\":\xd9\xa1}", "[\xf0\x9f\x98\x80]",
+             "[\"\xf0\x9f\x98\x80x\xc3\xa9\xe6\x97\xa5\"]", "[\"\xe3\x81\x82\xe1\x80\x80\"]",
+             "{\"\xc3\xa9\xf0\x9f\x98\x80\":\"v\"}", "[\"\\\xc3\xa9\\\xf0\x9f\x98\x80\"]"});
+        add({"[\"\\u\xc3\xa9\xc3\xa9\"]", "[\"\\u12\xe6\x97\xa5\"]", "[\"\\u\"]",
+             "[\"\\ud83d\\ude00\\ud83d\"]", "x\xc3\xa9{\"a\":1}\xff", "[\"\xff\"]",
+             "{\"a\":\"\xe2\x82\"}", "[\"\xc0\xaf\"]", "[\"\xed\xa0\x80\"]", "{\xe2\x82{\"a\":1}",
+             "[1,\"\xc3\xa9", "[1,"});
+        add({"  {\"a\":[1,2.5,-3e2],\"b\":\"x\\u0041y\"}", "garbage{\"a\":1} t", "{\"a\" }",
+             "{\"a\":\"\\u00G1\"}", "{\"a\":\"abc", "[1,2", "1,2]", "[TRUE,Null,nullx]", "\\",
+             "[\"\\", "{\"a\":\"\\u12"});
     }
 
     void readUtf8()
@@ -406,31 +386,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("plain"); // the text of an integral value
 
         // Integral values: digit-count edges, 2^53 and 2^63 and their neighbours, the largest.
-        for (const char *text : {"1",
-                                 "-12",
-                                 "100000",
-                                 "999999999999",
-                                 "1e12",
-                                 "9999999999999",
-                                 "1200000",
-                                 "1e15",
-                                 "-1e15",
-                                 "9007199254740991",
-                                 "0x1p53",
-                                 "9007199254740994",
-                                 "-0x1p53",
-                                 "9223372036854774784",
-                                 "0x1p63",
-                                 "-0x1p63",
-                                 "0x1p64",
-                                 "1e21",
-                                 "1e23",
-                                 "-1.234567890123e30",
-                                 "1e300",
-                                 "1.7976931348623157e308",
-                                 "-1.7976931348623157e308"}) {
-            const double d = std::strtod(text, nullptr);
-            QTest::addRow("%s", text) << d << QString::number(d, 'f', 0);
+        for (const QByteArray &text :
+             QByteArray("1 -12 100000 999999999999 1e12 9999999999999 1200000 1e15 -1e15 "
+                        "9007199254740991 0x1p53 9007199254740994 -0x1p53 9223372036854774784 "
+                        "0x1p63 -0x1p63 0x1p64 1e21 1e23 -1.234567890123e30 1e300 "
+                        "1.7976931348623157e308 -1.7976931348623157e308")
+                 .split(' ')) {
+            const double d = std::strtod(text.constData(), nullptr);
+            QTest::addRow("%s", text.constData()) << d << QString::number(d, 'f', 0);
         }
         QTest::newRow("0") << 0.0 << u"0"_s;
         // The sign is kept, so the text reads back as the same double (Qt writes "0").
@@ -497,9 +460,7 @@ private Q_SLOTS:
                      {qsizetype(0), qsizetype(7), qsizetype(8), length - special.size()}) {
                     QString s = plain.repeated(400).left(length);
                     s.replace(at, special.size(), special);
-                    addRow("special " + QByteArray::number(n) + " at " + QByteArray::number(at) +
-                               " of " + QByteArray::number(length),
-                           s);
+                    addRow(u"special %1 at %2 of %3"_s.arg(n).arg(at).arg(length).toUtf8(), s);
                 }
             }
             // Texts written in several pieces, a pair or a lone surrogate on either side of
@@ -508,9 +469,7 @@ private Q_SLOTS:
                 QString s = plain.repeated(3000);
                 s.replace(at, special.size(), special);
                 if (n >= specials.size() - 3)
-                    addRow("special " + QByteArray::number(n) + " at " + QByteArray::number(at) +
-                               " of a long text",
-                           s);
+                    addRow(u"special %1 at %2 of a long text"_s.arg(n).arg(at).toUtf8(), s);
             }
         }
         addRow("swapped pair", u"a"_s + QChar(0xdc00) + QChar(0xd800) + u"b"_s);

@@ -197,11 +197,9 @@ private Q_SLOTS:
     void urlDecoding_data()
     {
         // A lone high byte, an overlong form and a code point past U+10FFFF are no UTF-8.
-        addStringRows({"a+b", "a+b", "%c3%a9x", "\xc3\xa9x", "\xc3\xa9%41",
-                       "\xc3\xa9"
-                       "A",
-                       "%zz", nullptr, "a%4", nullptr, "%C3", nullptr, "%C0%AF", nullptr,
-                       "%F4%90%80%80", nullptr, "%80", nullptr});
+        addStringRows({"a+b", "a+b", "%c3%a9x", "\xc3\xa9x", "\xc3\xa9%41", "\xc3\xa9\x41", "%zz",
+                       nullptr, "a%4", nullptr, "%C3", nullptr, "%C0%AF", nullptr, "%F4%90%80%80",
+                       nullptr, "%80", nullptr});
     }
     void urlDecoding()
     {
