@@ -242,17 +242,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("languages");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("English first")
-            << QStringList{u"en-US"_s, u"de"_s} << QStringList{u"en"_s, u"de"_s};
-        QTest::newRow("skips unavailable")
-            << QStringList{u"fr"_s, u"de_AT"_s} << QStringList{u"de"_s, u"en"_s};
-        QTest::newRow("script and territory")
-            << QStringList{u"zh-Hans-CN"_s} << QStringList{u"zh_CN"_s, u"en"_s};
-        QTest::newRow("other territory")
-            << QStringList{u"zh-TW"_s, u"zh-Hant-TW"_s} << QStringList{u"en"_s};
-        QTest::newRow("encoding and modifier")
-            << QStringList{u"zh_CN.UTF-8@pinyin"_s} << QStringList{u"zh_CN"_s, u"en"_s};
-        QTest::newRow("none") << QStringList{} << QStringList{u"en"_s};
+        // "languages>localizations": English first, unavailable ones skipped, script and
+        // territory, another territory, encoding and modifier, none.
+        for (const char *row : {"en-US,de>en,de", "fr,de_AT>de,en", "zh-Hans-CN>zh_CN,en",
+                                "zh-TW,zh-Hant-TW>en", "zh_CN.UTF-8@pinyin>zh_CN,en", ">en"}) {
+            const QStringList sides = QString::fromLatin1(row).split(u'>');
+            QTest::newRow(row) << sides[0].split(u',', Qt::SkipEmptyParts) << sides[1].split(u',');
+        }
     }
     void preferredLocalizations()
     {
