@@ -212,21 +212,20 @@ private Q_SLOTS:
         QTest::addColumn<int>("mask");
         QTest::addColumn<bool>("expandTilde");
         QTest::addColumn<QString>("expected");
+        const int all = NSAllDomainsMask, local = NSLocalDomainMask, system = NSSystemDomainMask;
         QTest::newRow("tilde kept")
             << int(NSLibraryDirectory) << int(NSUserDomainMask) << false << u"~/Library"_s;
         QTest::newRow("applications everywhere")
-            << int(NSApplicationDirectory) << int(NSAllDomainsMask) << true
+            << int(NSApplicationDirectory) << all << true
             << u"H/Applications|/Applications|/Network/Applications|/System/Applications"_s;
         QTest::newRow("no system caches")
-            << int(NSCachesDirectory) << int(NSLocalDomainMask | NSSystemDomainMask) << true
-            << u"/Library/Caches"_s;
-        QTest::newRow("support") << int(NSApplicationSupportDirectory) << int(NSAllDomainsMask)
-                                 << false
-                                 << u"~/Library/Application Support|/Library/Application "
-                                    u"Support|/Network/Library/Application Support"_s;
-        QTest::newRow("system panes") << int(NSPreferencePanesDirectory) << int(NSSystemDomainMask)
-                                      << true << u"/System/Library/PreferencePanes"_s;
-        QTest::newRow("unknown kind") << 999 << int(NSAllDomainsMask) << true << QString();
+            << int(NSCachesDirectory) << (local | system) << true << u"/Library/Caches"_s;
+        QTest::newRow("support") << int(NSApplicationSupportDirectory) << all << false
+                                 << u"~/Library/Application Support|/Library/Application Support|"
+                                    u"/Network/Library/Application Support"_s;
+        QTest::newRow("system panes") << int(NSPreferencePanesDirectory) << system << true
+                                      << u"/System/Library/PreferencePanes"_s;
+        QTest::newRow("unknown kind") << 999 << all << true << QString();
     }
     void searchPath()
     {
