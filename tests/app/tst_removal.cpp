@@ -3,7 +3,6 @@
 // test re-runs itself inside, calls proceedUninstall() there and compares the trees.
 #include "LogCapture.h"
 #include "Sandbox.h"
-#include "VXSearchPath.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QDir>
@@ -46,39 +45,6 @@ class TestRemoval : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void searchPath_data()
-    {
-        QTest::addColumn<int>("directory");
-        QTest::addColumn<int>("mask");
-        QTest::addColumn<bool>("expand");
-        QTest::addColumn<QStringList>("expected");
-        const QString home = QStringLiteral("/home/someone");
-        QTest::newRow("tilde kept") << int(NSLibraryDirectory) << int(NSUserDomainMask) << false
-                                    << QStringList{QStringLiteral("~/Library")};
-        QTest::newRow("caches, user then local")
-            << int(NSCachesDirectory) << int(NSUserDomainMask | NSLocalDomainMask) << true
-            << QStringList{home + QStringLiteral("/Library/Caches"),
-                           QStringLiteral("/Library/Caches")};
-        QTest::newRow("library everywhere")
-            << int(NSLibraryDirectory) << int(NSAllDomainsMask) << true
-            << QStringList{home + QStringLiteral("/Library"), QStringLiteral("/Library"),
-                           QStringLiteral("/Network/Library"), QStringLiteral("/System/Library")};
-        QTest::newRow("unknown kind") << 999 << int(NSAllDomainsMask) << true << QStringList();
-        QTest::newRow("no domain") << int(NSLibraryDirectory) << 0 << true << QStringList();
-    }
-    void searchPath()
-    {
-        QFETCH(int, directory);
-        QFETCH(int, mask);
-        QFETCH(bool, expand);
-        QFETCH(QStringList, expected);
-        const QByteArray oldHome = qgetenv("HOME");
-        qputenv("HOME", "/home/someone");
-        const QStringList result = NSSearchPathForDirectoriesInDomains(directory, mask, expand);
-        qputenv("HOME", oldHome);
-        QCOMPARE(result, expected);
-    }
-
     // Items are "path" (a file), "path/" (a folder) or "path -> target" (a link), one a
     // line; "~" is the home folder inside. What precedes a "|" must be gone afterwards, with
     // all it holds; everything else must stay as it was.
