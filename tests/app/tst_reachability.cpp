@@ -72,59 +72,43 @@ class tst_Reachability : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstTest_data()
-    {
-        QTest::addColumn<bool>("hasTarget");
-        QTest::addColumn<quint32>("flags");
-        QTest::addColumn<bool>("reachable");
-        QTest::newRow("reachable") << true << R << true;
-        QTest::newRow("reachable + other bits") << true << (R | 1u | 8u | 0x10000u) << true;
-        QTest::newRow("connection required") << true << (R | C) << false;
-        QTest::newRow("no flags") << true << 0u << false;
-        QTest::newRow("no target") << false << R << false;
-    }
-    void firstTest()
-    {
-        QFETCH(bool, hasTarget);
-        QFETCH(quint32, flags);
-        QFETCH(bool, reachable);
-        PingServer server;
-        auto *backend = new FakeBackend;
-        backend->hasTarget = hasTarget;
-        backend->flags = flags;
-        VXNetworkReachability reachability(backend, server.url());
-        QSignalSpy changes(&reachability, &VXNetworkReachability::reachabilityChanged);
-        QCOMPARE(reachability.isReachable(), reachable);
-        QCOMPARE(backend->scheduled, hasTarget);
-        if (!hasTarget) {
-            // No target: nothing can ever make it reachable.
-            backend->notice(R);
-            QVERIFY(!reachability.isReachable());
-        }
-        // The starting state is not a change, and starting unreachable probes nothing.
-        QTest::qWait(100);
-        QCOMPARE(changes.count(), 0);
-        QVERIFY(server.requestLines().isEmpty());
-    }
-
-    // Notices drive the state; a lost host is probed until an answer (any status) or a
-    // reachability notice brings it back.
+    // The first state comes from the back end's flags and is no change; notices then drive
+    // it, and a lost host is probed until an answer (any status) or a reachability notice
+    // brings it back. Without a target nothing ever makes it reachable.
     void transitions_data()
     {
+        QTest::addColumn<bool>("hasTarget");
+        QTest::addColumn<quint32>("first");
         QTest::addColumn<int>("serverStatus");
         QTest::addColumn<QList<quint32>>("notices");
         QTest::addColumn<bool>("reachable");
         QTest::addColumn<int>("changes");
         QTest::addColumn<int>("probes");
-        QTest::newRow("lost, 404 answers") << 404 << QList<quint32>{0} << true << 2 << 1;
-        QTest::newRow("lost, 302 answers") << 302 << QList<quint32>{R | C} << true << 2 << 1;
-        QTest::newRow("lost, silent server") << 0 << QList<quint32>{0} << false << 1 << 1;
-        QTest::newRow("lost twice, one probe") << 0 << QList<quint32>{0, C} << false << 1 << 1;
-        QTest::newRow("lost, notice back") << 0 << QList<quint32>{0, R} << true << 2 << 1;
-        QTest::newRow("reachable again") << 0 << QList<quint32>{R, R} << true << 0 << 0;
+        const QList<quint32> none;
+        QTest::newRow("first: reachable") << true << R << 404 << none << true << 0 << 0;
+        QTest::newRow("first: reachable + other bits")
+            << true << (R | 1u | 8u | 0x10000u) << 404 << none << true << 0 << 0;
+        QTest::newRow("first: connection required")
+            << true << (R | C) << 404 << none << false << 0 << 0;
+        QTest::newRow("first: no flags") << true << 0u << 404 << none << false << 0 << 0;
+        QTest::newRow("no target") << false << R << 404 << QList<quint32>{R} << false << 0 << 0;
+        QTest::newRow("lost, 404 answers")
+            << true << R << 404 << QList<quint32>{0} << true << 2 << 1;
+        QTest::newRow("lost, 302 answers")
+            << true << R << 302 << QList<quint32>{R | C} << true << 2 << 1;
+        QTest::newRow("lost, silent server")
+            << true << R << 0 << QList<quint32>{0} << false << 1 << 1;
+        QTest::newRow("lost twice, one probe")
+            << true << R << 0 << QList<quint32>{0, C} << false << 1 << 1;
+        QTest::newRow("lost, notice back")
+            << true << R << 0 << QList<quint32>{0, R} << true << 2 << 1;
+        QTest::newRow("reachable again")
+            << true << R << 0 << QList<quint32>{R, R} << true << 0 << 0;
     }
     void transitions()
     {
+        QFETCH(bool, hasTarget);
+        QFETCH(quint32, first);
         QFETCH(int, serverStatus);
         QFETCH(QList<quint32>, notices);
         QFETCH(bool, reachable);
@@ -133,9 +117,13 @@ private Q_SLOTS:
         PingServer server;
         server.setStatus(serverStatus);
         auto *backend = new FakeBackend;
-        backend->flags = R;
+        backend->hasTarget = hasTarget;
+        backend->flags = first;
         VXNetworkReachability reachability(backend, server.url());
         QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
+        QCOMPARE(backend->scheduled, hasTarget);
+        if (notices.isEmpty())
+            QCOMPARE(reachability.isReachable(), reachable);
         for (quint32 flags : notices) {
             backend->notice(flags);
             QTest::qWait(100); // lets a started probe reach the server
