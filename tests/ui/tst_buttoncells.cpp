@@ -2,10 +2,12 @@
 // executable named "Quorvelle", the one process where the hook is installed.
 #include "Bundle.h"
 #include "Button.h"
-#include "CellRendering.h"
 #include "Matrix.h"
+#include "PixelProbe.h"
 #include "VXButtonCell.h"
 #include "VXButtonCellQuorvelle.h"
+#include "VXFlatCheckboxButtonCell.h"
+#include "VXFlatRadioButtonCell.h"
 #include "VXGeneralButtonCell.h"
 #include "VXTrackingButton.h"
 
@@ -14,14 +16,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using PixelProbe::at;
+using PixelProbe::near;
+using Quorvelle::Bundle;
 using Quorvelle::Button;
 using Quorvelle::ButtonCell;
 using Quorvelle::Matrix;
-
-using Quorvelle::Bundle;
-
-using CellRendering::near;
-using CellRendering::pixel;
 
 namespace {
 
@@ -62,18 +62,28 @@ public:
     bool isFlipped() const override { return false; }
 };
 
-// Writes an image of vertical colour bands (equal widths), or horizontal ones.
+// Writes an image of equal vertical colour bands, or horizontal ones.
 void writeImage(const QString &dir, const QString &name, QSize size, QList<QColor> bands,
                 bool horizontal = false)
 {
     QImage image(size, QImage::Format_ARGB32);
     for (int y = 0; y < size.height(); ++y)
-        for (int x = 0; x < size.width(); ++x) {
-            const int at = horizontal ? y * int(bands.size()) / size.height()
-                                      : x * int(bands.size()) / size.width();
-            image.setPixelColor(x, y, bands.at(at));
-        }
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixelColor(x, y,
+                                bands.at(horizontal ? y * bands.size() / size.height()
+                                                    : x * bands.size() / size.width()));
     QVERIFY(image.save(dir + QStringLiteral("/images/") + name + QStringLiteral(".png")));
+}
+
+// The bounding box of the pixels that pass `test`.
+template <typename Test> QRect boxOf(const QImage &image, Test test)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (test(image.pixelColor(x, y)))
+                box |= QRect(x, y, 1, 1);
+    return box;
 }
 
 } // namespace
@@ -85,24 +95,28 @@ class tst_ButtonCells : public QObject
     QTemporaryDir _bundleDir;
     Bundle *_bundle = nullptr;
 
-    // A button 100 x 20 showing the cell, with the given hover and press.
-    QImage drawInButton(std::unique_ptr<ButtonCell> cell, bool hover, bool pressed,
-                        VXTrackingButton *button = nullptr)
+    // A button 100 x 20 showing an artwork cell, with the given hover and press.
+    QImage drawArtwork(const QString &base, bool single, bool hover, bool pressed,
+                       VXTrackingButton *button = nullptr)
     {
         std::unique_ptr<VXTrackingButton> owned(button ? button : new VXTrackingButton);
+        auto cell = std::make_unique<ArtworkCell>();
+        cell->base = base;
+        cell->single = single;
+        cell->bundle = _bundle;
+        cell->setBordered(false);
         owned->resize(100, 20);
         owned->setCell(std::move(cell));
         owned->setHasHover(hover);
         owned->setDown(pressed);
-        return CellRendering::grab(owned.get());
+        return PixelProbe::grab(owned.get());
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(_bundleDir.isValid());
-        QVERIFY(QDir(_bundleDir.path()).mkpath(QStringLiteral("images")));
         const QString d = _bundleDir.path();
+        QVERIFY(QDir(d).mkpath(QStringLiteral("images")));
         writeImage(d, QStringLiteral("art_left"), {6, 20}, {Qt::red});
         writeImage(d, QStringLiteral("art_center"), {4, 20}, {Qt::green});
         writeImage(d, QStringLiteral("art_right"), {9, 20}, {Qt::blue});
@@ -137,6 +151,10 @@ private Q_SLOTS:
         source.setState(state);
         source.value = objectValue;
         source.setTitle(QStringLiteral("Go"));
+        source.setAttributedAlternateTitle(VXAttributedString(QStringLiteral("Stop")));
+        source.setAlternateImage(
+            VXImage(QStringLiteral("alt"), QImage(2, 2, QImage::Format_RGB32)));
+        source.setTarget(this);
         source.setImagePosition(ButtonCell::ImageRight);
         source.setShowsStateBy(ButtonCell::ChangeBackgroundCellMask);
         source.setBordered(false);
@@ -149,12 +167,36 @@ private Q_SLOTS:
         QCOMPARE(cell->backgroundStyle(), int(ButtonCell::BackgroundStyleRaised));
         QVERIFY(!cell->isEnabled());
         QCOMPARE(cell->title(), QStringLiteral("Go"));
+        QCOMPARE(cell->attributedAlternateTitle().string(), QStringLiteral("Stop"));
+        QCOMPARE(cell->alternateImage().value_or(VXImage()).name(), QStringLiteral("alt"));
+        QCOMPARE(cell->target(), this);
         QCOMPARE(cell->imagePosition(), int(ButtonCell::ImageRight));
         QCOMPARE(cell->showsStateBy(), quint64(ButtonCell::ChangeBackgroundCellMask));
         QVERIFY(!cell->isBordered());
         QCOMPARE(cell->action(), QByteArray("press"));
-        // Not in a tracking button: never hover.
-        QVERIFY(!cell->hasHover());
+        QVERIFY(!cell->hasHover()); // not in a tracking button: never hover
+    }
+
+    // A cell loaded from a description is of the class the description names.
+    void cellWithClassName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addRow("general") << "VXGeneralButtonCell";
+        QTest::addRow("check box") << "VXFlatCheckboxButtonCell";
+        QTest::addRow("radio") << "VXFlatRadioButtonCell";
+        QTest::addRow("unknown") << "NoSuchCell";
+    }
+    void cellWithClassName()
+    {
+        QFETCH(QString, name);
+        const auto cell = ButtonCell::cellWithClassName(name, {});
+        const char *made =
+            !cell                                                  ? "NoSuchCell"
+            : dynamic_cast<VXFlatCheckboxButtonCell *>(cell.get()) ? "VXFlatCheckboxButtonCell"
+            : dynamic_cast<VXFlatRadioButtonCell *>(cell.get())    ? "VXFlatRadioButtonCell"
+            : dynamic_cast<VXGeneralButtonCell *>(cell.get())      ? "VXGeneralButtonCell"
+                                                                   : "other";
+        QCOMPARE(QString::fromLatin1(made), name);
     }
 
     void highlightedOrPressed_data()
@@ -189,8 +231,7 @@ private Q_SLOTS:
         button.setState(viewState);
         Matrix matrix;
         ButtonCell cell;
-        // The cell's own state is the opposite: only the view's counts.
-        cell.setState(viewState ? 0 : 1);
+        cell.setState(viewState ? 0 : 1); // the opposite: only the view's state counts
         cell.setHighlighted(highlighted);
         cell.setBordered(bordered);
         cell.setShowsStateBy(showsStateBy);
@@ -223,8 +264,9 @@ private Q_SLOTS:
         cell.setState(state);
         cell.setImage(VXImageCreation::imageNamed(image, nullptr));
         QVERIFY(cell.image());
-        CellRendering::render(
-            {20, 20}, [&](QPainter &p) { cell.drawWithFrame(p, QRectF(0, 0, 20, 20), nullptr); });
+        PixelProbe::render({20, 20}, [&](QPainter &p) {
+            cell.drawWithFrame(p, {0, 0, 20, 20}, nullptr);
+        });
         QCOMPARE(cell.stateWhileDrawing, swapped ? 0 : state);
         QCOMPARE(cell.imageWhileDrawing, swapped ? QStringLiteral("checkbox_mixed") : image);
         QCOMPARE(cell.state(), state);
@@ -244,11 +286,8 @@ private Q_SLOTS:
                 VXImageCreation::imageNamed(QStringLiteral("checkbox_unchecked"), nullptr));
             button.setCell(std::move(cell));
             button.resize(20, 14);
-            QImage image(QSize(20, 14) * ratio, QImage::Format_ARGB32_Premultiplied);
-            image.setDevicePixelRatio(ratio);
-            image.fill(Qt::white);
-            button.render(&image, QPoint(), QRegion(), {}); // no window background
-            return image;
+            return PixelProbe::render(
+                {20, 14}, [&](QPainter &p) { button.render(&p, {}, {}, {}); }, ratio, Qt::white);
         };
         const QImage plain = render(1.0), dense = render(2.0);
         const QColor edge = plain.pixelColor(0, 7);
@@ -256,17 +295,71 @@ private Q_SLOTS:
         // Neither the edge's colour nor the white inside or around it.
         const auto intermediate = [&edge](const QImage &image, int row, int from, int to) {
             int count = 0;
-            for (int x = from; x < to; ++x) {
-                const QColor c = image.pixelColor(x, row);
-                count += !near(c, edge, 8) && !near(c, Qt::white, 8);
-            }
+            for (int x = from; x < to; ++x)
+                count +=
+                    !near(at(image, x, row), edge, 8) && !near(at(image, x, row), Qt::white, 8);
             return count;
         };
         // Across the left edge, the middle row: three points' worth of pixels.
         QCOMPARE(intermediate(dense, 14, 0, 6), intermediate(plain, 7, 0, 3));
         // 14 points wide: the right edge ends at device pixel 27.
-        QVERIFY(near(dense.pixelColor(27, 14), edge, 8));
-        QVERIFY(near(dense.pixelColor(28, 14), Qt::white, 8));
+        QVERIFY(near(at(dense, 27, 14), edge, 8));
+        QVERIFY(near(at(dense, 28, 14), Qt::white, 8));
+    }
+
+    // The image where its position puts it in the pair of image and title, the pair as big
+    // as the cell asks to be and centred in the frame; the title on the other side.
+    void imagePosition_data()
+    {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<QString>("title");
+        QTest::addRow("left") << int(ButtonCell::ImageLeft) << "Wide title";
+        QTest::addRow("right") << int(ButtonCell::ImageRight) << "Wide title";
+        QTest::addRow("above") << int(ButtonCell::ImageAbove) << "Title";
+        QTest::addRow("below") << int(ButtonCell::ImageBelow) << "Title";
+        QTest::addRow("overlaps") << int(ButtonCell::ImageOverlaps) << "";
+        QTest::addRow("left, no title") << int(ButtonCell::ImageLeft) << "";
+    }
+    void imagePosition()
+    {
+        QFETCH(int, position);
+        QFETCH(QString, title);
+        Button button;
+        button.resize(160, 80);
+        button.setText(title);
+        QImage red(10, 10, QImage::Format_ARGB32);
+        red.fill(Qt::red);
+        button.cell()->setImage(VXImage(QStringLiteral("red"), red));
+        button.cell()->setImagePosition(position);
+        button.cell()->setBordered(false);
+        const QImage image = PixelProbe::grab(&button);
+        const QSizeF pair = button.cell()->cellSizeForBounds(QRectF(0, 0, 160, 80));
+        const QRectF box((160 - pair.width()) / 2, (80 - pair.height()) / 2, pair.width(),
+                         pair.height());
+        const QRect mark = boxOf(image, [](QColor c) {
+            return c.alpha() > 200 && c.red() > 200 && c.green() < 60 && c.blue() < 60;
+        });
+        const QRect ink = boxOf(image, [](QColor c) {
+            return c.alpha() > 128 && c.red() < 128 && c.green() < 128 && c.blue() < 128;
+        });
+        QCOMPARE(mark.size(), QSize(10, 10));
+        QCOMPARE(ink.isEmpty(), title.isEmpty());
+        const QRectF m = QRectF(mark);
+        using C = ButtonCell;
+        const bool horizontal = position == C::ImageLeft || position == C::ImageRight;
+        const double off[] = {horizontal ? m.center().y() - 40 : m.center().x() - 80,
+                              position == C::ImageLeft    ? m.left() - box.left()
+                              : position == C::ImageRight ? m.right() - box.right()
+                              : position == C::ImageAbove ? m.top() - box.top()
+                              : position == C::ImageBelow ? m.bottom() - box.bottom()
+                                                          : m.center().y() - 40};
+        for (double d : off)
+            QVERIFY2(qAbs(d) <= 1, qPrintable(QStringLiteral("%1 %2").arg(d).arg(pair.width())));
+        if (!title.isEmpty())
+            QVERIFY(position == C::ImageLeft    ? ink.left() > mark.right()
+                    : position == C::ImageRight ? ink.right() < mark.left()
+                    : position == C::ImageAbove ? ink.top() > mark.bottom()
+                                                : ink.bottom() < mark.top());
     }
 
     // What users of Qt buttons expect of every control on the cell layer: its role and
@@ -353,64 +446,37 @@ private Q_SLOTS:
         QFETCH(QColor, left);
         QFETCH(QColor, centre);
         QFETCH(QColor, right);
-        auto cell = std::make_unique<ArtworkCell>();
-        cell->base = QStringLiteral("art");
-        cell->bundle = _bundle;
-        cell->setBordered(false);
-        const QImage image = drawInButton(std::move(cell), hover, pressed);
-        for (int x : {0, 5})
-            QVERIFY2(near(pixel(image, x, 10), left), qPrintable(QString::number(x)));
-        for (int x : {6, 50, 93})
-            QVERIFY2(near(pixel(image, x, 10), centre), qPrintable(QString::number(x)));
-        for (int x : {94, 99})
-            QVERIFY2(near(pixel(image, x, 10), right), qPrintable(QString::number(x)));
+        const QImage image = drawArtwork(QStringLiteral("art"), false, hover, pressed);
+        for (int x : {0, 5, 6, 50, 93, 94, 99}) {
+            const QColor expected = x < 6 ? left : x < 94 ? centre : right;
+            QVERIFY2(near(at(image, x, 10), expected), qPrintable(QString::number(x)));
+        }
     }
 
-    // Template mode: no caps, the whole template stretched; no base name: no artwork.
-    void singleTemplate_data()
-    {
-        QTest::addColumn<QString>("base");
-        QTest::addColumn<QColor>("leftHalf");
-        QTest::addColumn<QColor>("rightHalf");
-        QTest::addRow("template") << "tpl" << QColor(Qt::red) << QColor(Qt::blue);
-        QTest::addRow("no artwork")
-            << QString() << QColor(Qt::transparent) << QColor(Qt::transparent);
-    }
+    // Template mode: no caps, the whole template stretched smoothly, so the two bands blend
+    // only around the middle; upright whichever way the view's coordinates grow; no base
+    // name: no artwork.
     void singleTemplate()
     {
-        QFETCH(QString, base);
-        QFETCH(QColor, leftHalf);
-        QFETCH(QColor, rightHalf);
-        auto cell = std::make_unique<ArtworkCell>();
-        cell->base = base;
-        cell->single = true;
-        cell->bundle = _bundle;
-        cell->setBordered(false);
-        QCOMPARE(cell->sideSegmentWidth(), 0.0);
-        const QImage image = drawInButton(std::move(cell), false, false);
-        // Smooth scaling blends the two bands only near the middle.
-        QVERIFY(near(pixel(image, 1, 10), leftHalf));
-        QVERIFY(near(pixel(image, 40, 10), leftHalf));
-        QVERIFY(near(pixel(image, 60, 10), rightHalf));
-        QVERIFY(near(pixel(image, 98, 10), rightHalf));
-    }
+        ArtworkCell bare;
+        bare.base = QStringLiteral("tpl");
+        bare.single = true;
+        bare.bundle = _bundle;
+        QCOMPARE(bare.sideSegmentWidth(), 0.0);
+        const QImage image = drawArtwork(QStringLiteral("tpl"), true, false, false);
+        for (int x : {1, 40})
+            QVERIFY(near(at(image, x, 10), Qt::red));
+        for (int x : {60, 98})
+            QVERIFY(near(at(image, x, 10), Qt::blue));
+        const QColor middle = at(image, 50, 10);
+        QVERIFY2(middle.red() > 40 && middle.blue() > 40, qPrintable(middle.name()));
+        QCOMPARE(at(drawArtwork(QString(), true, false, false), 50, 10).alpha(), 0);
 
-    // Artwork is upright whichever way the view's coordinates grow.
-    void flippedAndUnflipped()
-    {
-        auto makeCell = [this] {
-            auto cell = std::make_unique<ArtworkCell>();
-            cell->base = QStringLiteral("updown");
-            cell->single = true;
-            cell->bundle = _bundle;
-            cell->setBordered(false);
-            return cell;
-        };
-        const QImage flipped = drawInButton(makeCell(), false, false);
-        const QImage unflipped = drawInButton(makeCell(), false, false, new UnflippedButton);
-        QVERIFY(near(pixel(flipped, 50, 2), Qt::red));
-        QVERIFY(near(pixel(flipped, 50, 17), Qt::blue));
-        QCOMPARE(unflipped, flipped);
+        const QImage flipped = drawArtwork(QStringLiteral("updown"), true, false, false);
+        QVERIFY(near(at(flipped, 50, 2), Qt::red));
+        QVERIFY(near(at(flipped, 50, 17), Qt::blue));
+        QCOMPARE(drawArtwork(QStringLiteral("updown"), true, false, false, new UnflippedButton),
+                 flipped);
     }
 
     // A missing image is asked for again; a loaded one is kept until the resources are
@@ -418,22 +484,19 @@ private Q_SLOTS:
     void lazyLoading()
     {
         const QString d = _bundleDir.path();
-        QFile::remove(d + QStringLiteral("/images/late.png"));
         ArtworkCell cell;
         cell.base = QStringLiteral("late");
         cell.single = true;
         cell.bundle = _bundle;
         QVERIFY(!cell.templateImageNormal());
         writeImage(d, QStringLiteral("late"), {4, 4}, {Qt::red});
-        QVERIFY(cell.templateImageNormal());
-        const QImage first = cell.templateImageNormal()->image();
+        QCOMPARE(cell.templateImageNormal()->size(), QSizeF(4, 4));
         writeImage(d, QStringLiteral("late"), {8, 8}, {Qt::green});
         QCOMPARE(cell.templateImageNormal()->size(), QSizeF(4, 4));
         Button view;
         cell.setControlView(&view);
         cell.invalidateResources();
         QCOMPARE(cell.templateImageNormal()->size(), QSizeF(8, 8));
-        QVERIFY(!first.isNull());
     }
 };
 

@@ -51,54 +51,39 @@ private Q_SLOTS:
         QTest::addColumn<FontFn>("weight");
         QTest::addColumn<QString>("expected"); // empty: the system font
         using namespace QuorvelleFont;
-        const QStringList onlyHelvetica{u"Helvetica"_s};
+        const FontFn regular = &quorvelleRegularFontWithSize, medium = &quorvelleMediumFontWithSize,
+                     bold = &quorvelleBoldFontWithSize, italic = &quorvelleItalicFontWithSize,
+                     boldItalic = &quorvelleBoldItalicFontWithSize,
+                     thin = &quorvelleThinFontWithSize, fallback = &quorvelleFallbackFontWithSize;
+        const QStringList onlyHelvetica{u"Helvetica"_s}, none;
         const QStringList noMedium{u"HelveticaNeue"_s, u"HelveticaNeue-Bold"_s, u"Helvetica"_s};
         const QStringList lightNoThin{u"HelveticaNeue"_s, u"HelveticaNeue-Light"_s};
-        QTest::newRow("regular") << allNeue << u"en"_s << true << &quorvelleRegularFontWithSize
-                                 << u"HelveticaNeue"_s;
-        QTest::newRow("medium") << allNeue << u"en"_s << true << &quorvelleMediumFontWithSize
-                                << u"HelveticaNeue-Medium"_s;
-        QTest::newRow("bold") << allNeue << u"en"_s << true << &quorvelleBoldFontWithSize
-                              << u"HelveticaNeue-Bold"_s;
-        QTest::newRow("italic") << allNeue << u"en"_s << true << &quorvelleItalicFontWithSize
-                                << u"HelveticaNeue-Italic"_s;
-        QTest::newRow("boldItalic")
-            << allNeue << u"en"_s << true << &quorvelleBoldItalicFontWithSize
-            << u"HelveticaNeue-BoldItalic"_s;
-        QTest::newRow("thin") << allNeue << u"en"_s << true << &quorvelleThinFontWithSize
-                              << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("fallback") << allNeue << u"en"_s << true << &quorvelleFallbackFontWithSize
-                                  << u"Helvetica"_s;
-        QTest::newRow("medium missing")
-            << noMedium << u"en"_s << true << &quorvelleMediumFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("thin missing, light there")
-            << lightNoThin << u"en"_s << true << &quorvelleThinFontWithSize
-            << u"HelveticaNeue-Light"_s;
-        QTest::newRow("only Helvetica: regular")
-            << onlyHelvetica << u"en"_s << true << &quorvelleRegularFontWithSize << u"Helvetica"_s;
-        QTest::newRow("only Helvetica: thin")
-            << onlyHelvetica << u"en"_s << true << &quorvelleThinFontWithSize << u"Helvetica"_s;
-        QTest::newRow("only Helvetica: bold italic")
-            << onlyHelvetica << u"en"_s << true << &quorvelleBoldItalicFontWithSize
-            << u"Helvetica"_s;
-        QTest::newRow("no Helvetica: regular")
-            << QStringList() << u"en"_s << true << &quorvelleRegularFontWithSize << QString();
-        QTest::newRow("no Helvetica: medium")
-            << QStringList() << u"en"_s << true << &quorvelleMediumFontWithSize << QString();
-        QTest::newRow("no Helvetica: thin")
-            << QStringList() << u"en"_s << true << &quorvelleThinFontWithSize << QString();
-        QTest::newRow("no Helvetica: fallback")
-            << QStringList() << u"en"_s << true << &quorvelleFallbackFontWithSize << QString();
-        QTest::newRow("tr before 10.7")
-            << allNeue << u"tr"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("cs before 10.7")
-            << allNeue << u"cs"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("de before 10.7")
-            << allNeue << u"de"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("tr from 10.7")
-            << allNeue << u"tr"_s << true << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("tr before 10.7, bold")
-            << allNeue << u"tr"_s << false << &quorvelleBoldFontWithSize << u"HelveticaNeue-Bold"_s;
+        const auto row = [](const char *name, const QStringList &available, const char *language,
+                            bool lion, FontFn weight, const char *expected) {
+            QTest::newRow(name) << available << QString::fromLatin1(language) << lion << weight
+                                << QString::fromLatin1(expected);
+        };
+        row("regular", allNeue, "en", true, regular, "HelveticaNeue");
+        row("medium", allNeue, "en", true, medium, "HelveticaNeue-Medium");
+        row("bold", allNeue, "en", true, bold, "HelveticaNeue-Bold");
+        row("italic", allNeue, "en", true, italic, "HelveticaNeue-Italic");
+        row("boldItalic", allNeue, "en", true, boldItalic, "HelveticaNeue-BoldItalic");
+        row("thin", allNeue, "en", true, thin, "HelveticaNeue-Thin");
+        row("fallback", allNeue, "en", true, fallback, "Helvetica");
+        row("medium missing", noMedium, "en", true, medium, "HelveticaNeue");
+        row("thin missing, light there", lightNoThin, "en", true, thin, "HelveticaNeue-Light");
+        row("only Helvetica: regular", onlyHelvetica, "en", true, regular, "Helvetica");
+        row("only Helvetica: thin", onlyHelvetica, "en", true, thin, "Helvetica");
+        row("only Helvetica: bold italic", onlyHelvetica, "en", true, boldItalic, "Helvetica");
+        row("no Helvetica: regular", none, "en", true, regular, "");
+        row("no Helvetica: medium", none, "en", true, medium, "");
+        row("no Helvetica: thin", none, "en", true, thin, "");
+        row("no Helvetica: fallback", none, "en", true, fallback, "");
+        row("tr before 10.7", allNeue, "tr", false, thin, "HelveticaNeue");
+        row("cs before 10.7", allNeue, "cs", false, thin, "HelveticaNeue");
+        row("de before 10.7", allNeue, "de", false, thin, "HelveticaNeue-Thin");
+        row("tr from 10.7", allNeue, "tr", true, thin, "HelveticaNeue-Thin");
+        row("tr before 10.7, bold", allNeue, "tr", false, bold, "HelveticaNeue-Bold");
     }
 
     void fallBackChains()

@@ -9,14 +9,12 @@
 
 namespace {
 
-class PaintCounter : public QObject
+struct PaintCounter : QObject
 {
-public:
     int paints = 0;
     bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() == QEvent::Paint)
-            ++paints;
+        paints += event->type() == QEvent::Paint;
         return false;
     }
 };
@@ -117,6 +115,13 @@ private Q_SLOTS:
         activate(&other);
         QTRY_VERIFY(!_button->hasHover());
         QTRY_COMPARE(_counter.paints, 2);
+
+        // A hidden button hears of its window's activation through the window itself.
+        activate(_window.get());
+        QTRY_VERIFY(_button->hasHover());
+        _button->hide();
+        activate(&other);
+        QTRY_VERIFY(!_button->hasHover());
     }
 
     // A button in a child window counts while the parent window is key.

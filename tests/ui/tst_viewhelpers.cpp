@@ -114,19 +114,25 @@ private Q_SLOTS:
         QTest::addColumn<bool>("focused");
         QTest::addColumn<bool>("editing");
         QTest::addColumn<int>("bar"); // 0 none, 1 same window, 2 another window
+        QTest::addColumn<QString>("characters");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("left arrow") << int(Qt::Key_Left) << QString() << true << false << 1 << true;
-        QTest::newRow("right arrow")
-            << int(Qt::Key_Right) << QString() << true << false << 1 << false;
-        QTest::newRow("typed text") << int(Qt::Key_A) << u"a"_s << true << false << 1 << false;
-        QTest::newRow("two characters")
-            << int(Qt::Key_Left) << u"ab"_s << true << false << 1 << false;
-        QTest::newRow("not focused")
-            << int(Qt::Key_Left) << QString() << false << false << 1 << false;
-        QTest::newRow("editing") << int(Qt::Key_Left) << QString() << true << true << 1 << false;
-        QTest::newRow("bar elsewhere")
-            << int(Qt::Key_Left) << QString() << true << false << 2 << false;
-        QTest::newRow("no bar") << int(Qt::Key_Left) << QString() << true << false << 0 << false;
+        const auto row = [](const char *name, int key, QString text, bool focused, bool editing,
+                            int bar, QString characters, bool expected) {
+            QTest::newRow(name) << key << text << focused << editing << bar << characters
+                                << expected;
+        };
+        const QString left(QChar(0xF702));
+        row("left arrow", Qt::Key_Left, {}, true, false, 1, left, true);
+        row("right arrow", Qt::Key_Right, {}, true, false, 1, QString(QChar(0xF703)), false);
+        row("up arrow", Qt::Key_Up, {}, true, false, 1, QString(QChar(0xF700)), false);
+        row("down arrow", Qt::Key_Down, {}, true, false, 1, QString(QChar(0xF701)), false);
+        row("other key", Qt::Key_Home, {}, true, false, 1, {}, false);
+        row("typed text", Qt::Key_A, u"a"_s, true, false, 1, u"a"_s, false);
+        row("two characters", Qt::Key_Left, u"ab"_s, true, false, 1, u"ab"_s, false);
+        row("not focused", Qt::Key_Left, {}, false, false, 1, left, false);
+        row("editing", Qt::Key_Left, {}, true, true, 1, left, false);
+        row("bar elsewhere", Qt::Key_Left, {}, true, false, 2, left, false);
+        row("no bar", Qt::Key_Left, {}, true, false, 0, left, false);
     }
 
     void shouldHandleEvent()
@@ -136,6 +142,7 @@ private Q_SLOTS:
         QFETCH(bool, focused);
         QFETCH(bool, editing);
         QFETCH(int, bar);
+        QFETCH(QString, characters);
         QFETCH(bool, expected);
 
         QWidget window, otherWindow;
@@ -160,6 +167,7 @@ private Q_SLOTS:
         delegate.bar = bar == 1 ? navigation : bar == 2 ? elsewhere : nullptr;
         setApplicationDelegate(&delegate);
         const QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCOMPARE(charactersOfKeyEvent(&event), characters);
         QCOMPARE(QuorvelleExtension::shouldHandleEvent(table, &event), expected);
         QCOMPARE(delegate.asked, 1); // asked on every call, whatever the answer
         setApplicationDelegate(nullptr);
