@@ -62,32 +62,24 @@ class tst_FlatCells : public QObject
 
 private Q_SLOTS:
     // Pressed wins over disabled; a cell made in code has no colours and no fill.
-    void flatFill_data()
-    {
-        QTest::addColumn<bool>("decoded");
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<bool>("highlighted");
-        QTest::addColumn<QColor>("fill");
-        QTest::addRow("regular") << true << true << false << q(quorvelleBlueColor());
-        QTest::addRow("pressed") << true << true << true << q(quorvelleDarkBlueColor());
-        QTest::addRow("disabled") << true << false << false << QColor(137, 187, 222);
-        QTest::addRow("pressed and disabled")
-            << true << false << true << q(quorvelleDarkBlueColor());
-        QTest::addRow("made in code") << false << true << false << QColor(Qt::transparent);
-    }
     void flatFill()
     {
-        QFETCH(bool, decoded);
-        QFETCH(bool, enabled);
-        QFETCH(bool, highlighted);
-        QFETCH(QColor, fill);
-        auto cell = decoded ? std::make_unique<VXFlatButtonCell>(fromDescription)
-                            : std::make_unique<VXFlatButtonCell>();
-        cell->setEnabled(enabled);
-        cell->setHighlighted(highlighted);
-        const QImage image = drawCell(*cell, {100, 24});
-        QVERIFY(near(at(image, 50, 3), fill));
-        QVERIFY(near(at(image, 0, 0), Qt::transparent, 60)); // rounded corners
+        const QColor none = Qt::transparent, dark = q(quorvelleDarkBlueColor());
+        // decoded, enabled, highlighted, fill
+        for (auto [decoded, enabled, highlighted, fill] :
+             {std::tuple{true, true, false, q(quorvelleBlueColor())},
+              {true, true, true, dark},
+              {true, false, false, QColor(137, 187, 222)},
+              {true, false, true, dark},
+              {false, true, false, none}}) {
+            auto cell = decoded ? std::make_unique<VXFlatButtonCell>(fromDescription)
+                                : std::make_unique<VXFlatButtonCell>();
+            cell->setEnabled(enabled);
+            cell->setHighlighted(highlighted);
+            const QImage image = drawCell(*cell, {100, 24});
+            QVERIFY(near(at(image, 50, 3), fill));
+            QVERIFY(near(at(image, 0, 0), Qt::transparent, 60)); // rounded corners
+        }
     }
 
     // The one-point border lies inside the frame, made in code or loaded.
@@ -106,38 +98,26 @@ private Q_SLOTS:
 
     // Hover shows the hover colours (equal to the normal ones by default); pressed fills with
     // the highlight colour but keeps the hover border.
-    void borderedHoverAndPress_data()
-    {
-        QTest::addColumn<bool>("hover");
-        QTest::addColumn<bool>("pressed");
-        QTest::addColumn<bool>("redHoverBorder");
-        QTest::addColumn<QColor>("fill");
-        QTest::addColumn<QColor>("border");
-        const QColor white = Qt::white, red = Qt::red;
-        QTest::addRow("hover, default colours") << true << false << false << white << borderGrey;
-        QTest::addRow("hover border set") << true << false << true << white << red;
-        QTest::addRow("no hover, border set") << false << false << true << white << borderGrey;
-        QTest::addRow("pressed under the mouse")
-            << true << true << true << QColor(234, 236, 239) << red;
-    }
     void borderedHoverAndPress()
     {
-        QFETCH(bool, hover);
-        QFETCH(bool, pressed);
-        QFETCH(bool, redHoverBorder);
-        QFETCH(QColor, fill);
-        QFETCH(QColor, border);
-        VXTrackingButton button;
-        button.resize(80, 24);
-        auto cell = std::make_unique<VXFlatBorderedButtonCell>();
-        if (redHoverBorder)
-            cell->setHoverBorderColor(VXColor::redColor());
-        button.setCell(std::move(cell));
-        button.setHasHover(hover);
-        button.setDown(pressed);
-        const QImage image = PixelProbe::grab(&button);
-        QVERIFY(near(at(image, 40, 4), fill));
-        QVERIFY(near(at(image, 0, 12), border));
+        const QColor white = Qt::white, red = Qt::red;
+        // hover, pressed, hover border set to red, fill, border
+        for (auto [hover, pressed, redHover, fill, border] :
+             {std::tuple{true, false, false, white, borderGrey},
+              {true, false, true, white, red},
+              {false, false, true, white, borderGrey},
+              {true, true, true, QColor(234, 236, 239), red}}) {
+            VXTrackingButton button;
+            button.resize(80, 24);
+            auto cell = std::make_unique<VXFlatBorderedButtonCell>();
+            if (redHover)
+                cell->setHoverBorderColor(VXColor::redColor());
+            button.setCell(std::move(cell));
+            button.setHasHover(hover);
+            button.setDown(pressed);
+            const QImage image = PixelProbe::grab(&button);
+            QVERIFY(near(at(image, 40, 4), fill) && near(at(image, 0, 12), border));
+        }
     }
 
     // A copy owns its colours: it draws after the original is gone, and its changes stay its.
@@ -157,204 +137,152 @@ private Q_SLOTS:
     }
 
     // The margins around what the standard cell asks for, with and without an image.
-    void cellSize_data()
-    {
-        QTest::addColumn<bool>("bordered");
-        QTest::addColumn<bool>("image");
-        QTest::addColumn<double>("width");
-        QTest::addColumn<double>("margin");
-        QTest::addRow("flat, image left, 200") << false << true << 200.0 << 30.0;
-        QTest::addRow("flat, no image, 200") << false << false << 200.0 << 20.0;
-        QTest::addRow("flat, image left, 25") << false << true << 25.0 << 30.0;
-        QTest::addRow("bordered, image left, 200") << true << true << 200.0 << 20.0;
-        QTest::addRow("bordered, 15") << true << false << 15.0 << 20.0;
-    }
     void cellSize()
     {
-        QFETCH(bool, bordered);
-        QFETCH(bool, image);
-        QFETCH(double, width);
-        QFETCH(double, margin);
-        std::unique_ptr<ButtonCell> cell;
-        if (bordered)
-            cell = std::make_unique<VXFlatBorderedButtonCell>();
-        else
-            cell = std::make_unique<VXFlatButtonCell>();
-        ButtonCell standard;
-        for (ButtonCell *c : {cell.get(), &standard}) {
-            c->setTitle(QStringLiteral("A title that is long enough to wrap in a narrow button"));
-            if (image) {
-                c->setImage(VXImageCreation::imageNamed(QStringLiteral("checkbox_mixed"), nullptr));
-                c->setImagePosition(ButtonCell::ImageLeft);
+        // bordered, image left, width, margin
+        for (auto [bordered, image, width, margin] : {std::tuple{false, true, 200.0, 30.0},
+                                                      {false, false, 200.0, 20.0},
+                                                      {false, true, 25.0, 30.0},
+                                                      {true, true, 200.0, 20.0},
+                                                      {true, false, 15.0, 20.0}}) {
+            std::unique_ptr<ButtonCell> cell;
+            if (bordered)
+                cell = std::make_unique<VXFlatBorderedButtonCell>();
+            else
+                cell = std::make_unique<VXFlatButtonCell>();
+            ButtonCell standard;
+            for (ButtonCell *c : {cell.get(), &standard}) {
+                c->setTitle(
+                    QStringLiteral("A title that is long enough to wrap in a narrow button"));
+                if (image) {
+                    c->setImage(
+                        VXImageCreation::imageNamed(QStringLiteral("checkbox_mixed"), nullptr));
+                    c->setImagePosition(ButtonCell::ImageLeft);
+                }
             }
+            const bool fits = width >= margin;
+            const QSizeF inner =
+                standard.cellSizeForBounds({0, 0, fits ? width - margin : width, 300});
+            QCOMPARE(cell->cellSizeForBounds({0, 0, width, 300}),
+                     fits ? QSizeF(inner.width() + margin, inner.height())
+                          : QSizeF(qMax(width, inner.width()), inner.height()));
         }
-        const QSizeF size = cell->cellSizeForBounds(QRectF(0, 0, width, 300));
-        const bool fits = width >= margin;
-        const QSizeF inner =
-            standard.cellSizeForBounds(QRectF(0, 0, fits ? width - margin : width, 300));
-        QCOMPARE(size, fits ? QSizeF(inner.width() + margin, inner.height())
-                            : QSizeF(qMax(width, inner.width()), inner.height()));
     }
 
     // Tick and dash where their points put them (drawn four times larger so the 2-point
     // strokes cover whole pixels), in their colours; the dash has no disabled colour.
-    void checkMarks_data()
-    {
-        QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<QColor>("tick");
-        QTest::addColumn<QColor>("dash");
-        QTest::addColumn<QColor>("box");
-        const QColor white = Qt::white, grey = q(quorvelleLightGrayDisabledControlColor());
-        QTest::addRow("on") << 1 << true << q(quorvelleBlueColor()) << white << white;
-        QTest::addRow("on, disabled")
-            << 1 << false << q(quorvelleBlueDisabledControlColor()) << grey << grey;
-        QTest::addRow("mixed, disabled") << -1 << false << grey << q(quorvelleBlueColor()) << grey;
-        QTest::addRow("off") << 0 << true << white << white << white;
-    }
     void checkMarks()
     {
-        QFETCH(int, state);
-        QFETCH(bool, enabled);
-        QFETCH(QColor, tick);
-        QFETCH(QColor, dash);
-        QFETCH(QColor, box);
-        VXFlatCheckboxButtonCell cell(fromDescription);
-        cell.setAllowsMixedState(true);
-        cell.setState(state);
-        cell.setEnabled(enabled);
-        const QImage image = PixelProbe::render({64, 64}, [&](QPainter &p) {
-            p.scale(4, 4);
-            cell.drawImage(p, std::nullopt, QRectF(0, 0, 16, 16), nullptr);
-        });
-        // Box (0.5, 0.5, 15, 15), laid out upwards from the bottom edge: the tick runs
-        // (4.79, 7.5) -> (7.29, 10.5) -> (12.29, 3) on the page; the dash along y 7.5 from
-        // x 4.25 to 11.75. The probes on one mark keep clear of the other.
-        const auto on = [&](double x, double y) { return at(image, 4 * x, 4 * y); };
-        QVERIFY(near(on(6.04, 9.0), tick, 4));
-        QVERIFY(near(on(11.3, 4.6), tick, 4));
-        QVERIFY(near(on(7.0, 7.5), dash, 4));
-        QVERIFY(near(on(11.5, 7.5), dash, 4));
-        QVERIFY(near(on(12.0, 12.5), box, 4));
-        QVERIFY(near(on(0.6, 8),
-                     q(enabled ? quorvelleGrayColor() : quorvelleGrayDisabledControlColor()), 40));
+        const QColor white = Qt::white, grey = q(quorvelleLightGrayDisabledControlColor());
+        // state, enabled, tick, dash, box
+        for (auto [state, enabled, tick, dash, box] :
+             {std::tuple{1, true, q(quorvelleBlueColor()), white, white},
+              {1, false, q(quorvelleBlueDisabledControlColor()), grey, grey},
+              {-1, false, grey, q(quorvelleBlueColor()), grey},
+              {0, true, white, white, white}}) {
+            VXFlatCheckboxButtonCell cell(fromDescription);
+            cell.setAllowsMixedState(true);
+            cell.setState(state);
+            cell.setEnabled(enabled);
+            const QImage image = PixelProbe::render({64, 64}, [&](QPainter &p) {
+                p.scale(4, 4);
+                cell.drawImage(p, std::nullopt, QRectF(0, 0, 16, 16), nullptr);
+            });
+            // Box (0.5, 0.5, 15, 15), laid out upwards from the bottom edge: the tick runs
+            // (4.79, 7.5) -> (7.29, 10.5) -> (12.29, 3) on the page; the dash along y 7.5 from
+            // x 4.25 to 11.75. The probes on one mark keep clear of the other.
+            const auto on = [&](double x, double y) { return at(image, 4 * x, 4 * y); };
+            QVERIFY(near(on(6.04, 9.0), tick, 4) && near(on(11.3, 4.6), tick, 4));
+            QVERIFY(near(on(7.0, 7.5), dash, 4) && near(on(11.5, 7.5), dash, 4));
+            QVERIFY(near(on(12.0, 12.5), box, 4));
+            QVERIFY(near(on(0.6, 8),
+                         q(enabled ? quorvelleGrayColor() : quorvelleGrayDisabledControlColor()),
+                         40));
+        }
     }
 
     // The dot is a third of the mark; the mark moves right by 5 with a selection style.
-    void radioMark_data()
-    {
-        QTest::addColumn<uint>("style");
-        QTest::addColumn<int>("state");
-        QTest::addColumn<double>("centreX");
-        QTest::addRow("on") << 0u << 1 << 7.5;
-        QTest::addRow("on, style 2") << 2u << 1 << 12.5;
-        QTest::addRow("off") << 0u << 0 << 7.5;
-    }
     void radioMark()
     {
-        QFETCH(uint, style);
-        QFETCH(int, state);
-        QFETCH(double, centreX);
-        VXFlatRadioButtonCell cell;
-        cell.setSelectionStyle(style);
-        cell.setState(state);
-        const QImage image = PixelProbe::render({96, 64}, [&](QPainter &p) {
-            p.scale(4, 4);
-            cell.drawImage(p, std::nullopt, QRectF(0, 0, 15, 15), nullptr);
-        });
-        const auto on = [&](double dx) { return at(image, 4 * (centreX + dx), 4 * 7.5); };
-        const QColor dot = state ? q(quorvelleBlueColor()) : QColor(Qt::white);
-        // Ring 14 wide: dot radius 14 / 6 = 2.33.
-        QVERIFY(near(on(0), dot));
-        QVERIFY(near(on(2.0), dot, 8));
-        QVERIFY(near(on(2.8), Qt::white, 8));
-        QVERIFY(near(on(-5.5), Qt::white));
+        for (auto [style, state, centreX] : {std::tuple{0u, 1, 7.5}, {2u, 1, 12.5}, {0u, 0, 7.5}}) {
+            VXFlatRadioButtonCell cell;
+            cell.setSelectionStyle(style);
+            cell.setState(state);
+            const QImage image = PixelProbe::render({96, 64}, [&](QPainter &p) {
+                p.scale(4, 4);
+                cell.drawImage(p, std::nullopt, QRectF(0, 0, 15, 15), nullptr);
+            });
+            const auto on = [&](double dx) { return at(image, 4 * (centreX + dx), 4 * 7.5); };
+            const QColor dot = state ? q(quorvelleBlueColor()) : QColor(Qt::white);
+            // Ring 14 wide: dot radius 14 / 6 = 2.33.
+            QVERIFY(near(on(0), dot) && near(on(2.0), dot, 8));
+            QVERIFY(near(on(2.8), Qt::white, 8) && near(on(-5.5), Qt::white));
+        }
     }
 
     // Only a selected cell has a shape behind it: a rounded rectangle, or a tag rounded on
     // the left whose tip is the middle of the right edge.
-    void selectionShape_data()
-    {
-        QTest::addColumn<uint>("style");
-        QTest::addColumn<int>("state");
-        QTest::addColumn<QString>("tinted"); // body, right corner, tip, left corners' inside
-        QTest::addRow("rounded, on") << 1u << 1 << "xxxx";
-        QTest::addRow("tag, on") << 2u << 1 << "x-xx";
-        QTest::addRow("tag, off") << 2u << 0 << "----";
-        QTest::addRow("none, on") << 0u << 1 << "----";
-        QTest::addRow("unknown, on") << 7u << 1 << "----";
-    }
     void selectionShape()
     {
-        QFETCH(uint, style);
-        QFETCH(int, state);
-        QFETCH(QString, tinted);
-        VXFlatRadioButtonCell cell;
-        cell.setSelectionStyle(style);
-        cell.setState(state);
-        const QImage image = drawCell(cell, {200, 24});
-        // The fill is the blue at alpha 0.1 (26 of 255) over nothing; the very corners of
-        // the rounded left side stay clear.
-        QString found;
-        for (QPoint p : {QPoint(150, 12), QPoint(196, 3), QPoint(196, 12), QPoint(4, 19)}) {
-            const QColor c = at(image, p.x(), p.y());
-            found += qAbs(c.alpha() - 26) <= 2 && c.blue() > c.red() ? u'x' : u'-';
+        // style, state, tinted at: body, right corner, tip, inside the left corners' rounding
+        for (auto [style, state, tinted] : {std::tuple{1u, 1, "xxxx"},
+                                            {2u, 1, "x-xx"},
+                                            {2u, 0, "----"},
+                                            {0u, 1, "----"},
+                                            {7u, 1, "----"}}) {
+            VXFlatRadioButtonCell cell;
+            cell.setSelectionStyle(style);
+            cell.setState(state);
+            const QImage image = drawCell(cell, {200, 24});
+            // The fill is the blue at alpha 0.1 (26 of 255) over nothing; the very corners of
+            // the rounded left side stay clear.
+            QString found;
+            for (QPoint p : {QPoint(150, 12), QPoint(196, 3), QPoint(196, 12), QPoint(4, 19)}) {
+                const QColor c = at(image, p.x(), p.y());
+                found += qAbs(c.alpha() - 26) <= 2 && c.blue() > c.red() ? u'x' : u'-';
+            }
+            QCOMPARE(found, QLatin1String(tinted));
+            QVERIFY(at(image, 0, 23).alpha() < 20 && at(image, 0, 0).alpha() < 20);
         }
-        QCOMPARE(found, tinted);
-        QCOMPARE(at(image, 0, 23).alpha() < 20 && at(image, 0, 0).alpha() < 20, true);
     }
 
     // Drawing one cell of the kit's matrix redraws the whole matrix; a plain one only the cell.
-    void matrixRedraw_data()
-    {
-        QTest::addColumn<bool>("kit");
-        QTest::addRow("VXMatrix") << true;
-        QTest::addRow("plain matrix") << false;
-    }
     void matrixRedraw()
     {
-        QFETCH(bool, kit);
-        std::unique_ptr<Matrix> matrix(kit ? new VXMatrix : new Matrix);
-        auto *layout = new QVBoxLayout(matrix.get());
-        for (int i = 0; i < 3; ++i) {
-            auto *row = new Button;
-            row->setCell(std::make_unique<VXFlatRadioButtonCell>());
-            row->setText(QStringLiteral("Row %1").arg(i));
-            layout->addWidget(row);
+        for (bool kit : {true, false}) {
+            std::unique_ptr<Matrix> matrix(kit ? new VXMatrix : new Matrix);
+            auto *layout = new QVBoxLayout(matrix.get());
+            for (int i = 0; i < 3; ++i) {
+                auto *row = new Button;
+                row->setCell(std::make_unique<VXFlatRadioButtonCell>());
+                row->setText(QStringLiteral("Row %1").arg(i));
+                layout->addWidget(row);
+            }
+            matrix->show();
+            QVERIFY(QTest::qWaitForWindowExposed(matrix.get()));
+            QCOMPARE(matrix->numberOfRows(), 3);
+            QTest::mouseClick(matrix->cellAtRow(1, 0), Qt::LeftButton);
+            QCOMPARE(matrix->selectedCell(), matrix->cellAtRow(1, 0));
+            QTest::qWait(50);
+            PaintRecorder recorder;
+            matrix->installEventFilter(&recorder);
+            matrix->drawCellAtRow(2, 0);
+            QTRY_VERIFY(!recorder.painted.isEmpty());
+            QTest::qWait(50);
+            QCOMPARE((QRegion(matrix->rect()) - recorder.painted).isEmpty(), kit);
         }
-        matrix->show();
-        QVERIFY(QTest::qWaitForWindowExposed(matrix.get()));
-        QCOMPARE(matrix->numberOfRows(), 3);
-        QTest::mouseClick(matrix->cellAtRow(1, 0), Qt::LeftButton);
-        QCOMPARE(matrix->selectedCell(), matrix->cellAtRow(1, 0));
-        QTest::qWait(50);
-        PaintRecorder recorder;
-        matrix->installEventFilter(&recorder);
-        matrix->drawCellAtRow(2, 0);
-        QTRY_VERIFY(!recorder.painted.isEmpty());
-        QTest::qWait(50);
-        QCOMPARE((QRegion(matrix->rect()) - recorder.painted).isEmpty(), kit);
     }
 
     // The check box's title font follows the control size it was loaded with.
-    void checkboxTitleFont_data()
-    {
-        QTest::addColumn<int>("controlSize");
-        QTest::addColumn<double>("pointSize");
-        QTest::addRow("regular") << 0 << 12.0;
-        QTest::addRow("small") << 1 << 11.0;
-        QTest::addRow("mini") << 2 << 9.0;
-        QTest::addRow("unknown") << 5 << 0.0;
-    }
     void checkboxTitleFont()
     {
-        QFETCH(int, controlSize);
-        QFETCH(double, pointSize);
-        ButtonCellCoding coding;
-        coding.controlSize = controlSize;
-        const VXFlatCheckboxButtonCell cell(coding);
-        QCOMPARE(cell.titleFont()->pointSize(), pointSize);
-        QCOMPARE(cell.titleColor(), std::optional<VXColor>(VXColor::blackColor()));
+        for (auto [controlSize, pointSize] : {std::pair{0, 12.0}, {1, 11.0}, {2, 9.0}, {5, 0.0}}) {
+            ButtonCellCoding coding;
+            coding.controlSize = controlSize;
+            const VXFlatCheckboxButtonCell cell(coding);
+            QCOMPARE(cell.titleFont()->pointSize(), pointSize);
+            QCOMPARE(cell.titleColor(), std::optional<VXColor>(VXColor::blackColor()));
+        }
         QVERIFY(!VXFlatCheckboxButtonCell().titleFont());
     }
 };
