@@ -12,7 +12,6 @@
 using namespace Qt::StringLiterals;
 using namespace VXShortcuts;
 
-Q_DECLARE_METATYPE(VXRange)
 using Tags = QList<QPair<QString, QString>>;
 
 namespace {
@@ -78,66 +77,46 @@ class TestAttributedString : public QObject
 private Q_SLOTS:
     void cleanup() { VXFontDatabase::setAvailableFontsForTesting(std::nullopt); }
 
-    void unfoldTag_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<VXRange>("range");
-        QTest::newRow("plain then tagged word")
-            << u"plain <b>bold</b>"_s << u"plain bold"_s << VXRange{6, 4};
-        QTest::newRow("unclosed runs to the end") << u"ab<b>cd"_s << u"abcd"_s << VXRange{2, 2};
-        QTest::newRow("absent") << u"a <i>b</i>"_s << u"a <i>b</i>"_s << VXRange{VXNotFound, 0};
-        QTest::newRow("closing before opening") << u"</b>x<b>y"_s << u"</b>xy"_s << VXRange{5, 1};
-        QTest::newRow("nested same tag: first closing wins")
-            << u"<b>a<b>c</b>d</b>"_s << u"a<b>cd</b>"_s << VXRange{0, 5};
-        QTest::newRow("empty content") << u"<b></b>x"_s << u"x"_s << VXRange{0, 0};
-        QTest::newRow("case-sensitive") << u"<B>x</B>"_s << u"<B>x</B>"_s << VXRange{VXNotFound, 0};
-        QTest::newRow("beyond the BMP")
-            << u"\U0001F600<b>\U0001F600</b>"_s << u"\U0001F600\U0001F600"_s << VXRange{2, 2};
-    }
+    // The tag's content keeps the text's attributes; the first closing tag ends it, an
+    // unclosed one runs to the end.
     void unfoldTag()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, after);
-        QFETCH(VXRange, range);
-        VXAttributedString s(text, attrs(A, 1));
-        const VXRange got = VXShortcuts::unfoldTag(s, u"b"_s);
-        QCOMPARE(got.location, range.location);
-        QCOMPARE(got.length, range.length);
-        QCOMPARE(s.string(), after);
-        QCOMPARE(mask(s, A), QString(after.size(), u'x')); // attributes of the text survive
+        for (auto [text, after, range] :
+             {std::tuple{u"plain <b>bold</b>"_s, u"plain bold"_s, VXRange{6, 4}},
+              {u"ab<b>cd"_s, u"abcd"_s, VXRange{2, 2}},
+              {u"a <i>b</i>"_s, u"a <i>b</i>"_s, VXRange{VXNotFound, 0}},
+              {u"</b>x<b>y"_s, u"</b>xy"_s, VXRange{5, 1}},
+              {u"<b>a<b>c</b>d</b>"_s, u"a<b>cd</b>"_s, VXRange{0, 5}},
+              {u"<b></b>x"_s, u"x"_s, VXRange{0, 0}},
+              {u"<B>x</B>"_s, u"<B>x</B>"_s, VXRange{VXNotFound, 0}},
+              {u"\U0001F600<b>\U0001F600</b>"_s, u"\U0001F600\U0001F600"_s, VXRange{2, 2}}}) {
+            VXAttributedString s(text, attrs(A, 1));
+            const VXRange got = VXShortcuts::unfoldTag(s, u"b"_s);
+            QCOMPARE(got.location, range.location);
+            QCOMPARE(got.length, range.length);
+            QCOMPARE(s.string(), after);
+            QCOMPARE(mask(s, A), QString(after.size(), u'x'));
+        }
     }
 
-    void unfoldTagsWithAttributtes_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<QString>("maskA");
-        QTest::addColumn<QString>("maskB");
-        QTest::newRow("six plain, four bold")
-            << u"plain <b>bold</b>"_s << u"plain bold"_s << u"------xxxx"_s << u"----------"_s;
-        QTest::newRow("two occurrences")
-            << u"<b>ab</b>-<b>cd</b>"_s << u"ab-cd"_s << u"xx-xx"_s << u"-----"_s;
-        QTest::newRow("overlapping tags")
-            << u"<b>x<i>y</b>z</i>"_s << u"xyz"_s << u"xx-"_s << u"-xx"_s;
-        QTest::newRow("enclosed tag") << u"<i>a<b>b</b>c</i>"_s << u"abc"_s << u"-x-"_s << u"xxx"_s;
-        QTest::newRow("unclosed") << u"ok <b>rest"_s << u"ok rest"_s << u"---xxxx"_s
-                                  << u"-------"_s;
-        QTest::newRow("no tags") << u"nothing"_s << u"nothing"_s << u"-------"_s << u"-------"_s;
-    }
+    // Each tag's attributes merged into its content, overlapping and enclosed tags too.
     void unfoldTagsWithAttributtes()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, after);
-        QFETCH(QString, maskA);
-        QFETCH(QString, maskB);
-        VXAttributedString s(text, attrs(u"base"_s, 7));
-        VXShortcuts::unfoldTagsWithAttributtes(
-            s, {{u"b"_s, attrs(A, 1)}, {u"i"_s, attrs(B, 2)}, {u"u"_s, attrs(B, 3)}});
-        QCOMPARE(s.string(), after);
-        QCOMPARE(mask(s, A), maskA);
-        QCOMPARE(mask(s, B), maskB);
-        QCOMPARE(mask(s, u"base"_s), QString(after.size(), u'x')); // merged, not replaced
+        for (auto [text, after, maskA, maskB] :
+             {std::tuple{u"plain <b>bold</b>"_s, u"plain bold"_s, u"------xxxx"_s, u"----------"_s},
+              {u"<b>ab</b>-<b>cd</b>"_s, u"ab-cd"_s, u"xx-xx"_s, u"-----"_s},
+              {u"<b>x<i>y</b>z</i>"_s, u"xyz"_s, u"xx-"_s, u"-xx"_s},
+              {u"<i>a<b>b</b>c</i>"_s, u"abc"_s, u"-x-"_s, u"xxx"_s},
+              {u"ok <b>rest"_s, u"ok rest"_s, u"---xxxx"_s, u"-------"_s},
+              {u"nothing"_s, u"nothing"_s, u"-------"_s, u"-------"_s}}) {
+            VXAttributedString s(text, attrs(u"base"_s, 7));
+            VXShortcuts::unfoldTagsWithAttributtes(
+                s, {{u"b"_s, attrs(A, 1)}, {u"i"_s, attrs(B, 2)}, {u"u"_s, attrs(B, 3)}});
+            QCOMPARE(s.string(), after);
+            QCOMPARE(mask(s, A), maskA);
+            QCOMPARE(mask(s, B), maskB);
+            QCOMPARE(mask(s, u"base"_s), QString(after.size(), u'x'));
+        }
     }
 
     void runsMergeSplitAndReplace()
@@ -258,29 +237,21 @@ private Q_SLOTS:
         QCOMPARE(fontAt(*s, 14).fontName(), u"Helvetica"_s);
     }
 
-    void templates_data()
-    {
-        QTest::addColumn<Tags>("tags");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("boldMask");
-        QTest::newRow("later keys see earlier output")
-            << Tags{{u"%A%"_s, u"<b>%B%</b>"_s}, {u"%B%"_s, u"x"_s}} << u"x and x"_s
-            << u"x------"_s;
-        QTest::newRow("other order") << Tags{{u"%B%"_s, u"x"_s}, {u"%A%"_s, u"<b>%B%</b>"_s}}
-                                     << u"%B% and x"_s << u"xxx------"_s;
-    }
+    // Later keys see the output of earlier ones, not the other way round.
     void templates()
     {
-        QFETCH(Tags, tags);
-        QFETCH(QString, text);
-        QFETCH(QString, boldMask);
-        const auto s = attributedStringWithTemplate(u"%A% and %B%"_s, tags);
-        QVERIFY(s);
-        QCOMPARE(s->string(), text);
-        QString bold;
-        for (std::uint64_t i = 0; i < s->length(); ++i)
-            bold += fontAt(*s, int(i)).isBold() ? u'x' : u'-';
-        QCOMPARE(bold, boldMask);
+        for (auto [tags, text, boldMask] :
+             {std::tuple{Tags{{u"%A%"_s, u"<b>%B%</b>"_s}, {u"%B%"_s, u"x"_s}}, u"x and x"_s,
+                         u"x------"_s},
+              {Tags{{u"%B%"_s, u"x"_s}, {u"%A%"_s, u"<b>%B%</b>"_s}}, u"%B% and x"_s,
+               u"xxx------"_s}}) {
+            const auto s = attributedStringWithTemplate(u"%A% and %B%"_s, tags);
+            QCOMPARE(s->string(), text);
+            QString bold;
+            for (std::uint64_t i = 0; i < s->length(); ++i)
+                bold += fontAt(*s, int(i)).isBold() ? u'x' : u'-';
+            QCOMPARE(bold, boldMask);
+        }
     }
 
     // Qt's own metrics are the oracle for the size of a one-font text.

@@ -10,7 +10,9 @@
 using namespace Qt::StringLiterals;
 
 using FontFn = VXFont (*)(double);
-Q_DECLARE_METATYPE(FontFn)
+// available faces, preferred localization, system from 10.7, weight, face (empty: the system's)
+using ChainRow = std::tuple<QStringList, QString, bool, FontFn, QString>;
+Q_DECLARE_METATYPE(ChainRow)
 
 namespace {
 const QStringList allNeue = {u"HelveticaNeue"_s,
@@ -45,11 +47,7 @@ private Q_SLOTS:
 
     void fallBackChains_data()
     {
-        QTest::addColumn<QStringList>("available");
-        QTest::addColumn<QString>("localization");
-        QTest::addColumn<bool>("lion");
-        QTest::addColumn<FontFn>("weight");
-        QTest::addColumn<QString>("expected"); // empty: the system font
+        QTest::addColumn<ChainRow>("row");
         using namespace QuorvelleFont;
         const FontFn regular = &quorvelleRegularFontWithSize, medium = &quorvelleMediumFontWithSize,
                      bold = &quorvelleBoldFontWithSize, italic = &quorvelleItalicFontWithSize,
@@ -60,8 +58,8 @@ private Q_SLOTS:
         const QStringList lightNoThin{u"HelveticaNeue"_s, u"HelveticaNeue-Light"_s};
         const auto row = [](const char *name, const QStringList &available, const char *language,
                             bool lion, FontFn weight, const char *expected) {
-            QTest::newRow(name) << available << QString::fromLatin1(language) << lion << weight
-                                << QString::fromLatin1(expected);
+            QTest::newRow(name) << ChainRow{available, QLatin1String(language), lion, weight,
+                                            QLatin1String(expected)};
         };
         row("regular", allNeue, "en", true, regular, "HelveticaNeue");
         row("medium", allNeue, "en", true, medium, "HelveticaNeue-Medium");
@@ -88,11 +86,8 @@ private Q_SLOTS:
 
     void fallBackChains()
     {
-        QFETCH(QStringList, available);
-        QFETCH(QString, localization);
-        QFETCH(bool, lion);
-        QFETCH(FontFn, weight);
-        QFETCH(QString, expected);
+        QFETCH(ChainRow, row);
+        const auto [available, localization, lion, weight, expected] = row;
         VXFontDatabase::setAvailableFontsForTesting(available);
         VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{localization});
         VXSystemRelease::setLionOrGreaterForTesting(lion);
@@ -102,28 +97,21 @@ private Q_SLOTS:
         QCOMPARE(font.pointSize(), 17.5);
     }
 
-    void customFont_data()
-    {
-        QTest::addColumn<std::optional<QStringList>>("alternates");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("main exists")
-            << std::optional<QStringList>(QStringList{u"B"_s}) << u"A-Bold"_s;
-        QTest::newRow("nil alternates") << std::optional<QStringList>() << QString();
-        QTest::newRow("empty alternates") << std::optional<QStringList>(QStringList()) << QString();
-        QTest::newRow("first existing in order")
-            << std::optional<QStringList>(QStringList{u"Missing"_s, u"C"_s, u"B"_s}) << u"C"_s;
-    }
-
+    // The named font where it exists, else the first alternate that does, else the system's.
     void customFont()
     {
-        QFETCH(std::optional<QStringList>, alternates);
-        QFETCH(QString, expected);
-        const bool mainExists = QString::fromLatin1(QTest::currentDataTag()) == u"main exists"_s;
-        VXFontDatabase::setAvailableFontsForTesting(mainExists ? QStringList{u"A-Bold"_s, u"B"_s}
-                                                               : QStringList{u"B"_s, u"C"_s});
-        const VXFont font = QuorvelleFont::quorvelleCustomFontWithName(u"A-Bold"_s, alternates, 9);
-        QCOMPARE(font.fontName(),
-                 expected.isEmpty() ? VXFont::systemFontOfSize(9).fontName() : expected);
+        const QStringList withMain{u"A-Bold"_s, u"B"_s}, withoutMain{u"B"_s, u"C"_s};
+        using Alternates = std::optional<QStringList>;
+        for (auto [available, alternates, expected] :
+             {std::tuple{withMain, Alternates(QStringList{u"B"_s}), u"A-Bold"_s},
+              {withoutMain, Alternates(), VXFont::systemFontOfSize(9).fontName()},
+              {withoutMain, Alternates(QStringList()), VXFont::systemFontOfSize(9).fontName()},
+              {withoutMain, Alternates(QStringList{u"Missing"_s, u"C"_s, u"B"_s}), u"C"_s}}) {
+            VXFontDatabase::setAvailableFontsForTesting(available);
+            QCOMPARE(
+                QuorvelleFont::quorvelleCustomFontWithName(u"A-Bold"_s, alternates, 9).fontName(),
+                expected);
+        }
     }
 
     void traitsThroughTheSeam()

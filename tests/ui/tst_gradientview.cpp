@@ -57,124 +57,85 @@ private Q_SLOTS:
         QCOMPARE(view.cornerRadius(), 0.0);
     }
 
-    void gradientDirection_data()
-    {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<bool>("vertical");
-        QTest::addColumn<bool>("startFirst"); // start colour at the top (vertical) or left
-        QTest::newRow("270: start on top") << 270.0 << true << true;
-        QTest::newRow("90: start at the bottom") << 90.0 << true << false;
-        QTest::newRow("0: start on the left") << 0.0 << false << true;
-        QTest::newRow("180: start on the right") << 180.0 << false << false;
-    }
-
+    // Linear from the start colour to the finish colour along the angle, sampled at pixel
+    // centres: 270 starts on top, 90 at the bottom, 0 on the left, 180 on the right.
     void gradientDirection()
     {
-        QFETCH(double, angle);
-        QFETCH(bool, vertical);
-        QFETCH(bool, startFirst);
-        auto view = bareView(40, 40);
-        view->setStartGradientColor(red);
-        view->setFinishGradientColor(blue);
-        view->setGradientAngle(angle);
-        const QImage image = draw(*view);
-        const QColor start = VXColorConvertion::newCGColor(red),
-                     finish = VXColorConvertion::newCGColor(blue);
-        // Linear interpolation along the axis, sampled at pixel centres.
-        for (int i : {0, 10, 20, 39}) {
-            const double t = (i + 0.5) / 40.0;
-            const QColor expected = startFirst ? mix(start, finish, t) : mix(finish, start, t);
-            QV_COMPARE_COLOR(vertical ? at(image, 20, i) : at(image, i, 20), expected, 4);
+        for (auto [angle, vertical, startFirst] : {std::tuple{270.0, true, true},
+                                                   {90.0, true, false},
+                                                   {0.0, false, true},
+                                                   {180.0, false, false}}) {
+            auto view = bareView(40, 40);
+            view->setStartGradientColor(red);
+            view->setFinishGradientColor(blue);
+            view->setGradientAngle(angle);
+            const QImage image = draw(*view);
+            for (int i : {0, 10, 20, 39}) {
+                const double t = (i + 0.5) / 40.0;
+                QV_COMPARE_COLOR(vertical ? at(image, 20, i) : at(image, i, 20),
+                                 startFirst ? mix(Qt::red, Qt::blue, t) : mix(Qt::blue, Qt::red, t),
+                                 4);
+            }
         }
     }
 
-    void solidAndMissingFill()
+    // Equal colours fill evenly, no start colour fills nothing; rounded corners stay clear
+    // and the edges between them filled.
+    void solidMissingAndRounded()
     {
-        auto view = bareView(30, 12);
+        auto view = bareView(40, 20);
         view->setStartGradientColor(green);
         view->setFinishGradientColor(VXColor::colorWithCalibratedRed(0, 1, 0, 1));
         QImage image = draw(*view);
-        for (QPoint p : {QPoint(0, 0), QPoint(29, 11), QPoint(15, 6)})
+        for (QPoint p : {QPoint(0, 0), QPoint(39, 19), QPoint(15, 6)})
             QV_COMPARE_COLOR(at(image, p.x(), p.y()), QColor(Qt::green), 0);
-
-        view->setStartGradientColor(std::nullopt);
-        image = draw(*view);
-        QCOMPARE(at(image, 15, 6).alpha(), 0);
-    }
-
-    void roundedCorners()
-    {
-        auto view = bareView(40, 20);
-        view->setStartGradientColor(black);
-        view->setFinishGradientColor(black);
         view->setCornerRadius(8);
-        const QImage image = draw(*view);
-        QCOMPARE(at(image, 0, 0).alpha(), 0);
-        QCOMPARE(at(image, 39, 19).alpha(), 0);
-        QCOMPARE(at(image, 20, 0).alpha(), 255); // edges between the corners stay filled
-        QCOMPARE(at(image, 0, 10).alpha(), 255);
+        image = draw(*view);
+        QVERIFY(at(image, 0, 0).alpha() == 0 && at(image, 39, 19).alpha() == 0);
+        QVERIFY(at(image, 20, 0).alpha() == 255 && at(image, 0, 10).alpha() == 255);
+        view->setStartGradientColor(std::nullopt);
+        QCOMPARE(at(draw(*view), 15, 6).alpha(), 0);
     }
 
-    void edgeLines_data()
-    {
-        QTest::addColumn<bool>("topLine");
-        QTest::addColumn<QList<double>>("topDash");
-        QTest::addColumn<QList<double>>("bottomDash");
-        QTest::addColumn<QString>("topRow");    // per point along the top edge: T line, . fill
-        QTest::addColumn<QString>("bottomRow"); // B line, . fill
-        QTest::newRow("solid lines")
-            << true << QList<double>() << QList<double>() << QStringLiteral("TTTTTTTTTTTT")
-            << QStringLiteral("BBBBBBBBBBBB");
-        QTest::newRow("no top line")
-            << false << QList<double>() << QList<double>() << QStringLiteral("............")
-            << QStringLiteral("BBBBBBBBBBBB");
-        QTest::newRow("top dash shared")
-            << true << QList<double>{2, 2} << QList<double>() << QStringLiteral("TT..TT..TT..")
-            << QStringLiteral("BB..BB..BB..");
-        QTest::newRow("own bottom dash")
-            << true << QList<double>{2, 2} << QList<double>{3, 1} << QStringLiteral("TT..TT..TT..")
-            << QStringLiteral("BBB.BBB.BBB.");
-        QTest::newRow("odd dash repeats")
-            << true << QList<double>{3} << QList<double>() << QStringLiteral("TTT...TTT...")
-            << QStringLiteral("BBB...BBB...");
-    }
-
+    // At two pixels per point, the inner half of each 1-point edge line is exactly the
+    // outermost pixel row (the outer half is clipped away); at one pixel per point it covers
+    // half of the edge pixel. The bottom line dashes as the top one unless it has its own.
     void edgeLines()
     {
-        QFETCH(bool, topLine);
-        QFETCH(QList<double>, topDash);
-        QFETCH(QList<double>, bottomDash);
-        QFETCH(QString, topRow);
-        QFETCH(QString, bottomRow);
-        auto view = bareView(12, 6);
-        view->setStartGradientColor(white);
-        view->setFinishGradientColor(white);
-        view->setTopLineColor(topLine ? std::optional(green) : std::nullopt);
-        view->setBottomLineColor(black);
-        view->setTopLineDash(topDash.isEmpty() ? nullptr : topDash.constData(), topDash.size());
-        view->setBottomLineDash(bottomDash.isEmpty() ? nullptr : bottomDash.constData(),
-                                bottomDash.size());
-        // At two pixels per point, the inner half of each 1-point edge line is exactly the
-        // outermost pixel row; the outer half is clipped away.
-        const QImage image = draw(*view, 2.0);
-        const auto row = [&](int y, QColor line, QChar mark) {
-            QString out;
-            for (int x = 0; x < 12; ++x)
-                out += near(at(image, 2 * x + 1, y), line, 8)        ? mark
-                       : near(at(image, 2 * x + 1, y), Qt::white, 8) ? u'.'
-                                                                     : u'?';
-            return out;
-        };
-        QCOMPARE(row(0, Qt::green, u'T'), topRow);
-        QCOMPARE(row(11, Qt::black, u'B'), bottomRow);
-        QCOMPARE(row(1, Qt::green, u'T'), QStringLiteral("............"));
-        QCOMPARE(row(10, Qt::black, u'B'), QStringLiteral("............"));
-
-        // At one pixel per point the same half line covers half of the edge pixel.
-        if (topLine && topDash.isEmpty()) {
-            const QImage single = draw(*view, 1.0);
-            QV_COMPARE_COLOR(at(single, 6, 0), mix(Qt::white, Qt::green, 0.5), 3);
-            QV_COMPARE_COLOR(at(single, 6, 5), mix(Qt::white, Qt::black, 0.5), 3);
+        const QList<double> solid;
+        // top line drawn, top dash, bottom dash; per point along the top edge T line, . fill;
+        // along the bottom edge B line
+        for (auto [topLine, topDash, bottomDash, topRow, bottomRow] :
+             {std::tuple{true, solid, solid, "TTTTTTTTTTTT", "BBBBBBBBBBBB"},
+              {false, solid, solid, "............", "BBBBBBBBBBBB"},
+              {true, QList<double>{2, 2}, solid, "TT..TT..TT..", "BB..BB..BB.."},
+              {true, QList<double>{2, 2}, QList<double>{3, 1}, "TT..TT..TT..", "BBB.BBB.BBB."},
+              {true, QList<double>{3}, solid, "TTT...TTT...", "BBB...BBB..."}}) {
+            auto view = bareView(12, 6);
+            view->setStartGradientColor(white);
+            view->setFinishGradientColor(white);
+            view->setTopLineColor(topLine ? std::optional(green) : std::nullopt);
+            view->setBottomLineColor(black);
+            view->setTopLineDash(topDash.isEmpty() ? nullptr : topDash.constData(), topDash.size());
+            view->setBottomLineDash(bottomDash.isEmpty() ? nullptr : bottomDash.constData(),
+                                    bottomDash.size());
+            const QImage image = draw(*view, 2.0);
+            const auto row = [&](int y, QColor line, QChar mark) {
+                QString out;
+                for (int x = 0; x < 12; ++x)
+                    out += near(at(image, 2 * x + 1, y), line, 8)        ? mark
+                           : near(at(image, 2 * x + 1, y), Qt::white, 8) ? u'.'
+                                                                         : u'?';
+                return out;
+            };
+            QCOMPARE(row(0, Qt::green, u'T'), QLatin1String(topRow));
+            QCOMPARE(row(11, Qt::black, u'B'), QLatin1String(bottomRow));
+            QCOMPARE(row(1, Qt::green, u'T') + row(10, Qt::black, u'B'), QString(24, u'.'));
+            if (topLine && topDash.isEmpty()) {
+                const QImage single = draw(*view, 1.0);
+                QV_COMPARE_COLOR(at(single, 6, 0), mix(Qt::white, Qt::green, 0.5), 3);
+                QV_COMPARE_COLOR(at(single, 6, 5), mix(Qt::white, Qt::black, 0.5), 3);
+            }
         }
     }
 

@@ -22,6 +22,11 @@ using Quorvelle::Bundle;
 using namespace Qt::StringLiterals;
 using namespace QuorvelleExtension;
 
+// key, text, table focused, editing, bar (0 none, 1 same window, 2 another window), the
+// characters of the key, whether the table handles it
+using KeyRow = std::tuple<int, QString, bool, bool, int, QString, bool>;
+Q_DECLARE_METATYPE(KeyRow)
+
 namespace {
 struct CountingDelegate : VXNavigationBarDelegate
 {
@@ -109,17 +114,10 @@ private Q_SLOTS:
 
     void shouldHandleEvent_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("focused");
-        QTest::addColumn<bool>("editing");
-        QTest::addColumn<int>("bar"); // 0 none, 1 same window, 2 another window
-        QTest::addColumn<QString>("characters");
-        QTest::addColumn<bool>("expected");
+        QTest::addColumn<KeyRow>("row");
         const auto row = [](const char *name, int key, QString text, bool focused, bool editing,
                             int bar, QString characters, bool expected) {
-            QTest::newRow(name) << key << text << focused << editing << bar << characters
-                                << expected;
+            QTest::newRow(name) << KeyRow{key, text, focused, editing, bar, characters, expected};
         };
         const QString left(QChar(0xF702));
         row("left arrow", Qt::Key_Left, {}, true, false, 1, left, true);
@@ -137,13 +135,8 @@ private Q_SLOTS:
 
     void shouldHandleEvent()
     {
-        QFETCH(int, key);
-        QFETCH(QString, text);
-        QFETCH(bool, focused);
-        QFETCH(bool, editing);
-        QFETCH(int, bar);
-        QFETCH(QString, characters);
-        QFETCH(bool, expected);
+        QFETCH(KeyRow, row);
+        const auto [key, text, focused, editing, bar, characters, expected] = row;
 
         QWidget window, otherWindow;
         auto *layout = new QVBoxLayout(&window);
@@ -173,45 +166,29 @@ private Q_SLOTS:
         setApplicationDelegate(nullptr);
     }
 
-    void dividerPosition_data()
-    {
-        QTest::addColumn<int>("orientation");
-        QTest::addColumn<QList<int>>("sizes");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<double>("expected");
-        // Panes side by side: the right edge; stacked: the bottom edge. Handle width 4.
-        QTest::newRow("side by side, second collapsed")
-            << int(Qt::Horizontal) << QList<int>{50, 0, 142} << 1 << 50.0;
-        QTest::newRow("side by side, second open")
-            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 1 << 114.0;
-        QTest::newRow("stacked") << int(Qt::Vertical) << QList<int>{30, 40, 122} << 1 << 74.0;
-        QTest::newRow("all collapsed up to index")
-            << int(Qt::Horizontal) << QList<int>{0, 0, 192} << 1 << 0.0;
-        QTest::newRow("negative index")
-            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << -1 << 0.0;
-        QTest::newRow("index past the panes")
-            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 3 << 0.0;
-    }
-
+    // Side by side: the right edge of the last open pane up to the index; stacked: its
+    // bottom edge. Handles 4 wide.
     void dividerPosition()
     {
-        QFETCH(int, orientation);
-        QFETCH(QList<int>, sizes);
-        QFETCH(int, index);
-        QFETCH(double, expected);
-        QSplitter splitter{static_cast<Qt::Orientation>(orientation)};
-        splitter.setHandleWidth(4);
-        for (int i = 0; i < 3; ++i) {
-            auto *pane = new QWidget;
-            pane->setMinimumSize(0, 0);
-            splitter.addWidget(pane);
+        const auto h = Qt::Horizontal;
+        for (auto [orientation, sizes, index, expected] :
+             {std::tuple{h, QList<int>{50, 0, 142}, 1, 50.0},
+              {h, {50, 60, 82}, 1, 114.0},
+              {Qt::Vertical, {30, 40, 122}, 1, 74.0},
+              {h, {0, 0, 192}, 1, 0.0},
+              {h, {50, 60, 82}, -1, 0.0},
+              {h, {50, 60, 82}, 3, 0.0}}) {
+            QSplitter splitter{orientation};
+            splitter.setHandleWidth(4);
+            for (int i = 0; i < 3; ++i)
+                splitter.addWidget(new QWidget);
+            splitter.resize(200, 200);
+            splitter.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&splitter));
+            splitter.setSizes(sizes);
+            QCOMPARE(splitter.sizes(), sizes);
+            QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
         }
-        splitter.resize(200, 200);
-        splitter.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&splitter));
-        splitter.setSizes(sizes);
-        QCOMPARE(splitter.sizes(), sizes);
-        QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
     }
 
     void images()
