@@ -358,10 +358,6 @@ private Q_SLOTS:
                      : QuorvelleString::standartAttributedButtonTitle(u"Go"_s);
             QCOMPARE(fontAt(t, 0).pointSize(), small);
             QCOMPARE(QFontInfo(fontAt(t, 0).qfont()).bold(), bold);
-            const auto paragraph =
-                t.attributeAtIndex(VXParagraphStyleAttributeName, 0).value<VXParagraphStyle>();
-            QCOMPARE(paragraph.alignment, std::uint64_t(VXCenterTextAlignment));
-            QCOMPARE(paragraph.lineBreakMode, std::uint64_t(VXLineBreakByTruncatingTail));
         }
     }
 };

@@ -30,12 +30,26 @@ class TestFonts : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The hieroglyphic rule is fixed at its first use in a process: the program runs once
+    // more with QV_HIEROGLYPHIC set, for the hieroglyphic case alone.
     void initTestCase()
     {
-        // The hieroglyphic rule is fixed at its first use in a process; this one is not
-        // hieroglyphic (tst_fonthieroglyphic covers the other case).
-        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"en"_s});
-        QVERIFY(!VXPrefferedLanguage::isPreferredLanguageHieroglyphic());
+        const bool hieroglyphic = qEnvironmentVariableIsSet("QV_HIEROGLYPHIC");
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(
+            QStringList{hieroglyphic ? u"ja"_s : u"en"_s});
+        QCOMPARE(VXPrefferedLanguage::isPreferredLanguageHieroglyphic(), hieroglyphic);
+    }
+
+    // Medium is bold and thin is regular.
+    void hieroglyphic()
+    {
+        if (!VXPrefferedLanguage::isPreferredLanguageHieroglyphic())
+            QSKIP("runs in the hieroglyphic process");
+        VXFontDatabase::setAvailableFontsForTesting(allNeue);
+        QCOMPARE(QuorvelleFont::quorvelleMediumFontWithSize(13).fontName(),
+                 u"HelveticaNeue-Bold"_s);
+        QCOMPARE(QuorvelleFont::quorvelleThinFontWithSize(13).fontName(), u"HelveticaNeue"_s);
+        QCOMPARE(QuorvelleFont::quorvelleBoldFontWithSize(13).fontName(), u"HelveticaNeue-Bold"_s);
     }
 
     void cleanup()

@@ -91,28 +91,18 @@ private Q_SLOTS:
                 VXColor::colorWithCalibratedRed(0.2, 0.3, 0.4000001, 1));
     }
 
-    void newCGColor_data()
-    {
-        QTest::addColumn<VXColor>("color");
-        QTest::addColumn<QColor>("expected");
-        // Qt's own float conversion is the oracle; a grey must come out as a grey.
-        QTest::newRow("grey") << QuorvelleColor::quorvelleGrayColor()
-                              << QColor::fromRgbF(0.8f, 0.8f, 0.8f, 1.0f);
-        QTest::newRow("greyAlpha")
-            << QuorvelleColor::quorvelleDarkGrayColor() << QColor::fromRgbF(0, 0, 0, 0.7f);
-        QTest::newRow("rgb") << QuorvelleColor::quorvelleBlueColor()
-                             << QColor::fromRgbF(0.09019f, 0.47058f, 0.82745f, 1.0f);
-        QTest::newRow("outOfRange") << VXColor::colorWithCalibratedRed(1.5, -0.2, 0.5, 2.0)
-                                    << QColor::fromRgbF(1, 0, 0.5f, 1);
-    }
-
+    // Qt's own float conversion is the oracle; a grey must come out as a grey, components
+    // out of range are clamped.
     void newCGColor()
     {
-        QFETCH(VXColor, color);
-        QFETCH(QColor, expected);
-        const QColor converted = VXColorConvertion::newCGColor(color);
-        QVERIFY(converted.isValid());
-        QCOMPARE(converted.rgba64(), expected.rgba64());
+        using namespace QuorvelleColor;
+        for (auto [color, expected] :
+             {std::pair{quorvelleGrayColor(), QColor::fromRgbF(0.8f, 0.8f, 0.8f, 1.0f)},
+              {quorvelleDarkGrayColor(), QColor::fromRgbF(0, 0, 0, 0.7f)},
+              {quorvelleBlueColor(), QColor::fromRgbF(0.09019f, 0.47058f, 0.82745f, 1.0f)},
+              {VXColor::colorWithCalibratedRed(1.5, -0.2, 0.5, 2.0),
+               QColor::fromRgbF(1, 0, 0.5f, 1)}})
+            QCOMPARE(VXColorConvertion::newCGColor(color).rgba64(), expected.rgba64());
     }
 
     void alternatingRowsAfterStartUpExchange()
