@@ -13,6 +13,7 @@
 
 #include <QAccessible>
 #include <QSignalSpy>
+#include <QStyle>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -341,7 +342,7 @@ private Q_SLOTS:
         QWidget window;
         auto *button = new Button(&window);
         button->setButtonType(type);
-        button->setText(QStringLiteral("&Go && stop"));
+        button->setText(QStringLiteral("G&o && stop"));
         // A sibling of the same kind: a radio button is exclusive only within a group.
         (new Button(&window))->setButtonType(type);
         window.show();
@@ -350,7 +351,17 @@ private Q_SLOTS:
         QCOMPARE(button->sizeHint(),
                  button->cell()->cellSizeForBounds({0, 0, 10000, 10000}).toSize());
         QCOMPARE(button->cell()->title(), QStringLiteral("Go & stop"));
-        QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_G));
+        QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_O));
+        // The mnemonic underlined where the style underlines mnemonics, as on Qt's buttons.
+        PixelProbe::grab(button);
+        const VXAttributedString shown = button->cell()->attributedTitle();
+        QString underline;
+        for (std::uint64_t i = 0; i < shown.length(); ++i)
+            underline +=
+                shown.attributesAtIndex(i).contains(VXUnderlineStyleAttributeName) ? u'x' : u'-';
+        const bool underlines =
+            button->style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, button);
+        QCOMPARE(underline, QLatin1String(underlines ? "-x-------" : "---------"));
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
         QCOMPARE(int(accessible->role()), role);
         QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Go & stop"));
@@ -360,6 +371,8 @@ private Q_SLOTS:
         QTRY_COMPARE(clicks.size(), 2);
         QCOMPARE(button->state() == C::OnState, checkedAfterKeys);
         QCOMPARE(accessible->state().checked, checkedAfterKeys);
+        button->setEnabled(false);
+        QVERIFY(!button->cell()->isEnabled());
     }
 
     // Caps at 0-6 and 94-100 (the right one scaled to the left's width), the centre between;
