@@ -235,6 +235,11 @@ private Q_SLOTS:
         // a fragment's own family wins.
         QCOMPARE(fontAt(*s, 0).familyName(), VXFont::systemFontOfSize(12).familyName());
         QCOMPARE(fontAt(*s, 14).fontName(), u"Helvetica"_s);
+        const auto centred = attributedStringWithHTMLString(u"<p align=\"center\">c</p>"_s);
+        QCOMPARE(centred->attributeAtIndex(VXParagraphStyleAttributeName, 0)
+                     .value<VXParagraphStyle>()
+                     .alignment,
+                 std::uint64_t(VXCenterTextAlignment));
     }
 
     // Later keys see the output of earlier ones, not the other way round.
@@ -276,6 +281,8 @@ private Q_SLOTS:
                  metrics.lineSpacing());
         QCOMPARE(VXGeometry::widthForHeight(two, 0), std::max(metrics.horizontalAdvance(u"one"_s),
                                                               metrics.horizontalAdvance(u"two"_s)));
+        // Without line fragments the origin is the baseline: the box starts the ascent above.
+        QCOMPARE(s.boundingRectWithSize({0, 0}, 0), QRectF(QPointF(0, -metrics.ascent()), oneLine));
         QCOMPARE(VXGeometry::sizeForWidth(std::nullopt, 100), QSizeF(0, 0));
         QCOMPARE(VXGeometry::sizeForHeight(std::nullopt, 100), QSizeF(0, 0));
     }
