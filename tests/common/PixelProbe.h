@@ -4,6 +4,7 @@
 // drawing rules fix. Header only: the harness library itself stays free of widgets.
 
 #include <QImage>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QTest>
 #include <QWidget>
@@ -45,6 +46,21 @@ inline bool near(const QColor &a, const QColor &b, int tolerance = 3)
     return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
            qAbs(a.blue() - b.blue()) <= tolerance && qAbs(a.alpha() - b.alpha()) <= tolerance;
 }
+
+// Counts the paint events of the widgets it filters and collects their regions.
+struct PaintSpy : QObject
+{
+    int paints = 0;
+    QRegion painted;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            ++paints;
+            painted += static_cast<QPaintEvent *>(event)->region();
+        }
+        return false;
+    }
+};
 
 } // namespace PixelProbe
 

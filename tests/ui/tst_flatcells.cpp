@@ -12,7 +12,6 @@
 #include "VXQuorvelleColor.h"
 #include "VXTrackingButton.h"
 
-#include <QPaintEvent>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -30,19 +29,6 @@ QColor q(const VXColor &color)
 {
     return VXColorConvertion::newCGColor(color);
 }
-
-// Remembers the region of every paint event of a widget.
-class PaintRecorder : public QObject
-{
-public:
-    QRegion painted;
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            painted += static_cast<QPaintEvent *>(event)->region();
-        return false;
-    }
-};
 
 QImage drawCell(ButtonCell &cell, QSize size, QRectF frame = {})
 {
@@ -264,7 +250,7 @@ private Q_SLOTS:
             QTest::mouseClick(matrix->cellAtRow(1, 0), Qt::LeftButton);
             QCOMPARE(matrix->selectedCell(), matrix->cellAtRow(1, 0));
             QTest::qWait(50);
-            PaintRecorder recorder;
+            PixelProbe::PaintSpy recorder;
             matrix->installEventFilter(&recorder);
             matrix->drawCellAtRow(2, 0);
             QTRY_VERIFY(!recorder.painted.isEmpty());

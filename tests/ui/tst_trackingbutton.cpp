@@ -1,5 +1,6 @@
 // Hover of the tracking button: validated by a hit test of the real pointer position on
 // enter, leave, window activation and moving into a window.
+#include "PixelProbe.h"
 #include "VXTrackingButton.h"
 
 #include <QApplication>
@@ -8,16 +9,6 @@
 #include <QTest>
 
 namespace {
-
-struct PaintCounter : QObject
-{
-    int paints = 0;
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        paints += event->type() == QEvent::Paint;
-        return false;
-    }
-};
 
 void enter(QWidget *widget)
 {
@@ -40,7 +31,7 @@ class tst_TrackingButton : public QObject
 
     std::unique_ptr<QWidget> _window;
     VXTrackingButton *_button = nullptr;
-    PaintCounter _counter;
+    PixelProbe::PaintSpy _counter;
 
     void activate(QWidget *window)
     {
