@@ -11,6 +11,8 @@
 #include <Quorvelle/Widgets/VXGradientView.h>
 #include <Quorvelle/Widgets/VXQuorvelleColor.h>
 
+#include "tsfile.h"
+
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -18,7 +20,6 @@
 #include <QJsonDocument>
 #include <QPainter>
 #include <QSysInfo>
-#include <QXmlStreamReader>
 
 #include <cstdio>
 
@@ -34,25 +35,6 @@ void check(bool ok, const char *what, const QString &detail = QString())
         ++failures;
 }
 
-// The translation of one source text in a Qt Linguist file.
-QString translationIn(const QString &tsFile, const QString &source)
-{
-    QFile file(tsFile);
-    if (!file.open(QIODevice::ReadOnly))
-        return QString();
-    QXmlStreamReader xml(&file);
-    QString current;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (xml.name() == QLatin1String("source"))
-            current = xml.readElementText();
-        else if (xml.name() == QLatin1String("translation") && current == source)
-            return xml.readElementText();
-    }
-    return QString();
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -66,33 +48,30 @@ int main(int argc, char *argv[])
     const QString version = QString::fromLocal8Bit(argv[2]);
 
     // JSON, read and written by the kit, compared with Qt's own reader.
-    const QByteArray text = R"({"name":"Quorvelle","sizes":[1,2.5,-3],"nested":{"ok":true}})";
-    const auto dictionary = JSON::dictionaryWithJSONString(QString::fromUtf8(text));
-    check(dictionary.has_value(), "JSON reads an object");
-    if (dictionary) {
-        const QByteArray written = JSON::JSONUtf8(*dictionary);
-        QJsonDocument ours = QJsonDocument::fromJson(written);
-        QJsonDocument expected =
-            QJsonDocument::fromJson(R"({"name":"Quorvelle","sizes":[1,2.5,-3],"nested":{"ok":1}})");
-        check(ours == expected, "JSON writes it back", QString::fromUtf8(written));
-    }
+    const auto dictionary = JSON::dictionaryWithJSONString(
+        QStringLiteral(R"({"name":"Quorvelle","sizes":[1,2.5,-3],"nested":{"ok":true}})"));
+    const QByteArray written = dictionary ? JSON::JSONUtf8(*dictionary) : QByteArray();
+    check(
+        QJsonDocument::fromJson(written) ==
+            QJsonDocument::fromJson(R"({"name":"Quorvelle","sizes":[1,2.5,-3],"nested":{"ok":1}})"),
+        "JSON read and written back", QString::fromUtf8(written));
 
     // The kit's own classes belong to the kit's bundle, with its identity.
     Quorvelle::Bundle *kit = Quorvelle::Bundle::bundleForClass(&VXGradientView::staticMetaObject);
     check(kit && kit->bundlePath() == kitData, "kit bundle", kit ? kit->bundlePath() : QString());
-    if (kit) {
-        const auto kitVersion =
-            kit->objectForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString"));
-        check(kitVersion && kitVersion->toString() == version, "kit bundle version");
-    }
+    const auto kitVersion =
+        kit ? kit->objectForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString"))
+            : std::nullopt;
+    check(kitVersion && kitVersion->toString() == version, "kit bundle version");
     // The program's own texts come from its own bundle.
     check(VXLocalizedString(QStringLiteral("About this computer")) ==
               QStringLiteral("\u00dcber diesen Computer"),
           "application's own translation");
     // It ships no unit strings: the kit's own are used, in the language it chose.
-    const QString week = translationIn(QString::fromLocal8Bit(argv[3]), QStringLiteral("1 week"));
-    check(!week.isEmpty() && QuorvelleString::stringWithNumberOfDays(7) == week,
-          "unit strings from the kit bundle", QuorvelleString::stringWithNumberOfDays(7));
+    const QString week =
+        TsFile::translation(QString::fromLocal8Bit(argv[3]), QStringLiteral("1 week"));
+    check(QuorvelleString::stringWithNumberOfDays(7) == week, "unit strings from the kit bundle",
+          QuorvelleString::stringWithNumberOfDays(7));
 
     // System information answers from the running system.
     check(VXSystemInformation::operatingSystemString().compare(QSysInfo::kernelType(),
