@@ -192,64 +192,55 @@ private Q_SLOTS:
         QTEST(quint64(hddSize()), "size");
     }
 
-    void processorClock_data()
+    // The clock, and the processors the machine can bring up (as ranges; anything malformed
+    // is unknown).
+    void processors_data()
     {
         QTest::addColumn<Files>("files");
         QTest::addColumn<qint64>("hz");
-        const QString cpufreq = u"/sys/devices/system/cpu/cpu0/cpufreq/"_s;
-        const QString cpuinfo = u"/proc/cpuinfo"_s;
-        QTest::newRow("2.6 GHz, P-state driver: nominal, not turbo")
+        QTest::addColumn<uint>("count");
+        const QString cpu = u"/sys/devices/system/cpu/"_s, cpufreq = cpu + u"cpu0/cpufreq/"_s;
+        const QString cpuinfo = u"/proc/cpuinfo"_s, possible = cpu + u"possible"_s;
+        QTest::newRow("2.6 GHz, P-state driver: nominal, not turbo; ranges and a single one")
             << Files{{cpufreq + u"base_frequency"_s, "2600000\n"},
-                     {cpufreq + u"cpuinfo_max_freq"_s, "4400000\n"}}
-            << 2600000000ll;
-        QTest::newRow("4.7 GHz, highest state")
-            << Files{{cpufreq + u"cpuinfo_max_freq"_s, "4700000\n"}} << 4700000000ll;
-        QTest::newRow("ACPI driver's turbo state 1 MHz above nominal")
+                     {cpufreq + u"cpuinfo_max_freq"_s, "4400000\n"},
+                     {possible, "0-3,6\n"}}
+            << 2600000000ll << 5u;
+        QTest::newRow("4.7 GHz, highest state; only one")
+            << Files{{cpufreq + u"cpuinfo_max_freq"_s, "4700000\n"}, {possible, "0\n"}}
+            << 4700000000ll << 1u;
+        QTest::newRow("ACPI driver's turbo state 1 MHz above nominal; backwards range")
             << Files{{cpufreq + u"scaling_available_frequencies"_s,
                       "2661000 2660000 2000000 1600000 \n"},
-                     {cpufreq + u"cpuinfo_max_freq"_s, "2661000\n"}}
-            << 2660000000ll;
-        QTest::newRow("collaborative performance control")
-            << Files{{u"/sys/devices/system/cpu/cpu0/acpi_cppc/nominal_freq"_s, "3700\n"},
-                     {cpufreq + u"cpuinfo_max_freq"_s, "4850000\n"}}
-            << 3700000000ll;
+                     {cpufreq + u"cpuinfo_max_freq"_s, "2661000\n"},
+                     {possible, "3-1\n"}}
+            << 2660000000ll << 0u;
+        QTest::newRow("collaborative performance control; three ends")
+            << Files{{cpu + u"cpu0/acpi_cppc/nominal_freq"_s, "3700\n"},
+                     {cpufreq + u"cpuinfo_max_freq"_s, "4850000\n"},
+                     {possible, "0-1-2\n"}}
+            << 3700000000ll << 0u;
         QTest::newRow("virtual machine: the brand's clock")
             << Files{{cpuinfo, "processor\t: 0\nmodel name\t: Intel(R) Core(TM) i7 CPU 920 @ "
                                "2.67GHz\ncpu MHz\t\t: 2593.906\n"}}
-            << 2670000000ll;
+            << 2670000000ll << 0u;
         // Whole MHz are cut, not rounded: 2399.999 MHz is 2399.
         QTest::newRow("virtual machine: the first processor's clock")
             << Files{{cpuinfo, "processor\t: 0\nmodel name\t: AMD EPYC\ncpu MHz\t\t: 2399.999\n"
                                "processor\t: 1\ncpu MHz\t\t: 3100.000\n"}}
-            << 2399999000ll;
+            << 2399999000ll << 0u;
         QTest::newRow("PowerPC") << Files{{cpuinfo, "processor\t: 0\ncpu\t\t: 7447A, altivec "
                                                     "supported\nclock\t\t: 1250.000000MHz\n"}}
-                                 << 1250000000ll;
-        QTest::newRow("nothing known") << Files{{cpuinfo, "processor\t: 0\n"}} << 0ll;
+                                 << 1250000000ll << 0u;
+        QTest::newRow("nothing known") << Files{{cpuinfo, "processor\t: 0\n"}} << 0ll << 0u;
     }
-    void processorClock()
+    void processors()
     {
         QFETCH(Files, files);
         QFETCH(qint64, hz);
         FakeMachine machine(files);
         QCOMPARE(processorClockSpeed(), hz);
         QCOMPARE(processorClockSpeedInMHz(), hz / 1000000);
-    }
-
-    // The processors the machine can bring up, as ranges; anything malformed is unknown.
-    void processorCount_data()
-    {
-        QTest::addColumn<QByteArray>("possible");
-        QTest::addColumn<uint>("count");
-        QTest::newRow("ranges and a single one") << QByteArray("0-3,6\n") << 5u;
-        QTest::newRow("only one") << QByteArray("0\n") << 1u;
-        QTest::newRow("backwards range") << QByteArray("3-1\n") << 0u;
-        QTest::newRow("three ends") << QByteArray("0-1-2\n") << 0u;
-    }
-    void processorCount()
-    {
-        QFETCH(QByteArray, possible);
-        FakeMachine machine({{u"/sys/devices/system/cpu/possible"_s, possible}});
         QTEST(uint(countProcessors()), "count");
     }
 
