@@ -78,6 +78,9 @@ private Q_SLOTS:
         QVERIFY(countProcessors() >= sysconf(_SC_NPROCESSORS_ONLN));
         QVERIFY(!humanMachineType().isEmpty() && !computerName().isEmpty());
         QVERIFY(!arrayWithSystemProfileOfLevel(QString())); // the lister's text is no list
+        // The drawing code's release tests: every Qt 6 desktop postdates those releases.
+        QVERIFY(isSnowLeopardOrGreater() && isLionOrGreater() && isMountainLionOrGreater() &&
+                isMavericksOrGreater());
         for (const QString &path : allApplicationsPaths() + allPreferencePanesPaths())
             QVERIFY2(QFileInfo::exists(path), qPrintable(path));
     }
@@ -295,6 +298,11 @@ private Q_SLOTS:
             << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
                      {dt + u"serial-number"_s, QByteArray("G8435\0\0\0", 8)}}
             << QString::fromUtf8("PowerMac7,3\0", 12) << u"PowerMac7,3"_s << u"G8435"_s
+            << quint64(VXModelIdentifierTypeUnknown);
+        QTest::newRow("device tree, empty serial")
+            << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
+                     {dt + u"serial-number"_s, QByteArray("\0", 1)}}
+            << QString::fromUtf8("PowerMac7,3\0", 12) << u"PowerMac7,3"_s << QString()
             << quint64(VXModelIdentifierTypeUnknown);
         QTest::newRow("DMI") << Files{{dmi + u"product_name"_s, "MacBookAir4,2\n"},
                                       {dmi + u"product_serial"_s, "C02F1234\n"}}
