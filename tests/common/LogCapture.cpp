@@ -1,24 +1,19 @@
 #include "LogCapture.h"
 
 #include <QMutex>
-#include <QMutexLocker>
 
 #include <cstring>
 
 namespace {
 QMutex mutex;
-QStringList captured;
+QStringList captured; // guarded by mutex
 QtMessageHandler previous = nullptr;
-bool active = false;
 
 void handler(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (context.category && std::strcmp(context.category, "quorvelle") == 0) {
-        QMutexLocker locker(&mutex);
-        if (active) {
-            captured.append(message);
-            return;
-        }
+        const QMutexLocker locker(&mutex);
+        return captured.append(message);
     }
     if (previous)
         previous(type, context, message);
@@ -27,28 +22,26 @@ void handler(QtMsgType type, const QMessageLogContext &context, const QString &m
 
 LogCapture::LogCapture()
 {
-    QMutexLocker locker(&mutex);
-    captured.clear();
-    active = true;
-    previous = qInstallMessageHandler(handler);
+    clear();
+    // A capture made while another lives must not take the handler as the one to pass to.
+    if (const QtMessageHandler old = qInstallMessageHandler(handler); old != handler)
+        previous = old;
 }
 
 LogCapture::~LogCapture()
 {
     qInstallMessageHandler(previous);
-    QMutexLocker locker(&mutex);
-    active = false;
-    captured.clear();
+    clear();
 }
 
 QStringList LogCapture::lines() const
 {
-    QMutexLocker locker(&mutex);
+    const QMutexLocker locker(&mutex);
     return captured;
 }
 
 void LogCapture::clear()
 {
-    QMutexLocker locker(&mutex);
+    const QMutexLocker locker(&mutex);
     captured.clear();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QStringList>
-#include <QtGlobal>
 
 // Captures the program's log lines (the "quorvelle" category) for the lifetime of the
 // object; other messages go on to the previous handler. Not thread-safe to construct,
@@ -15,6 +14,5 @@ public:
     LogCapture &operator=(const LogCapture &) = delete;
 
     QStringList lines() const;
-    int count(const QString &line) const { return int(lines().count(line)); }
     void clear();
 };

@@ -1,17 +1,20 @@
 #include "Bundle.h"
 #include "VXPrefferedLanguage.h"
+#include "VXSearchPath.h"
 #include "VXThreadSafeBundleProxy.h"
 #include "VXThreadSafety.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 using Quorvelle::Bundle;
 
@@ -47,6 +50,25 @@ private Q_SLOTS:
                   "Formats=a, b\n[Group]\nNested=1\n");
         QFile outside(m_dir.filePath(u"Outside.txt"_s));
         QVERIFY(outside.open(QIODevice::WriteOnly));
+    }
+
+    // The hieroglyphic flag is fixed at its first computation in the process, so this runs
+    // before anything else asks for it. Concurrent first calls all see the one value, and a
+    // later change of language is seen by the localisation only.
+    void hieroglyphicFixedAtFirstCall()
+    {
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"zh-CN"_s, u"en"_s});
+        std::atomic<int> yes{0};
+        std::vector<std::thread> pool;
+        for (int i = 0; i < 4; ++i)
+            pool.emplace_back(
+                [&] { yes += VXPrefferedLanguage::isPreferredLanguageHieroglyphic(); });
+        for (std::thread &t : pool)
+            t.join();
+        QCOMPARE(yes.load(), 4);
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"English"_s});
+        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
+        QVERIFY(VXPrefferedLanguage::isPreferredLanguageHieroglyphic());
     }
 
     void cleanup()
@@ -154,13 +176,8 @@ private Q_SLOTS:
         QCOMPARE(fixture->localizations(), QStringList({u"de"_s, u"en"_s, u"zh_CN"_s}));
 
         // A class in a shared library belongs to the library's folder.
-        VXThreadSafeBundleProxy *qtCore =
-            VXThreadSafety::threadSafeBundleForClass(&QObject::staticMetaObject);
-        QCOMPARE(
-            qtCore->bundlePath(),
-            QFileInfo(QFileInfo(VXThreadSafety::lockIdentifierForClass(&QObject::staticMetaObject))
-                          .absolutePath())
-                .canonicalFilePath());
+        QCOMPARE(VXThreadSafety::threadSafeBundleForClass(&QObject::staticMetaObject)->bundlePath(),
+                 QFileInfo(QLibraryInfo::path(QLibraryInfo::LibrariesPath)).canonicalFilePath());
         QVERIFY(VXThreadSafety::lockMap().isEmpty());
     }
 
@@ -188,19 +205,49 @@ private Q_SLOTS:
                  relative.isEmpty() ? QString() : root + QLatin1Char('/') + relative);
     }
 
+    // The standard folders of a kind, "|"-separated; "H" is the home folder.
+    void searchPath_data()
+    {
+        QTest::addColumn<int>("directory");
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<bool>("expandTilde");
+        QTest::addColumn<QString>("expected");
+        const int all = NSAllDomainsMask, local = NSLocalDomainMask, system = NSSystemDomainMask;
+        QTest::newRow("tilde kept")
+            << int(NSLibraryDirectory) << int(NSUserDomainMask) << false << u"~/Library"_s;
+        QTest::newRow("applications everywhere")
+            << int(NSApplicationDirectory) << all << true
+            << u"H/Applications|/Applications|/Network/Applications|/System/Applications"_s;
+        QTest::newRow("no system caches")
+            << int(NSCachesDirectory) << (local | system) << true << u"/Library/Caches"_s;
+        QTest::newRow("support") << int(NSApplicationSupportDirectory) << all << false
+                                 << u"~/Library/Application Support|/Library/Application Support|"
+                                    u"/Network/Library/Application Support"_s;
+        QTest::newRow("system panes") << int(NSPreferencePanesDirectory) << system << true
+                                      << u"/System/Library/PreferencePanes"_s;
+        QTest::newRow("unknown kind") << 999 << all << true << QString();
+    }
+    void searchPath()
+    {
+        QFETCH(int, directory);
+        QFETCH(int, mask);
+        QFETCH(bool, expandTilde);
+        QFETCH(QString, expected);
+        QCOMPARE(NSSearchPathForDirectoriesInDomains(directory, mask, expandTilde).join(u'|'),
+                 expected.replace(u"H/"_s, QDir::homePath() + u'/'));
+    }
+
     void preferredLocalizations_data()
     {
         QTest::addColumn<QStringList>("languages");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("English first")
-            << QStringList{u"en-US"_s, u"de"_s} << QStringList{u"en"_s, u"de"_s};
-        QTest::newRow("skips unavailable")
-            << QStringList{u"fr"_s, u"de_AT"_s} << QStringList{u"de"_s, u"en"_s};
-        QTest::newRow("script and territory")
-            << QStringList{u"zh-Hans-CN"_s} << QStringList{u"zh_CN"_s, u"en"_s};
-        QTest::newRow("other territory")
-            << QStringList{u"zh-TW"_s, u"zh-Hant-TW"_s} << QStringList{u"en"_s};
-        QTest::newRow("none") << QStringList{} << QStringList{u"en"_s};
+        // "languages>localizations": English first, unavailable ones skipped, script and
+        // territory, another territory, encoding and modifier, none.
+        for (const char *row : {"en-US,de>en,de", "fr,de_AT>de,en", "zh-Hans-CN>zh_CN,en",
+                                "zh-TW,zh-Hant-TW>en", "zh_CN.UTF-8@pinyin>zh_CN,en", ">en"}) {
+            const QStringList sides = QString::fromLatin1(row).split(u'>');
+            QTest::newRow(row) << sides[0].split(u',', Qt::SkipEmptyParts) << sides[1].split(u',');
+        }
     }
     void preferredLocalizations()
     {

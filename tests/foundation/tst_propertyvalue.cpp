@@ -1,0 +1,477 @@
+#include "JSON.h"
+#include "PropertyValue.h"
+#include "VXIndexPath.h"
+#include "VXItemTree.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QRandomGenerator>
+#include <QTest>
+
+using Quorvelle::PropertyArray;
+using Quorvelle::PropertyDictionary;
+using Dict = PropertyValue::Dictionary;
+using Array = PropertyValue::Array;
+using namespace Qt::StringLiterals;
+
+// The dictionary is checked against a model made of Qt's own containers: a QMap for what
+// each key holds and a list for the order in which keys were first inserted.
+namespace {
+
+struct Model
+{
+    QMap<QString, PropertyValue> values;
+    QStringList order;
+
+    void insert(const QString &key, const PropertyValue &value)
+    {
+        if (!values.contains(key))
+            order.append(key);
+        values.insert(key, value);
+    }
+    void remove(const QString &key)
+    {
+        values.remove(key);
+        order.removeOne(key);
+    }
+};
+
+void verifySame(const PropertyDictionary &dictionary, const Model &model)
+{
+    QCOMPARE(dictionary.size(), model.values.size());
+    QCOMPARE(dictionary.keys(), model.order);
+    qsizetype position = 0;
+    for (auto it = dictionary.cbegin(); it != dictionary.cend(); ++it, ++position) {
+        QCOMPARE(it.key(), model.order.at(position));
+        QCOMPARE(it.value(), model.values.value(it.key()));
+    }
+    for (auto it = model.values.cbegin(); it != model.values.cend(); ++it) {
+        QVERIFY(dictionary.contains(it.key()));
+        QCOMPARE(dictionary.value(it.key()), it.value());
+        QCOMPARE(*dictionary.constFind(it.key()), it.value());
+    }
+}
+
+// Qt's own reading of a text, as a tree of containers built one by one (none shared).
+PropertyValue fromQt(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        PropertyArray array;
+        for (const QJsonValue &element : value.toArray())
+            array.append(fromQt(element));
+        return array;
+    }
+    if (value.isObject()) {
+        PropertyDictionary dictionary;
+        const QJsonObject object = value.toObject();
+        for (auto it = object.begin(); it != object.end(); ++it)
+            dictionary.insert(it.key(), fromQt(it.value()));
+        return dictionary;
+    }
+    return value.isString()   ? PropertyValue(value.toString())
+           : value.isDouble() ? PropertyValue(value.toDouble())
+                              : PropertyValue::null();
+}
+
+// The same changes at every level of a subtree: on containers a parse shares, they must end
+// as on containers built one by one.
+void grow(PropertyValue &value, int mark)
+{
+    if (PropertyArray *array = value.arrayPtr()) {
+        for (qsizetype i = 0; i < array->size(); ++i)
+            grow((*array)[i], mark);
+        if (!array->isEmpty())
+            array->removeAt(0);
+        array->insert(array->size() / 2, mark);
+        array->append(mark);
+    } else if (PropertyDictionary *dictionary = value.dictionaryPtr()) {
+        for (auto it = dictionary->begin(); it != dictionary->end(); ++it)
+            grow(*it, mark);
+        dictionary->remove(u"id"_qs);
+        dictionary->insert(u"added"_qs, mark);
+    }
+}
+
+// Item trees: leaves carry "checked" (and a size and a name), groups carry "items".
+PropertyValue leaf(qint64 checked, std::optional<quint64> size = std::nullopt,
+                   const QString &name = {})
+{
+    Dict d{{u"checked"_s, PropertyValue(checked)}};
+    if (size)
+        d.insert(u"size"_s, PropertyValue(*size));
+    if (!name.isEmpty())
+        d.insert(u"name"_s, PropertyValue(name));
+    return PropertyValue(d);
+}
+
+PropertyValue group(const Array &children, const QString &name = {})
+{
+    Dict d{{u"items"_s, PropertyValue(children)}};
+    if (!name.isEmpty())
+        d.insert(u"name"_s, PropertyValue(name));
+    return PropertyValue(d);
+}
+
+// Both "checked" and "items": a leaf whose children are never visited.
+PropertyValue leafWithItems(qint64 checked, const Array &children)
+{
+    return PropertyValue(Dict{{u"checked"_s, PropertyValue(checked)},
+                              {u"size"_s, PropertyValue(quint64(7))},
+                              {u"items"_s, PropertyValue(children)}});
+}
+
+QStringList names(const Array &items)
+{
+    QStringList result;
+    for (const PropertyValue &item : items)
+        result << item.value(u"name"_s).value_or(PropertyValue()).toString();
+    return result;
+}
+} // namespace
+
+class TestPropertyValue : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Random inserts, replacements, removals and copies, in dictionaries that stay small
+    // (searched in order) and ones that grow past the index threshold and shrink again.
+    void againstModel_data()
+    {
+        QTest::addColumn<int>("keyRange");
+        QTest::addColumn<int>("steps");
+        QTest::newRow("small") << 8 << 400;
+        QTest::newRow("around the index threshold") << 12 << 1000;
+        QTest::newRow("large") << 3000 << 20000;
+    }
+
+    void againstModel()
+    {
+        QFETCH(int, keyRange);
+        QFETCH(int, steps);
+        QRandomGenerator random{quint32(keyRange)};
+        PropertyDictionary dictionary;
+        Model model;
+        // Copies taken along the way must keep what they held then.
+        QList<std::pair<PropertyDictionary, Model>> snapshots;
+        for (int step = 0; step < steps; ++step) {
+            const QString key = QStringLiteral("key %1").arg(random.bounded(keyRange));
+            switch (random.bounded(10)) {
+            case 0:
+            case 1:
+                QCOMPARE(dictionary.remove(key), model.values.contains(key) ? 1 : 0);
+                model.remove(key);
+                break;
+            case 2:
+                dictionary[key] = PropertyValue(step);
+                model.insert(key, PropertyValue(step));
+                break;
+            case 3:
+                if (random.bounded(20) == 0)
+                    snapshots.append({dictionary, model});
+                break;
+            default:
+                dictionary.insert(key, random.bounded(2) ? PropertyValue(step)
+                                                         : PropertyValue(QString::number(step)));
+                model.insert(key, dictionary.value(key));
+                break;
+            }
+        }
+        verifySame(dictionary, model);
+        for (const auto &[copy, copyModel] : std::as_const(snapshots))
+            verifySame(copy, copyModel);
+
+        // removeIf keeps the others in order.
+        const auto odd = [](const QString &key, const PropertyValue &) {
+            return key.back().digitValue() % 2 == 1;
+        };
+        PropertyDictionary filtered = dictionary;
+        filtered.removeIf(odd);
+        const QStringList keys = model.order;
+        for (const QString &key : keys) {
+            if (odd(key, PropertyValue()))
+                model.remove(key);
+        }
+        verifySame(filtered, model);
+    }
+
+    // Pieces of a parse share its blocks: a piece kept, copied and changed while the tree
+    // lives and after it is gone must end as built containers do, and leave the rest as read.
+    void piecesOfAParse_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("path");
+        QByteArray records = "{\"records\":[";
+        for (int n = 0; n < 3000; ++n)
+            records += (n ? ",{\"id\":" : "{\"id\":") + QByteArray::number(n) +
+                       R"(,"name":"r\u00e9cord","tags":["a",[1,{"n":[2]}]],"inner":{"d":{}}})";
+        records += "],\"tail\":\"end\"}";
+        QTest::newRow("whole") << records << QString();
+        QTest::newRow("one record") << records << u"records/1234"_qs;
+        QTest::newRow("array of the last block") << records << u"records/2999/tags"_qs;
+        QTest::newRow("array of records") << records << u"records"_qs;
+        // A later duplicate replaces a container inside the parse's block.
+        const QByteArray duplicates =
+            R"({"a":{"b":[1,{"c":2}]},"a":{"d":[3]},"z":[{"y":[4],"y":{"x":5}},{"w":{},"w":[]}]})";
+        QTest::newRow("duplicates") << duplicates << QString();
+        QTest::newRow("duplicates, kept member") << duplicates << u"z/0"_qs;
+    }
+
+    void piecesOfAParse()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, path);
+        const auto at = [&path](PropertyValue value) {
+            for (const QString &step : path.split(u'/', Qt::SkipEmptyParts))
+                value = value.isArray() ? value.toArray().at(step.toInt()) : *value.value(step);
+            return value;
+        };
+        const PropertyValue whole = fromQt(QJsonDocument::fromJson(text).object());
+        const PropertyValue expected = at(whole);
+        PropertyValue kept, copy;
+        {
+            const auto tree = JSON::dictionaryWithJSONString(text);
+            QVERIFY(tree);
+            QCOMPARE(PropertyValue(*tree), whole);
+            kept = at(*tree);
+            copy = kept;
+            grow(kept, 1);
+            QCOMPARE(PropertyValue(*tree), whole);
+        }
+        grow(kept, 2);
+        QCOMPARE(copy, expected);
+        PropertyValue grown = expected;
+        grow(grown, 1);
+        grow(grown, 2);
+        QCOMPARE(kept, grown);
+    }
+
+    // Numbers of different kinds compare by value, exactly also past 2^53; other values
+    // read as false and zero.
+    void values_data()
+    {
+        QTest::addColumn<PropertyValue>("a");
+        QTest::addColumn<PropertyValue>("b");
+        QTest::addColumn<bool>("equal");
+        QTest::addColumn<bool>("truth");            // of a
+        QTest::addColumn<quint64>("unsignedValue"); // of a
+        const qint64 big = qint64(1) << 53;
+        QTest::newRow("2^53, 2^53 + 1")
+            << PropertyValue(big) << PropertyValue(big + 1) << false << true << quint64(big);
+        QTest::newRow("unsigned 5, 5.0")
+            << PropertyValue(quint64(5)) << PropertyValue(5.0) << true << true << quint64(5);
+        QTest::newRow("0.5, 0") << PropertyValue(0.5) << PropertyValue(qint64(0)) << false << true
+                                << quint64(0);
+        QTest::newRow("0, 0.5") << PropertyValue(qint64(0)) << PropertyValue(0.5) << false << false
+                                << quint64(0);
+        QTest::newRow("unsigned 2^63, -1")
+            << PropertyValue(quint64(1) << 63) << PropertyValue(qint64(-1)) << false << true
+            << (quint64(1) << 63);
+        // Dictionaries compare as values, whatever the order of their members.
+        const PropertyDictionary xy{{u"x"_qs, 1}, {u"y"_qs, u"two"}};
+        const PropertyValue yx = PropertyDictionary{{u"y"_qs, u"two"}, {u"x"_qs, 1}};
+        const auto dictionaryRow = [&](const char *name, const PropertyValue &b, bool equal) {
+            QTest::newRow(name) << PropertyValue(xy) << b << equal << false << quint64(0);
+        };
+        dictionaryRow("other order", yx, true);
+        dictionaryRow("member missing", PropertyDictionary{{u"x"_qs, 1}}, false);
+        dictionaryRow("member differs", PropertyDictionary{{u"x"_qs, 1}, {u"y"_qs, u"three"}},
+                      false);
+        QTest::newRow("nested") << PropertyValue(PropertyDictionary{{u"n"_qs, PropertyValue(xy)}})
+                                << PropertyValue(PropertyDictionary{{u"n"_qs, yx}}) << true << false
+                                << quint64(0);
+        QTest::newRow("string, null")
+            << PropertyValue(u"7") << PropertyValue::null() << false << false << quint64(0);
+    }
+    void values()
+    {
+        QFETCH(PropertyValue, a);
+        QFETCH(PropertyValue, b);
+        QTEST(a == b, "equal");
+        QTEST(b == a, "equal");
+        QTEST(a.toBool(), "truth");
+        QTEST(a.toUInt64(), "unsignedValue");
+    }
+
+    void checkedState_data()
+    {
+        QTest::addColumn<PropertyValue>("item");
+        QTest::addColumn<qint64>("state");
+        QTest::newRow("mixed") << group({leaf(1), leaf(0)}) << qint64(-1);
+        QTest::newRow("groups 1 and -1")
+            << group({group({leaf(1)}), group({leaf(1), leaf(0)})}) << qint64(-1);
+        QTest::newRow("empty group") << group({}) << qint64(0);
+        QTest::newRow("leaf with items") << leafWithItems(1, {leaf(0), leaf(0)}) << qint64(1);
+        QTest::newRow("group containing leaf with items")
+            << group({leafWithItems(0, {leaf(1)}), leaf(0)}) << qint64(0);
+        QTest::newRow("-2 first is unseen") << group({leaf(-2), leaf(1)}) << qint64(1);
+        QTest::newRow("-2 later differs") << group({leaf(1), leaf(-2)}) << qint64(-1);
+        QTest::newRow("real read as integer")
+            << PropertyValue(Dict{{u"checked"_s, PropertyValue(1.9)}}) << qint64(1);
+        QTest::newRow("not a dictionary") << PropertyValue(u"x"_s) << qint64(0);
+        QTest::newRow("items not an array")
+            << PropertyValue(Dict{{u"items"_s, PropertyValue(qint64(1))}}) << qint64(0);
+    }
+    void checkedState()
+    {
+        QFETCH(PropertyValue, item);
+        QTEST(VXItemCheckedState(item), "state");
+        QTEST(VXItemsCheckedState(Array{item}), "state");
+    }
+
+    void setCheckedState()
+    {
+        PropertyValue tree =
+            group({leaf(0, 10, u"a"_s), leaf(1), leaf(0), group({leaf(0), leaf(-1)}),
+                   PropertyValue(Dict{}), leafWithItems(0, {leaf(0)})});
+        const PropertyValue before = tree;
+        QCOMPARE(VXItemSetCheckedState(tree, 1), quint64(6));
+        // The item with neither key stays at 0, so the whole is mixed.
+        QCOMPARE(VXItemCheckedState(tree), qint64(-1));
+        // Only "checked" changed: removing it leaves the trees equal.
+        const QStringList checked{u"checked"_s};
+        QCOMPARE(VXItemRemovingKeys(tree, checked), VXItemRemovingKeys(before, checked));
+        // The item with neither key gains none; the children of a leaf with items are not touched.
+        const Array after = tree.value(u"items"_s)->toArray();
+        QCOMPARE(after[4], PropertyValue(Dict{}));
+        QCOMPARE(after[5], leafWithItems(1, {leaf(0)}));
+
+        Array items{leaf(1), group({leaf(1)})};
+        QCOMPARE(VXItemsSetCheckedValue(items, PropertyValue(false)), quint64(2));
+        QCOMPARE(VXItemsCheckedCount(items), quint64(0));
+        QCOMPARE(items.first().value(u"checked"_s)->type(), PropertyValue::Type::Bool);
+        QCOMPARE(VXItemsSetCheckedState(items, 1), quint64(2));
+        QCOMPARE(VXItemsCheckedCount(items), quint64(2));
+    }
+
+    void countsAndSums()
+    {
+        // An item with neither "checked" nor "items" counts for nothing.
+        Array items{leaf(1, 100), leaf(0, 50), leaf(1), group({leaf(3, 1000), group({})}),
+                    leafWithItems(1, {leaf(1, 9)})};
+        items.append(Dict{});
+        QCOMPARE(VXItemsCheckedCount(items), quint64(4));
+        QCOMPARE(VXItemsSumOfKey(items, u"size"_s), quint64(100 + 50 + 1000 + 7));
+        QCOMPARE(VXItemSumOfKey(group(items), u"checked"_s), quint64(1 + 0 + 1 + 3 + 1));
+
+        quint64 size = 0;
+        quint32 checked = 0;
+        quint32 leaves = 0;
+        VXItemsGatherCheckedStatistics({leaf(1, 100), leaf(0, 50), leaf(1)}, size, checked, leaves);
+        QCOMPARE(size, quint64(100));
+        QCOMPARE(checked, 2u);
+        QCOMPARE(leaves, 3u);
+        // Counters are added to, not reset.
+        VXItemGatherCheckedStatistics(group(items), size, checked, leaves);
+        QCOMPARE(size, quint64(100 + 100 + 1000 + 7));
+        QCOMPARE(checked, 2u + 4u);
+        QCOMPARE(leaves, 3u + 5u);
+    }
+
+    void removingAndKeepingKeys()
+    {
+        const PropertyValue tree =
+            group({leaf(1, 10, u"a"_s), group({leaf(0, 20, u"b"_s)})}, u"root"_s);
+        const PropertyValue removed = VXItemRemovingKeys(tree, {u"size"_s, u"items"_s});
+        QCOMPARE(VXItemSumOfKey(removed, u"size"_s), quint64(0));
+        QCOMPARE(VXItemCheckedCount(removed), quint64(1));
+        QCOMPARE(names(removed.value(u"items"_s)->toArray()), QStringList({u"a"_s, QString()}));
+        QCOMPARE(VXItemSumOfKey(tree, u"size"_s), quint64(30)); // input untouched
+
+        const PropertyValue kept = VXItemKeepingKeys(tree, {u"name"_s});
+        const PropertyValue expected =
+            group({PropertyValue(Dict{{u"name"_s, PropertyValue(u"a")}}),
+                   group({PropertyValue(Dict{{u"name"_s, PropertyValue(u"b")}})})},
+                  u"root"_s);
+        QCOMPARE(kept, expected);
+        QCOMPARE(VXItemsKeepingKeys({tree}, {}).first().toDictionary().keys(),
+                 QStringList{u"items"_s});
+    }
+
+    void sorting()
+    {
+        PropertyValue tree =
+            group({leaf(0, 3, u"c"_s), leaf(0, 1, u"a"_s),
+                   group({leaf(0, 2, u"y"_s), leaf(0, 1, u"x"_s)}, u"b"_s), PropertyValue(Dict{})});
+        VXItemSortChildren(tree, {VXSortDescriptor{u"name"_s, true, {}}});
+        Array top = tree.value(u"items"_s)->toArray();
+        QCOMPARE(names(top), QStringList({QString(), u"a"_s, u"b"_s, u"c"_s}));
+        QCOMPARE(names(top[2].value(u"items"_s)->toArray()), QStringList({u"x"_s, u"y"_s}));
+
+        // Two keys, descending sizes, ties broken by name; numbers compare by value.
+        Array items{
+            leaf(0, 10, u"b"_s), leaf(0, 9, u"z"_s), leaf(0, 10, u"a"_s),
+            PropertyValue(Dict{{u"size"_s, PropertyValue(9.5)}, {u"name"_s, PropertyValue(u"r")}})};
+        VXItemsSortRecursively(
+            items, {VXSortDescriptor{u"size"_s, false, {}}, VXSortDescriptor{u"name"_s, true, {}}});
+        QCOMPARE(names(items), QStringList({u"a"_s, u"b"_s, u"r"_s, u"z"_s}));
+
+        const auto caseInsensitive = [](const PropertyValue &a, const PropertyValue &b) {
+            return QString::compare(a.toString(), b.toString(), Qt::CaseInsensitive);
+        };
+        Array words{leaf(0, 0, u"b"_s), leaf(0, 0, u"B"_s), leaf(0, 0, u"a"_s)};
+        VXItemsSortRecursively(words, {VXSortDescriptor{u"name"_s, true, caseInsensitive}});
+        QCOMPARE(names(words), QStringList({u"a"_s, u"b"_s, u"B"_s}));
+    }
+
+    void defaultComparison_data()
+    {
+        QTest::addColumn<PropertyValue>("a");
+        QTest::addColumn<PropertyValue>("b");
+        QTest::addColumn<int>("order");
+        QTest::newRow("-1 < max unsigned")
+            << PropertyValue(qint64(-1)) << PropertyValue(~quint64(0)) << -1;
+        QTest::newRow("true == 1") << PropertyValue(true) << PropertyValue(qint64(1)) << 0;
+        QTest::newRow("B < a") << PropertyValue(u"B") << PropertyValue(u"a") << -1;
+        QTest::newRow("data by bytes")
+            << PropertyValue(QByteArray("ab")) << PropertyValue(QByteArray("b")) << -1;
+        QTest::newRow("number before string")
+            << PropertyValue(qint64(9)) << PropertyValue(u"1") << -1;
+    }
+    void defaultComparison()
+    {
+        QFETCH(PropertyValue, a);
+        QFETCH(PropertyValue, b);
+        QFETCH(int, order);
+        QCOMPARE(VXSortDescriptor::defaultComparison(a, b), order);
+        QCOMPARE(VXSortDescriptor::defaultComparison(b, a), -order);
+    }
+
+    // The stored form: magic, version, count, then each index in eight big-endian bytes.
+    void indexPathStoredForm_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QList<quint64>>("indexes"); // empty: unreadable
+        const auto row = [](const char *name, const char *hex, QList<quint64> indexes) {
+            QTest::newRow(name) << QByteArray::fromHex(hex) << indexes;
+        };
+        row("two", "56584950 01 00000002 0000000000000002 0000000000000102", {2, 258});
+        row("extremes", "56584950 01 00000002 ffffffffffffffff 0102030405060708",
+            {~quint64(0), 0x0102030405060708ull});
+        row("empty", "", {});
+        row("other magic", "5658495801000000000", {});
+        row("other version", "565849500200000000", {});
+        row("count too large", "56584950 01 ffffffff 0000000000000001", {});
+    }
+    void indexPathStoredForm()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QList<quint64>, indexes);
+        using namespace VXIndexPathPropertyListSerialization;
+        const auto read = indexPathFromPropertyListRepresentation(data);
+        QCOMPARE(bool(read), !indexes.isEmpty());
+        if (!read)
+            return;
+        QCOMPARE(propertyListRepresentation(VXIndexPath(indexes)), data);
+        QCOMPARE(read, VXIndexPath(indexes));
+        // Anything cut off or added is unreadable.
+        QVERIFY(!indexPathFromPropertyListRepresentation(data.chopped(1)));
+        QVERIFY(!indexPathFromPropertyListRepresentation(data + '\0'));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPropertyValue)
+#include "tst_propertyvalue.moc"
