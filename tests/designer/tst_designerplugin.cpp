@@ -16,153 +16,133 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
+namespace {
+// QUiLoader takes a folder of Designer plug-ins itself (its defaults are the designer/
+// folders of Qt's plug-in paths): the build tree's.
+const QString kPluginFolder = qEnvironmentVariable("QV_BINARY_DIR") + u"/plugins/designer"_s;
+
+// A form description made into widgets; null with the loader's reason in `error`.
+std::unique_ptr<QWidget> load(const QByteArray &description, QString *error)
+{
+    QUiLoader loader;
+    loader.addPluginPath(kPluginFolder);
+    QBuffer buffer;
+    buffer.setData(description);
+    buffer.open(QIODevice::ReadOnly);
+    std::unique_ptr<QWidget> form(loader.load(&buffer));
+    *error = loader.errorString();
+    return form;
+}
+
+QByteArray sourceFile(const QString &path)
+{
+    QFile file(qEnvironmentVariable("QV_SOURCE_DIR") + path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+} // namespace
+
 class TestDesignerPlugin : public QObject
 {
     Q_OBJECT
 
-private:
-    // QUiLoader takes a folder of Designer plug-ins itself (its defaults are the designer/
-    // folders of Qt's plug-in paths).
-    QString pluginFolder() const
-    {
-        return qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/plugins/designer");
-    }
-
-    std::unique_ptr<QUiLoader> loader() const
-    {
-        auto result = std::make_unique<QUiLoader>();
-        result->addPluginPath(pluginFolder());
-        return result;
-    }
-
-    QList<QDesignerCustomWidgetInterface *> entries(QPluginLoader &plugin)
-    {
-        auto *collection =
-            qobject_cast<QDesignerCustomWidgetCollectionInterface *>(plugin.instance());
-        return collection ? collection->customWidgets() : QList<QDesignerCustomWidgetInterface *>();
-    }
-
 private Q_SLOTS:
     void form()
     {
-        QFile file(qEnvironmentVariable("QV_SOURCE_DIR") +
-                   QStringLiteral("/tests/install/consumer/kitwidgets.ui"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        auto uiLoader = loader();
-        std::unique_ptr<QWidget> form(uiLoader->load(&file));
-        QVERIFY2(form, qPrintable(uiLoader->errorString()));
+        QString error;
+        const auto form = load(sourceFile(u"/tests/install/consumer/kitwidgets.ui"_s), &error);
+        QVERIFY2(form, qPrintable(error));
         form->show();
         QVERIFY(QTest::qWaitForWindowExposed(form.get()));
         const QStringList failures = KitWidgetsCheck::mismatches(form.get());
-        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
+        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(u'\n')));
     }
 
     // The uninstaller's own window, as Designer opens it: every kit widget it names is made
     // by the plugin, with the cell its description asks for.
     void surveyWindow()
     {
-        QFile file(qEnvironmentVariable("QV_SOURCE_DIR") +
-                   QStringLiteral("/resources/ui/SurveyWindow.ui"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray description = file.readAll();
-        QBuffer buffer;
-        buffer.setData(description);
-        QVERIFY(buffer.open(QIODevice::ReadOnly));
-        auto uiLoader = loader();
-        std::unique_ptr<QWidget> window(uiLoader->load(&buffer));
-        QVERIFY2(window, qPrintable(uiLoader->errorString()));
-
+        const QByteArray description = sourceFile(u"/resources/ui/SurveyWindow.ui"_s);
+        QString error, objectName;
+        const auto window = load(description, &error);
+        QVERIFY2(window, qPrintable(error));
         QXmlStreamReader reader(description);
         int kitWidgets = 0;
-        QString objectName, className;
         while (!reader.atEnd()) {
-            reader.readNext();
-            if (reader.isStartElement() && reader.name() == QLatin1String("widget")) {
-                objectName = reader.attributes().value(QLatin1String("name")).toString();
-                className = reader.attributes().value(QLatin1String("class")).toString();
+            if (reader.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            const QXmlStreamAttributes attributes = reader.attributes();
+            if (reader.name() == "widget"_L1) {
+                objectName = attributes.value("name"_L1).toString();
+                const QString className = attributes.value("class"_L1).toString();
                 auto *made = window->findChild<QWidget *>(objectName);
-                if (made && made != window.get())
-                    QVERIFY2(made->inherits(className.toLatin1().constData()),
-                             qPrintable(objectName + QStringLiteral(" is no ") + className));
-                if (className.startsWith(QLatin1String("VX")) ||
-                    className.startsWith(QLatin1String("Quorvelle::")))
-                    ++kitWidgets;
-            } else if (reader.isStartElement() && reader.name() == QLatin1String("property") &&
-                       reader.attributes().value(QLatin1String("name")) ==
-                           QLatin1String("cellClass")) {
+                QVERIFY2(!made || made == window.get() || made->inherits(qPrintable(className)),
+                         qPrintable(objectName + u" is no "_s + className));
+                kitWidgets +=
+                    className.startsWith("VX"_L1) || className.startsWith("Quorvelle::"_L1);
+            } else if (reader.name() == "property"_L1 &&
+                       attributes.value("name"_L1) == "cellClass"_L1) {
                 reader.readNextStartElement();
-                const QString cellClass = reader.readElementText();
                 auto *button = window->findChild<Quorvelle::Button *>(objectName);
-                QVERIFY2(button && button->cellClass() == cellClass, qPrintable(objectName));
+                QVERIFY2(button && button->cellClass() == reader.readElementText(),
+                         qPrintable(objectName));
             }
         }
         QVERIFY(!reader.hasError());
         QVERIFY2(kitWidgets > 10, qPrintable(QString::number(kitWidgets)));
     }
 
-    // Every widget-box entry: in the kit's group, described, with an icon, and a DOM that
-    // QUiLoader turns into a widget of the entry's class.
+    // Every widget-box entry: in the kit's group, described, with an icon, an installed
+    // header, and a DOM that QUiLoader turns into a widget of the entry's class.
     void widgetBox()
     {
-        QPluginLoader plugin(
-            QDir(pluginFolder()).filePath(QStringLiteral("quorvellekitwidgets.so")));
-        const QList<QDesignerCustomWidgetInterface *> widgets = entries(plugin);
-        QVERIFY2(!widgets.isEmpty(), qPrintable(plugin.errorString()));
-
-        const QStringList uiClasses = loader()->availableWidgets();
+        QPluginLoader plugin(QDir(kPluginFolder).filePath(u"quorvellekitwidgets.so"_s));
+        auto *collection =
+            qobject_cast<QDesignerCustomWidgetCollectionInterface *>(plugin.instance());
+        QVERIFY2(collection, qPrintable(plugin.errorString()));
+        QUiLoader uiLoader;
+        uiLoader.addPluginPath(kPluginFolder);
+        const QStringList uiClasses = uiLoader.availableWidgets();
         QSet<QString> classes, displayNames;
-        for (QDesignerCustomWidgetInterface *widget : widgets) {
+        for (QDesignerCustomWidgetInterface *widget : collection->customWidgets()) {
             const QString name = widget->name();
             classes << name;
-            QCOMPARE(widget->group(), QStringLiteral("Quorvelle Kit"));
-            QVERIFY2(!widget->toolTip().isEmpty() && !widget->whatsThis().isEmpty(),
+            QCOMPARE(widget->group(), u"Quorvelle Kit"_s);
+            QVERIFY2(!widget->toolTip().isEmpty() && !widget->whatsThis().isEmpty() &&
+                         !widget->icon().pixmap(24, 24).isNull() && uiClasses.contains(name),
                      qPrintable(name));
-            QVERIFY2(!widget->icon().pixmap(24, 24).isNull(), qPrintable(name));
-            QVERIFY2(uiClasses.contains(name), qPrintable(name));
-            // The header a form's customwidget entry names, as installed.
-            QVERIFY2(QFile::exists(qEnvironmentVariable("QV_BINARY_DIR") +
-                                   QStringLiteral("/include/") + widget->includeFile()),
+            QVERIFY2(QFile::exists(qEnvironmentVariable("QV_BINARY_DIR") + u"/include/"_s +
+                                   widget->includeFile()),
                      qPrintable(widget->includeFile()));
-
             // The DOM's <ui> names the entry; its <widget> makes the class.
             const QString xml = widget->domXml();
             QXmlStreamReader reader(xml);
-            QString displayName, className, objectName;
-            while (reader.readNextStartElement()) {
-                if (reader.name() == QLatin1String("ui")) {
-                    displayName =
-                        reader.attributes().value(QLatin1String("displayname")).toString();
-                    continue;
-                }
-                className = reader.attributes().value(QLatin1String("class")).toString();
-                objectName = reader.attributes().value(QLatin1String("name")).toString();
-                break;
-            }
-            QCOMPARE(className, name);
-            QVERIFY(!displayName.isEmpty());
-            displayNames << displayName;
-
-            const qsizetype start = xml.indexOf(QLatin1String("<widget"));
-            const qsizetype end = xml.lastIndexOf(QLatin1String("</widget>")) + 9;
-            const QByteArray form = "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"form\">"
-                                    "<layout class=\"QVBoxLayout\" name=\"layout\"><item>" +
-                                    xml.mid(start, end - start).toUtf8() +
-                                    "</item></layout></widget></ui>";
-            QBuffer buffer;
-            buffer.setData(form);
-            auto uiLoader = loader();
-            std::unique_ptr<QWidget> made(uiLoader->load(&buffer));
-            QVERIFY2(made, qPrintable(uiLoader->errorString()));
+            QVERIFY(reader.readNextStartElement() && reader.name() == "ui"_L1);
+            displayNames << reader.attributes().value("displayname"_L1).toString();
+            while (reader.readNextStartElement() && reader.name() != "widget"_L1)
+                reader.skipCurrentElement();
+            QCOMPARE(reader.attributes().value("class"_L1).toString(), name);
+            const QString objectName = reader.attributes().value("name"_L1).toString();
+            const qsizetype start = xml.indexOf("<widget"_L1);
+            const qsizetype end = xml.lastIndexOf("</widget>"_L1) + 9;
+            QString error;
+            const auto made =
+                load("<ui version=\"4.0\"><widget class=\"QWidget\" name=\"form\">"
+                     "<layout class=\"QVBoxLayout\" name=\"layout\"><item>" +
+                         xml.mid(start, end - start).toUtf8() + "</item></layout></widget></ui>",
+                     &error);
+            QVERIFY2(made, qPrintable(error));
             QWidget *child = made->findChild<QWidget *>(objectName);
-            QVERIFY2(child && child->inherits(name.toLatin1().constData()), qPrintable(name));
+            QVERIFY2(child && child->inherits(qPrintable(name)), qPrintable(name));
         }
-        const QSet<QString> expectedClasses = {
-            QStringLiteral("Quorvelle::Button"), QStringLiteral("VXTrackingButton"),
-            QStringLiteral("VXMatrix"), QStringLiteral("VXGradientView")};
-        QCOMPARE(classes, expectedClasses);
-        // Flat, bordered flat, check box, two matrices, tracking button, gradient view.
+        QCOMPARE(classes, (QSet<QString>{u"Quorvelle::Button"_s, u"VXTrackingButton"_s,
+                                         u"VXMatrix"_s, u"VXGradientView"_s}));
+        // Flat, bordered flat, check box, two matrices, tracking button, gradient view; each
+        // with a name of its own.
+        displayNames.remove(QString());
         QCOMPARE(displayNames.size(), 7);
-        QCOMPARE(widgets.size(), 7);
+        QCOMPARE(collection->customWidgets().size(), 7);
     }
 };
 

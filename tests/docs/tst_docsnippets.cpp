@@ -5,6 +5,7 @@
 #include "FakeMachine.h"
 #include "Snippets.h"
 #include "WidgetsSnippets.h"
+#include "tsfile.h"
 #include "ui_widgets.h"
 
 #include <Quorvelle/Foundation/Bundle.h>
@@ -21,10 +22,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTableView>
 #include <QUrl>
-#include <QXmlStreamReader>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -32,32 +33,7 @@
 
 #include <memory>
 
-using namespace Qt::StringLiterals;
-
 namespace {
-
-// The translation of a source text in resources/translations/<group>_<lang>.ts.
-QString translationInSource(const QString &group, const QString &language, const QString &source)
-{
-    QFile file(qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/resources/translations/") +
-               group + u'_' + language + QStringLiteral(".ts"));
-    if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("<no %1>").arg(file.fileName());
-    QXmlStreamReader xml(&file);
-    QString lastSource;
-    while (xml.readNextStartElement() || !xml.atEnd()) {
-        if (xml.name() == QLatin1String("source"))
-            lastSource = xml.readElementText();
-        else if (xml.name() == QLatin1String("translation") && lastSource == source)
-            return xml.readElementText();
-        else if (!xml.isStartElement())
-            xml.readNext();
-    }
-    return QStringLiteral("<no translation>");
-}
-
-using PKey = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
-
 // RSA PKCS #1 v1.5 decryption of whole blocks by libcrypto itself.
 QByteArray decryptBlocks(EVP_PKEY *key, const QByteArray &sealed)
 {
@@ -78,7 +54,6 @@ QByteArray decryptBlocks(EVP_PKEY *key, const QByteArray &sealed)
     }
     return plain;
 }
-
 } // namespace
 
 class tst_DocSnippets : public QObject
@@ -96,49 +71,44 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
+        const QString none = u"not a JSON object"_s;
         QTest::newRow("settings")
-            << QStringLiteral(R"({"name": "Backup", "retries": 3, "paths": ["/a", "/b"]})")
-            << QStringLiteral("Backup: 3 retries, 2 paths");
-        QTest::newRow("members missing")
-            << QStringLiteral("{}") << QStringLiteral(": 0 retries, 0 paths");
-        QTest::newRow("real truncated") << QStringLiteral(R"({"name":"x","retries":2.9})")
-                                        << QStringLiteral("x: 2 retries, 0 paths");
-        QTest::newRow("an array") << QStringLiteral("[1]") << QStringLiteral("not a JSON object");
-        QTest::newRow("unclosed") << QStringLiteral(R"({"name": "Backup")")
-                                  << QStringLiteral("not a JSON object");
-        QTest::newRow("nil text") << QString() << QStringLiteral("not a JSON object");
+            << u"{\"name\": \"Backup\", \"retries\": 3, \"paths\": [\"/a\", \"/b\"]}"_s
+            << u"Backup: 3 retries, 2 paths"_s;
+        QTest::newRow("members missing") << u"{}"_s << u": 0 retries, 0 paths"_s;
+        QTest::newRow("real truncated")
+            << u"{\"name\":\"x\",\"retries\":2.9}"_s << u"x: 2 retries, 0 paths"_s;
+        QTest::newRow("an array") << u"[1]"_s << none;
+        QTest::newRow("unclosed") << u"{\"name\": \"Backup\""_s << none;
+        QTest::newRow("nil text") << QString() << none;
     }
     void readJson()
     {
         QFETCH(QString, text);
-        QFETCH(QString, expected);
-        QCOMPARE(Snippets::describeSettings(text), expected);
+        QTEST(Snippets::describeSettings(text), "expected");
     }
 
+    // Members in insertion order, no whitespace, the text as Qt's reader reads it.
     void writeJson_data()
     {
         QTest::addColumn<QString>("reason");
         QTest::addColumn<bool>("contact");
-        QTest::newRow("plain") << QStringLiteral("Too expensive") << true;
-        QTest::newRow("quotes, line break, tab")
-            << QStringLiteral("He said \"no\"\n\tthen left\\") << false;
-        QTest::newRow("non-ASCII") << QStringLiteral("zu teuer, 高すぎる 😀") << true;
+        QTest::newRow("plain") << u"Too expensive"_s << true;
+        QTest::newRow("quotes, line break, tab") << u"He said \"no\"\n\tthen left\\"_s << false;
+        QTest::newRow("non-ASCII") << u"zu teuer, 高すぎる 😀"_s << true;
     }
     void writeJson()
     {
         QFETCH(QString, reason);
         QFETCH(bool, contact);
         const QString payload = Snippets::answersPayload(reason, contact);
-        QJsonParseError error;
-        const QJsonDocument document = QJsonDocument::fromJson(payload.toUtf8(), &error);
-        QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(payload));
-        QCOMPARE(document.object(), (QJsonObject{{u"reason"_s, reason},
-                                                 {u"contact"_s, contact ? 1 : 0},
-                                                 {u"choices"_s, QJsonArray{1, 3}},
-                                                 {u"version"_s, 2}}));
-        // Members in insertion order, no whitespace.
-        QVERIFY2(payload.startsWith(QStringLiteral("{\"reason\":")), qPrintable(payload));
-        QVERIFY2(payload.endsWith(QStringLiteral(",\"version\":2}")), qPrintable(payload));
+        QCOMPARE(QJsonDocument::fromJson(payload.toUtf8()).object(),
+                 (QJsonObject{{u"reason"_s, reason},
+                              {u"contact"_s, contact ? 1 : 0},
+                              {u"choices"_s, QJsonArray{1, 3}},
+                              {u"version"_s, 2}}));
+        QVERIFY2(payload.startsWith(u"{\"reason\":"_s) && payload.endsWith(u",\"version\":2}"_s),
+                 qPrintable(payload));
     }
 
     void strings_data()
@@ -146,92 +116,85 @@ private Q_SLOTS:
         QTest::addColumn<quint64>("bytes");
         QTest::addColumn<QString>("email");
         QTest::addColumn<QString>("size");
-        QTest::newRow("megabytes") << quint64(4200000) << QStringLiteral("ann.lee+tag@example.org")
-                                   << QStringLiteral("4.2 MB");
+        QTest::newRow("megabytes")
+            << quint64(4200000) << u"ann.lee+tag@example.org"_s << u"4.2 MB"_s;
         QTest::newRow("bytes, blanks and non-ASCII")
-            << quint64(512) << QStringLiteral("zoë (home)@example.de")
-            << QStringLiteral("512 bytes");
-        QTest::newRow("not an address") << quint64(1) << QStringLiteral("ann.lee") << QString();
+            << quint64(512) << u"zoë (home)@example.de"_s << u"512 bytes"_s;
+        QTest::newRow("not an address") << quint64(1) << u"ann.lee"_s << QString();
     }
     void strings()
     {
         QFETCH(quint64, bytes);
         QFETCH(QString, email);
         QFETCH(QString, size);
-        const QString expected =
-            size.isNull() ? QStringLiteral("no valid address")
-                          : size + QStringLiteral(" to ") +
-                                QString::fromLatin1(QUrl::toPercentEncoding(email, "!*'()"));
-        QCOMPARE(Snippets::downloadSummary(bytes, email), expected);
+        QCOMPARE(Snippets::downloadSummary(bytes, email),
+                 size.isNull() ? u"no valid address"_s
+                               : size + u" to "_s +
+                                     QString::fromLatin1(QUrl::toPercentEncoding(email, "!*'()")));
     }
 
-    void bundle()
-    {
-        const QSettings info(qEnvironmentVariable("QV_BINARY_DIR") +
-                                 QStringLiteral("/bin/Info.ini"),
-                             QSettings::IniFormat);
-        const QString version = info.value(QStringLiteral("CFBundleShortVersionString")).toString();
-        QVERIFY(!version.isEmpty());
-        QCOMPARE(Snippets::applicationVersion(), version);
-    }
-
-    void localized_data()
+    // The version from the build's Info.ini, the texts from the Qt Linguist sources.
+    void bundle_data()
     {
         QTest::addColumn<QString>("language");
-        QTest::newRow("English") << QStringLiteral("en");
-        QTest::newRow("German") << QStringLiteral("de-DE");
-        QTest::newRow("Japanese") << QStringLiteral("ja");
+        QTest::newRow("English") << u"en"_s;
+        QTest::newRow("German") << u"de-DE"_s;
+        QTest::newRow("Japanese") << u"ja"_s;
     }
-    void localized()
+    void bundle()
     {
         QFETCH(QString, language);
         Quorvelle::Bundle::setPreferredLanguagesForTesting(QStringList{language});
-        const QString unit = QStringLiteral("%llu bytes");
+        const QSettings info(qEnvironmentVariable("QV_BINARY_DIR") + u"/bin/Info.ini"_s,
+                             QSettings::IniFormat);
+        const QString version = info.value(u"CFBundleShortVersionString"_s).toString();
+        QVERIFY(!version.isEmpty());
+        QCOMPARE(Snippets::applicationVersion(), version);
+        const QString unit = u"%llu bytes"_s;
         QCOMPARE(Snippets::localizedText(unit),
-                 translationInSource(QStringLiteral("strings"), language.left(2), unit));
-        QCOMPARE(Snippets::localizedText(QStringLiteral("No such text")),
-                 QStringLiteral("No such text"));
+                 TsFile::translation(qEnvironmentVariable("QV_SOURCE_DIR") +
+                                         u"/resources/translations/strings_"_s + language.left(2) +
+                                         u".ts"_s,
+                                     unit));
+        QCOMPARE(Snippets::localizedText(u"No such text"_s), u"No such text"_s);
         Quorvelle::Bundle::setPreferredLanguagesForTesting(QStringList{u"en"_s});
     }
 
+    // More than two blocks of plain data (117 bytes each with this key and padding), opened
+    // by libcrypto; no key, no sealed data.
     void cryptor()
     {
-        const PKey key(EVP_RSA_gen(1024), EVP_PKEY_free);
-        QVERIFY(key);
+        const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_RSA_gen(1024),
+                                                                      EVP_PKEY_free);
         std::unique_ptr<BIO, decltype(&BIO_free)> bio(BIO_new(BIO_s_mem()), BIO_free);
-        QVERIFY(PEM_write_bio_PUBKEY(bio.get(), key.get()) == 1);
+        QVERIFY(key && PEM_write_bio_PUBKEY(bio.get(), key.get()) == 1);
         char *pem = nullptr;
         const long pemLength = BIO_get_mem_data(bio.get(), &pem);
-        const QString publicKey = QString::fromLatin1(pem, pemLength);
-
-        // More than two blocks of plain data (117 bytes each with this key and padding).
         QByteArray secret(300, '\0');
         QVERIFY(RAND_bytes(reinterpret_cast<unsigned char *>(secret.data()), 300) == 1);
-        const std::optional<QString> sealed = Snippets::sealForService(publicKey, secret);
-        QVERIFY(sealed);
-        QVERIFY(!sealed->contains(u'\n'));
+        const std::optional<QString> sealed =
+            Snippets::sealForService(QString::fromLatin1(pem, pemLength), secret);
+        QVERIFY(sealed && !sealed->contains(u'\n'));
         const QByteArray blocks = QByteArray::fromBase64(sealed->toLatin1());
         QCOMPARE(blocks.size(), 3 * 128);
         QCOMPARE(decryptBlocks(key.get(), blocks), secret);
-
-        QCOMPARE(Snippets::sealForService(QStringLiteral("no key at all"), secret), std::nullopt);
+        QCOMPARE(Snippets::sealForService(u"no key at all"_s, secret), std::nullopt);
     }
 
     void itemTree()
     {
         PropertyValue::Array items = Snippets::removalList();
-        QCOMPARE(Snippets::removalSummary(items), QStringLiteral("1 of 3 items, 500 bytes"));
-        const auto name = [](const PropertyValue &item) {
-            return item.value(QStringLiteral("name")).value_or(PropertyValue()).toString();
+        QCOMPARE(Snippets::removalSummary(items), u"1 of 3 items, 500 bytes"_s);
+        const auto field = [](const PropertyValue &item, const char *name) {
+            return item.value(QString::fromLatin1(name)).value_or(PropertyValue());
         };
-        QCOMPARE(name(items.at(0)), QStringLiteral("Caches"));
-        QCOMPARE(name(items.at(1)), QStringLiteral("Preferences.plist"));
-        const PropertyValue::Array caches =
-            items.at(0).value(QStringLiteral("items")).value_or(PropertyValue()).toArray();
+        QCOMPARE(field(items.at(0), "name").toString(), u"Caches"_s);
+        QCOMPARE(field(items.at(1), "name").toString(), u"Preferences.plist"_s);
+        const PropertyValue::Array caches = field(items.at(0), "items").toArray();
         QCOMPARE(caches.size(), 2);
-        QCOMPARE(name(caches.at(0)), QStringLiteral("a.cache"));
+        QCOMPARE(field(caches.at(0), "name").toString(), u"a.cache"_s);
         for (const PropertyValue &file : caches)
-            QCOMPARE(file.value(QStringLiteral("checked")).value_or(PropertyValue()).toInt64(), 0);
+            QCOMPARE(field(file, "checked").toInt64(), 0);
     }
 
     void aboutThisComputer_data()
@@ -258,20 +221,16 @@ private Q_SLOTS:
         FakeMachine machine(files);
         machine.reportTool(report);
         QStringList lines = Snippets::aboutThisComputer();
-        QCOMPARE(lines.size(), expected.size() + 1);
         // The desktop's application database is the real machine's here: only its form counts.
         const QString applications = lines.takeLast();
-        QVERIFY2(applications.startsWith(QStringLiteral("Applications: ")),
+        QVERIFY2(applications.contains(QRegularExpression(u"^Applications: \\d+$"_s)),
                  qPrintable(applications));
-        bool number = false;
-        applications.mid(14).toUInt(&number);
-        QVERIFY2(number, qPrintable(applications));
         QCOMPARE(lines, expected);
     }
 
-    // The Widgets guide. A flat cell decoded from a description brings the kit's blue, which
-    // fills the face (away from the rounded corners and the title).
-    void flatButton()
+    // The Widgets guide. A flat cell brings the kit's blue, which fills the face (away from
+    // the rounded corners and the title); the radio rows are exclusive.
+    void buttons()
     {
         QWidget window;
         Quorvelle::Button *button = Snippets::flatButton(&window);
@@ -279,25 +238,18 @@ private Q_SLOTS:
         QCOMPARE(button->cell()->title(), u"Uninstall"_s); // the mnemonic marker is no title
         const QImage face = button->grab().toImage();
         QCOMPARE(face.pixelColor(3, face.height() / 2), QColor(23, 120, 211));
-        QVERIFY(Snippets::borderedButton(&window)->cellClass() == u"VXFlatBorderedButtonCell"_s);
-    }
-
-    void checkBoxAndRadioMatrix()
-    {
-        QWidget window;
+        QCOMPARE(Snippets::borderedButton(&window)->cellClass(), u"VXFlatBorderedButtonCell"_s);
         Quorvelle::Button *box = Snippets::checkBox(&window);
-        QVERIFY(box->isCheckable());
-        QVERIFY(box->isChecked());
+        QVERIFY(box->isCheckable() && box->isChecked());
+
         VXMatrix *matrix = Snippets::radioMatrix(&window);
         QCOMPARE(matrix->numberOfRows(), 3);
         QCOMPARE(matrix->rowOfCell(matrix->selectedCell()), 1);
         for (int row = 0; row < 3; ++row) {
             const auto *cell =
                 dynamic_cast<const VXFlatRadioButtonCell *>(matrix->cellAtRow(row, 0)->cell());
-            QVERIFY(cell);
-            QCOMPARE(cell->selectionStyle(), 1u);
+            QVERIFY(cell && cell->selectionStyle() == 1u);
         }
-        // The rows are exclusive: choosing another one leaves only that one on.
         matrix->cellAtRow(2, 0)->click();
         QCOMPARE(matrix->rowOfCell(matrix->selectedCell()), 2);
         QCOMPARE(matrix->cellAtRow(1, 0)->state(), int(Quorvelle::ButtonCell::OffState));
@@ -313,11 +265,9 @@ private Q_SLOTS:
         form.show();
         QVERIFY(QTest::qWaitForWindowExposed(&form));
         const auto *remove = dynamic_cast<const VXFlatButtonCell *>(ui.removeButton->cell());
-        QVERIFY(remove);
-        QCOMPARE(remove->regularColor(), QuorvelleColor::quorvelleBlueColor());
+        QVERIFY(remove && remove->regularColor() == QuorvelleColor::quorvelleBlueColor());
         const auto *quick = dynamic_cast<const VXFlatRadioButtonCell *>(ui.quickChoice->cell());
-        QVERIFY(quick);
-        QCOMPARE(quick->selectionStyle(), 2u);
+        QVERIFY(quick && quick->selectionStyle() == 2u);
         QCOMPARE(ui.choices->numberOfRows(), 2);
     }
 

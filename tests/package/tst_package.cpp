@@ -1,12 +1,10 @@
 // The Debian packages as shipped, unpacked with dpkg-deb -x: the kit's runtime package, its
 // development package, its API reference and the uninstaller, each with exactly its files (the
-// reference's by pattern), all under /usr; the
-
-// policy naming the helper where the package puts it, a hidden desktop entry with its icon
-// and AppStream metadata, every package's copyright file and changelog, dependencies
-// computed from the binaries (the uninstaller's on the kit through the kit's shlibs file),
-// no path of the machine that built them inside any file, and nothing that lintian or
-// appstreamcli find wrong.
+// reference's by pattern), all under /usr; the policy naming the helper where the package
+// puts it, a hidden desktop entry with its icon and AppStream metadata, every package's
+// copyright file and changelog, dependencies computed from the binaries (the uninstaller's on
+// the kit through the kit's shlibs file), no path of the machine that built them inside any
+// file, and nothing that lintian or appstreamcli find wrong.
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -14,7 +12,6 @@
 #include <QLibraryInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QSet>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -22,65 +19,60 @@
 
 #include <filesystem>
 #include <optional>
-
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kProgram = QStringLiteral("/usr/bin/quorvelle-uninstaller");
-const QString kHelper = QStringLiteral("/usr/libexec/quorvelle/quorvelle-privileged-helper");
+const QString kProgram = u"/usr/bin/quorvelle-uninstaller"_s;
+const QString kHelper = u"/usr/libexec/quorvelle/quorvelle-privileged-helper"_s;
 const QString kDesktopId = QStringLiteral(QV_EXPECTED_DESKTOP_ID);
-const QString kDoc = QStringLiteral("/usr/share/doc/quorvelle-uninstaller/");
-const QString kOverrides = QStringLiteral("/usr/share/lintian/overrides/quorvelle-uninstaller");
-const QString kUninstaller = QStringLiteral("quorvelle-uninstaller");
-const QString kKit = QStringLiteral("libquorvelle-kit2");
-const QString kKitDev = QStringLiteral("libquorvelle-kit-dev");
-const QString kKitDoc = QStringLiteral("libquorvelle-kit-doc");
-const QString kDesigner = QStringLiteral("quorvelle-kit-designer-plugin");
+const QString kEntry = u"/usr/share/applications/"_s + kDesktopId + u".desktop"_s;
+const QString kPolicy = u"/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy"_s;
+const QString kUninstaller = u"quorvelle-uninstaller"_s, kKit = u"libquorvelle-kit2"_s,
+              kKitDev = u"libquorvelle-kit-dev"_s, kKitDoc = u"libquorvelle-kit-doc"_s,
+              kDesigner = u"quorvelle-kit-designer-plugin"_s;
 const QString kVersion = QStringLiteral(QV_EXPECTED_VERSION);
-const QString kMetainfo =
-    QStringLiteral("/usr/share/metainfo/") + kDesktopId + QStringLiteral(".metainfo.xml");
+const QString kMetainfo = u"/usr/share/metainfo/"_s + kDesktopId + u".metainfo.xml"_s;
+const QString kFloor = kKit + u" (>= "_s + kVersion + u')'; // the kit's shlibs dependency
 
 QString packageDir()
 {
     return qEnvironmentVariable("QV_PACKAGE_DIR");
 }
-
 QString root()
 {
-    return packageDir() + QStringLiteral("/root");
+    return packageDir() + u"/root"_s;
+}
+// One package unpacked on its own.
+QString unpacked(const QString &package)
+{
+    return packageDir() + u"/unpacked/"_s + package;
 }
 
 // Every package the build made; lintian checks each of them.
 QStringList debs()
 {
-    const QDir folder(packageDir() + QStringLiteral("/deb"));
+    const QDir folder(packageDir() + u"/deb"_s);
     QStringList paths;
-    for (const QString &name : folder.entryList({QStringLiteral("*.deb")}))
+    for (const QString &name : folder.entryList({u"*.deb"_s}))
         paths.append(folder.filePath(name));
     return paths;
 }
 
 // The package file of one package; empty when the build made none or several.
-QString deb(const QString &package = kUninstaller)
+QString deb(const QString &package)
 {
-    const QStringList all =
-        debs().filter(QRegularExpression(QStringLiteral("/") + QRegularExpression::escape(package) +
-                                         QStringLiteral("_[^/]*\\.deb$")));
+    const QStringList all = debs().filter(
+        QRegularExpression(u"/"_s + QRegularExpression::escape(package) + u"_[^/]*\\.deb$"_s));
     return all.size() == 1 ? all.first() : QString();
-}
-
-// One package unpacked on its own.
-QString unpacked(const QString &package)
-{
-    return packageDir() + QStringLiteral("/unpacked/") + package;
 }
 
 struct Outcome
 {
     int exitCode = -1; // -1: it did not start or did not end
-    QByteArray output; // standard output
-    QByteArray errors; // standard error
+    QByteArray output, errors;
 };
 
 Outcome execute(const QString &program, const QStringList &arguments)
@@ -95,20 +87,23 @@ Outcome execute(const QString &program, const QStringList &arguments)
     return outcome;
 }
 
-// Standard output of a command that must succeed; nothing on failure.
-std::optional<QString> run(const QString &program, const QStringList &arguments)
+// Standard output of a command that must succeed; `failed` otherwise.
+QString run(const QString &program, const QStringList &arguments,
+            const QString &failed = u"(failed)"_s)
 {
     const Outcome outcome = execute(program, arguments);
-    if (outcome.exitCode != 0)
-        return std::nullopt;
-    return QString::fromUtf8(outcome.output).trimmed();
+    return outcome.exitCode == 0 ? QString::fromUtf8(outcome.output).trimmed() : failed;
 }
 
 QString controlField(const char *field, const QString &package = kUninstaller)
 {
-    return run(QStringLiteral("dpkg-deb"),
-               {QStringLiteral("-f"), deb(package), QLatin1String(field)})
-        .value_or(QStringLiteral("(none)"));
+    return run(u"dpkg-deb"_s, {u"-f"_s, deb(package), QLatin1String(field)}, u"(none)"_s);
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
 }
 
 // Files and links (dangling ones too: the development package's links point into the
@@ -127,27 +122,41 @@ QStringList packagedFiles(const QString &folder = root())
 // The folder of the architecture's libraries, as Debian names it.
 QString libraryFolder()
 {
-    return QStringLiteral("/usr/lib/") +
-           run(QStringLiteral("dpkg-architecture"), {QStringLiteral("-qDEB_HOST_MULTIARCH")})
-               .value_or(QStringLiteral("(unknown)")) +
-           u'/';
+    return u"/usr/lib/"_s + run(u"dpkg-architecture"_s, {u"-qDEB_HOST_MULTIARCH"_s}) + u'/';
 }
 
 QStringList documents(const QString &package)
 {
-    const QString doc = QStringLiteral("/usr/share/doc/") + package + u'/';
-    return {doc + QStringLiteral("copyright"), doc + QStringLiteral("changelog.gz")};
+    const QString doc = u"/usr/share/doc/"_s + package + u'/';
+    return {doc + u"copyright"_s, doc + u"changelog.gz"_s};
 }
 
 // The translations compiled from resources/translations/<group>_<lang>.ts.
 QStringList translations(const QString &folder, const QString &group)
 {
     QStringList files;
-    const QDir sources(qEnvironmentVariable("QV_SOURCE_DIR") +
-                       QStringLiteral("/resources/translations"));
-    for (const QFileInfo &ts : sources.entryInfoList({group + QStringLiteral("_*.ts")}))
-        files.append(folder + ts.completeBaseName() + QStringLiteral(".qm"));
+    const QDir sources(qEnvironmentVariable("QV_SOURCE_DIR") + u"/resources/translations"_s);
+    for (const QFileInfo &ts : sources.entryInfoList({group + u"_*.ts"_s}))
+        files.append(folder + ts.completeBaseName() + u".qm"_s);
     return files;
+}
+
+// Of an XML file, the start elements `wanted` chooses to describe, each by that description.
+template <typename Describe> QStringList describedElements(const QString &path, Describe wanted)
+{
+    QFile file(path);
+    QStringList found;
+    if (!file.open(QIODevice::ReadOnly))
+        return {u"(unreadable)"_s};
+    QXmlStreamReader xml(&file);
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const QString description = wanted(xml);
+        if (!description.isNull())
+            found.append(description);
+    }
+    return xml.hasError() ? QStringList{xml.errorString()} : found;
 }
 
 } // namespace
@@ -166,74 +175,49 @@ private Q_SLOTS:
         QCOMPARE(names, (QStringList{kKitDev, kKitDoc, kKit, kDesigner, kUninstaller}));
         QVERIFY(QFileInfo(root()).isDir());
         // Built in the calling build folder, not in the source tree's build/.
-        QVERIFY(QFile::exists(packageDir() + QStringLiteral("/build/CMakeCache.txt")));
+        QVERIFY(QFile::exists(packageDir() + u"/build/CMakeCache.txt"_s));
     }
 
     void fileList_data()
     {
         QTest::addColumn<QString>("package");
         QTest::addColumn<QStringList>("expected");
-
-        const QString lib = libraryFolder();
-        const QStringList libraries = {QStringLiteral("libQuorvelleFoundation"),
-                                       QStringLiteral("libQuorvelleSystemInformation"),
-                                       QStringLiteral("libQuorvelleWidgets")};
-        QStringList kit = documents(kKit);
-        kit << QStringLiteral("/usr/share/lintian/overrides/") + kKit
-            << QStringLiteral("/usr/share/quorvelle-kit/Info.ini");
-        kit += translations(QStringLiteral("/usr/share/quorvelle-kit/translations/"),
-                            QStringLiteral("strings"));
-        for (const QString &library : libraries)
-            kit << lib + library + QStringLiteral(".so.2")
-                << lib + library + QStringLiteral(".so.") + kVersion;
-        kit.sort();
-        QTest::newRow("runtime") << kKit << kit;
-
-        // The headers the build tree's include folder offers, nothing more or less.
-        QStringList dev = documents(kKitDev);
-        const QString include = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/include");
-        QDirIterator headers(include + QStringLiteral("/Quorvelle"), {QStringLiteral("*.h")},
-                             QDir::Files, QDirIterator::Subdirectories);
-        while (headers.hasNext())
-            dev << QStringLiteral("/usr/include") + headers.next().mid(include.size());
-        const QString cmake = lib + QStringLiteral("cmake/QuorvelleKit/");
-        dev << cmake + QStringLiteral("QuorvelleKitConfig.cmake")
-            << cmake + QStringLiteral("QuorvelleKitConfigVersion.cmake")
-            << cmake + QStringLiteral("QuorvelleWidgetsLoad.cpp");
-        for (const QString &module :
-             {QStringLiteral("Foundation"), QStringLiteral("SystemInformation"),
-              QStringLiteral("Widgets")}) {
-            dev << cmake + QStringLiteral("QuorvelleKit") + module + QStringLiteral("Targets.cmake")
-                << cmake + QStringLiteral("QuorvelleKit") + module +
-                       QStringLiteral("Targets-release.cmake")
-                << lib + QStringLiteral("pkgconfig/Quorvelle") + module + QStringLiteral(".pc");
+        const QString lib = libraryFolder(), cmake = lib + u"cmake/QuorvelleKit/"_s;
+        const QString data = u"/usr/share/quorvelle-uninstaller/"_s;
+        const QStringList modules{u"Foundation"_s, u"SystemInformation"_s, u"Widgets"_s};
+        QStringList kit = documents(kKit), dev = documents(kKitDev);
+        kit << u"/usr/share/lintian/overrides/"_s + kKit << u"/usr/share/quorvelle-kit/Info.ini"_s
+            << translations(u"/usr/share/quorvelle-kit/translations/"_s, u"strings"_s);
+        dev << cmake + u"QuorvelleKitConfig.cmake"_s << cmake + u"QuorvelleKitConfigVersion.cmake"_s
+            << cmake + u"QuorvelleWidgetsLoad.cpp"_s;
+        for (const QString &module : modules) {
+            const QString library = lib + u"libQuorvelle"_s + module;
+            kit << library + u".so.2"_s << library + u".so."_s + kVersion;
+            dev << library + u".so"_s << cmake + u"QuorvelleKit"_s + module + u"Targets.cmake"_s
+                << cmake + u"QuorvelleKit"_s + module + u"Targets-release.cmake"_s
+                << lib + u"pkgconfig/Quorvelle"_s + module + u".pc"_s;
         }
-        for (const QString &library : libraries)
-            dev << lib + library + QStringLiteral(".so");
-        dev.sort();
-        QTest::newRow("development") << kKitDev << dev;
-
-        const QString data = QStringLiteral("/usr/share/quorvelle-uninstaller/");
+        // The headers the build tree's include folder offers, nothing more or less.
+        const QString include = qEnvironmentVariable("QV_BINARY_DIR") + u"/include"_s;
+        QDirIterator headers(include + u"/Quorvelle"_s, {u"*.h"_s}, QDir::Files,
+                             QDirIterator::Subdirectories);
+        while (headers.hasNext())
+            dev << u"/usr/include"_s + headers.next().mid(include.size());
         QStringList program = documents(kUninstaller);
-        program << kProgram << kHelper
-                << QStringLiteral("/usr/share/applications/") + kDesktopId +
-                       QStringLiteral(".desktop")
-                << QStringLiteral("/usr/share/icons/hicolor/scalable/apps/") + kDesktopId +
-                       QStringLiteral(".svg")
-                << kMetainfo
-                << QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy")
-                << data + QStringLiteral("SurveyWindow.ui") << data + QStringLiteral("Info.ini")
-                << QStringLiteral("/usr/share/man/man1/quorvelle-uninstaller.1.gz") << kOverrides;
-        for (const QString &group :
-             {QStringLiteral("window"), QStringLiteral("strings"), QStringLiteral("removal")})
-            program += translations(data + QStringLiteral("translations/"), group);
-        program.sort();
+        program << kProgram << kHelper << kEntry << kMetainfo << kPolicy
+                << u"/usr/share/icons/hicolor/scalable/apps/"_s + kDesktopId + u".svg"_s
+                << data + u"SurveyWindow.ui"_s << data + u"Info.ini"_s
+                << u"/usr/share/man/man1/quorvelle-uninstaller.1.gz"_s
+                << u"/usr/share/lintian/overrides/quorvelle-uninstaller"_s;
+        for (const QString &group : {u"window"_s, u"strings"_s, u"removal"_s})
+            program += translations(data + u"translations/"_s, group);
+        QTest::newRow("runtime") << kKit << kit;
+        QTest::newRow("development") << kKitDev << dev;
         QTest::newRow("uninstaller") << kUninstaller << program;
-
-        QStringList designer = documents(kDesigner);
-        designer << lib + QStringLiteral("qt6/plugins/designer/quorvellekitwidgets.so");
-        designer.sort();
-        QTest::newRow("designer plugin") << kDesigner << designer;
+        QTest::newRow("designer plugin")
+            << kDesigner
+            << documents(kDesigner) +
+                   QStringList{lib + u"qt6/plugins/designer/quorvellekitwidgets.so"_s};
     }
     void fileList()
     {
@@ -242,17 +226,17 @@ private Q_SLOTS:
         // Only /usr at the top: nothing in /etc, /opt or /usr/local.
         QCOMPARE(QDir(unpacked(package))
                      .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
-                 QStringList{QStringLiteral("usr")});
+                 QStringList{u"usr"_s});
         QStringList files = packagedFiles(unpacked(package));
         // The bundle's images, whatever the window needs, belong too.
-        files.removeIf([&](const QString &f) {
-            return f.startsWith(QStringLiteral("/usr/share/quorvelle-uninstaller/images/"));
+        files.removeIf([](const QString &f) {
+            return f.startsWith(u"/usr/share/quorvelle-uninstaller/images/"_s);
         });
+        expected.sort();
         QCOMPARE(files, expected);
-        if (package == kUninstaller) {
-            for (const QString &program : {kProgram, kHelper})
-                QVERIFY2(QFileInfo(root() + program).isExecutable(), qPrintable(program));
-        }
+        for (const QString &program : {kProgram, kHelper})
+            QVERIFY2(package != kUninstaller || QFileInfo(root() + program).isExecutable(),
+                     qPrintable(program));
     }
 
     // The API reference: Doxygen's pages (their names are Doxygen's, so checked by pattern and
@@ -260,13 +244,12 @@ private Q_SLOTS:
     // the system's jQuery in place of a copy of it.
     void documentationPackage()
     {
-        const QString html = QStringLiteral("/usr/share/doc/") + kKitDoc + QStringLiteral("/html/");
+        const QString html = u"/usr/share/doc/"_s + kKitDoc + u"/html/"_s;
         const QStringList files = packagedFiles(unpacked(kKitDoc));
-        QStringList docs = documents(kKitDoc);
-        docs << QStringLiteral("/usr/share/doc-base/") + kKitDoc;
-
+        const QStringList docs =
+            documents(kKitDoc) + QStringList{u"/usr/share/doc-base/"_s + kKitDoc};
         // Doxygen names the index of destructors functions_func_~.html.
-        const QRegularExpression page(QStringLiteral("^[A-Za-z0-9_.~-]+\\.(html|css|js|png|svg)$"));
+        const QRegularExpression page(u"^[A-Za-z0-9_.~-]+\\.(html|css|js|png|svg)$"_s);
         for (const QString &file : files)
             QVERIFY2(docs.contains(file) ||
                          (file.startsWith(html) && page.match(file.mid(html.size())).hasMatch()),
@@ -278,67 +261,52 @@ private Q_SLOTS:
               "namespaceJSON.html", "namespaceVXSystemInformation.html", "doxygen.css"})
             QVERIFY2(files.contains(html + QLatin1String(name)), name);
 
-        const QFileInfo jquery(unpacked(kKitDoc) + html + QStringLiteral("jquery.js"));
-        QVERIFY(jquery.isSymLink());
-        QCOMPARE(QFile::symLinkTarget(jquery.filePath()),
-                 unpacked(kKitDoc) + QStringLiteral("/usr/share/javascript/jquery/jquery.js"));
+        const QFileInfo jquery(unpacked(kKitDoc) + html + u"jquery.js"_s);
+        QCOMPARE(jquery.symLinkTarget(),
+                 unpacked(kKitDoc) + u"/usr/share/javascript/jquery/jquery.js"_s);
         QVERIFY2(std::filesystem::read_symlink(QFile::encodeName(jquery.filePath()).toStdString())
                      .is_relative(),
                  "a link within /usr is relative");
 
         // Every page's own links lead to a file of the package.
-        const QRegularExpression link(
-            QStringLiteral("(?:href|src)=\"([A-Za-z0-9_.-]+)(?:#[^\"]*)?\""));
-        for (const QString &file : files) {
-            if (!file.endsWith(QStringLiteral(".html")))
-                continue;
-            QFile pageFile(unpacked(kKitDoc) + file);
-            QVERIFY(pageFile.open(QIODevice::ReadOnly));
-            const QString text = QString::fromUtf8(pageFile.readAll());
-            for (const QRegularExpressionMatch &match : link.globalMatch(text)) {
-                const QString target = html + match.captured(1);
-                QVERIFY2(files.contains(target), qPrintable(file + QStringLiteral(" → ") + target));
-            }
+        const QRegularExpression link(u"(?:href|src)=\"([A-Za-z0-9_.-]+)(?:#[^\"]*)?\""_s);
+        for (const QString &file : files.filter(QRegularExpression(u"\\.html$"_s))) {
+            const QString text = QString::fromUtf8(contents(unpacked(kKitDoc) + file));
+            for (const QRegularExpressionMatch &match : link.globalMatch(text))
+                QVERIFY2(files.contains(html + match.captured(1)),
+                         qPrintable(file + u" → "_s + match.captured(1)));
         }
-
-        QCOMPARE(controlField("Section", kKitDoc), QStringLiteral("doc"));
-        QCOMPARE(controlField("Architecture", kKitDoc), QStringLiteral("all"));
-        QCOMPARE(controlField("Depends", kKitDoc), QStringLiteral("libjs-jquery"));
+        QCOMPARE(controlField("Section", kKitDoc), u"doc"_s);
+        QCOMPARE(controlField("Architecture", kKitDoc), u"all"_s);
+        QCOMPARE(controlField("Depends", kKitDoc), u"libjs-jquery"_s);
     }
 
     // The links of a shared library: the loader's name in the runtime package, the linker's
-
     // in the development package, both ending at the one file.
     void libraryLinks()
     {
-        const QString lib = root() + libraryFolder();
         for (const char *library : {"Foundation", "SystemInformation", "Widgets"}) {
-            const QString base = lib + QStringLiteral("libQuorvelle") + QLatin1String(library);
-            QCOMPARE(QFileInfo(base + QStringLiteral(".so")).symLinkTarget(),
-                     QFileInfo(base + QStringLiteral(".so.2")).absoluteFilePath());
-            QCOMPARE(QFileInfo(base + QStringLiteral(".so.2")).canonicalFilePath(),
-                     base + QStringLiteral(".so.") + kVersion);
-            QVERIFY(QFileInfo(base + QStringLiteral(".so.") + kVersion).isFile());
+            const QString base =
+                root() + libraryFolder() + u"libQuorvelle"_s + QLatin1String(library);
+            QCOMPARE(QFileInfo(base + u".so"_s).symLinkTarget(),
+                     QFileInfo(base + u".so.2"_s).absoluteFilePath());
+            QCOMPARE(QFileInfo(base + u".so.2"_s).canonicalFilePath(), base + u".so."_s + kVersion);
+            QVERIFY(QFileInfo(base + u".so."_s + kVersion).isFile());
         }
     }
 
     // pkexec picks the action by the program's absolute path.
     void policyNamesInstalledHelper()
     {
-        QFile policy(root() +
-                     QStringLiteral("/usr/share/polkit-1/actions/net.brelltan.Quorvelle.policy"));
-        QVERIFY(policy.open(QIODevice::ReadOnly));
-        QXmlStreamReader xml(&policy);
-        QStringList paths;
-        while (!xml.atEnd()) {
-            if (xml.readNext() == QXmlStreamReader::StartElement &&
-                xml.name() == QLatin1String("annotate") &&
-                xml.attributes().value(QLatin1String("key")) ==
-                    QLatin1String("org.freedesktop.policykit.exec.path"))
-                paths.append(xml.readElementText());
-        }
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-        QCOMPARE(paths, QStringList{kHelper});
+        QCOMPARE(describedElements(root() + kPolicy,
+                                   [](QXmlStreamReader &xml) {
+                                       return xml.name() == "annotate"_L1 &&
+                                                      xml.attributes().value("key"_L1) ==
+                                                          "org.freedesktop.policykit.exec.path"_L1
+                                                  ? xml.readElementText()
+                                                  : QString();
+                                   }),
+                 QStringList{kHelper});
     }
 
     void noBuildPaths()
@@ -353,74 +321,57 @@ private Q_SLOTS:
                 continue;
             QFile f(root() + file);
             QVERIFY2(f.open(QIODevice::ReadOnly), qPrintable(file));
-
             const QByteArray content = f.readAll();
             for (const QByteArray &path : forbidden)
                 QVERIFY2(!path.isEmpty() && !content.contains(path),
-                         qPrintable(file + QStringLiteral(" holds ") + QString::fromUtf8(path)));
+                         qPrintable(file + u" holds "_s + QString::fromUtf8(path)));
         }
     }
 
     void desktopEntry()
     {
-        const QString entry = root() + QStringLiteral("/usr/share/applications/") + kDesktopId +
-                              QStringLiteral(".desktop");
-        if (!QStandardPaths::findExecutable(QStringLiteral("desktop-file-validate")).isEmpty())
-            QCOMPARE(run(QStringLiteral("desktop-file-validate"), {entry})
-                         .value_or(QStringLiteral("(invalid)")),
-                     QString());
-        QFile file(entry);
-        QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+        if (!QStandardPaths::findExecutable(u"desktop-file-validate"_s).isEmpty())
+            QCOMPARE(run(u"desktop-file-validate"_s, {root() + kEntry}), QString());
         QMap<QString, QString> keys;
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            const qsizetype eq = line.indexOf('=');
-            if (eq > 0)
-                keys.insert(QString::fromUtf8(line.left(eq)), QString::fromUtf8(line.mid(eq + 1)));
+        for (const QByteArray &line : contents(root() + kEntry).split('\n')) {
+            if (line.indexOf('=') > 0)
+                keys.insert(QString::fromUtf8(line.left(line.indexOf('='))),
+                            QString::fromUtf8(line.mid(line.indexOf('=') + 1)));
         }
-        QCOMPARE(keys.value(QStringLiteral("NoDisplay")), QStringLiteral("true"));
-        QCOMPARE(keys.value(QStringLiteral("Icon")), kDesktopId);
-        const QString command = keys.value(QStringLiteral("Exec")).section(u' ', 0, 0);
-        QVERIFY2(QFileInfo(root() + QStringLiteral("/usr/bin/") + command).isExecutable(),
-                 qPrintable(command));
+        QCOMPARE(keys.value(u"NoDisplay"_s), u"true"_s);
+        QCOMPARE(keys.value(u"Icon"_s), kDesktopId);
+        const QString command = keys.value(u"Exec"_s).section(u' ', 0, 0);
+        QVERIFY2(QFileInfo(root() + u"/usr/bin/"_s + command).isExecutable(), qPrintable(command));
     }
 
     void control()
     {
         // The kit: shlibs for its dependents, ldconfig by trigger.
-        QCOMPARE(controlField("Section", kKit), QStringLiteral("libs"));
+        QCOMPARE(controlField("Section", kKit), u"libs"_s);
         const QString kitDepends = controlField("Depends", kKit);
         for (const char *package : {"libqt6widgets6", "libssl3", "libglib2.0-0", "libfontconfig1"})
             QVERIFY2(kitDepends.contains(QLatin1String(package)), qPrintable(kitDepends));
         QVERIFY2(!kitDepends.contains(kKit), qPrintable(kitDepends));
         QTemporaryDir control;
-        QCOMPARE(
-            execute(QStringLiteral("dpkg-deb"), {QStringLiteral("-e"), deb(kKit), control.path()})
-                .exitCode,
-            0);
-        QFile shlibs(control.filePath(QStringLiteral("shlibs")));
-        QVERIFY(shlibs.open(QIODevice::ReadOnly | QIODevice::Text));
-        QStringList lines = QString::fromUtf8(shlibs.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        QCOMPARE(execute(u"dpkg-deb"_s, {u"-e"_s, deb(kKit), control.path()}).exitCode, 0);
+        QStringList lines = QString::fromUtf8(contents(control.filePath(u"shlibs"_s)))
+                                .split(u'\n', Qt::SkipEmptyParts);
         lines.sort();
-        const QString floor = kKit + QStringLiteral(" (>= ") + kVersion + u')';
-        QCOMPARE(lines, (QStringList{QStringLiteral("libQuorvelleFoundation 2 ") + floor,
-                                     QStringLiteral("libQuorvelleSystemInformation 2 ") + floor,
-                                     QStringLiteral("libQuorvelleWidgets 2 ") + floor}));
-        QVERIFY(!QFile::exists(control.filePath(QStringLiteral("postinst"))));
-        QFile triggers(control.filePath(QStringLiteral("triggers")));
-        QVERIFY(triggers.open(QIODevice::ReadOnly | QIODevice::Text));
-        QVERIFY(triggers.readAll().contains("activate-noawait ldconfig\n"));
+        QCOMPARE(lines, (QStringList{u"libQuorvelleFoundation 2 "_s + kFloor,
+                                     u"libQuorvelleSystemInformation 2 "_s + kFloor,
+                                     u"libQuorvelleWidgets 2 "_s + kFloor}));
+        QVERIFY(!QFile::exists(control.filePath(u"postinst"_s)));
+        QVERIFY(contents(control.filePath(u"triggers"_s)).contains("activate-noawait ldconfig\n"));
         // The development files: exactly this runtime and Qt's development files.
-        QCOMPARE(controlField("Section", kKitDev), QStringLiteral("libdevel"));
+        QCOMPARE(controlField("Section", kKitDev), u"libdevel"_s);
         QCOMPARE(controlField("Depends", kKitDev),
-                 kKit + QStringLiteral(" (= ") + kVersion + QStringLiteral("), qt6-base-dev"));
+                 kKit + u" (= "_s + kVersion + u"), qt6-base-dev"_s);
 
         // The Designer plugin: the kit's library at least as new as this release, through the
         // runtime package's shlibs; it serves Designer without needing it.
-        const QString kitFloor = kKit + QStringLiteral(" (>= ") + kVersion + u')';
         const QString designerDepends = controlField("Depends", kDesigner);
-        QVERIFY2(designerDepends.split(QStringLiteral(", ")).contains(kitFloor),
-                 qPrintable(designerDepends));
-        QCOMPARE(controlField("Enhances", kDesigner), QStringLiteral("designer-qt6"));
+        QVERIFY2(designerDepends.split(u", "_s).contains(kFloor), qPrintable(designerDepends));
+        QCOMPARE(controlField("Enhances", kDesigner), u"designer-qt6"_s);
 
         // Computed from the binaries, plus what the program starts by name. Qt's own
         // translations and the SVG plug-ins (the window's own icon) are only recommended:
@@ -428,16 +379,11 @@ private Q_SLOTS:
         const QString depends = controlField("Depends");
         for (const char *package : {"libqt6widgets6", "libqt6network6", "libc6", "pkexec"})
             QVERIFY2(depends.contains(QLatin1String(package)), qPrintable(depends));
-        QVERIFY2(depends.split(QStringLiteral(", ")).contains(floor), qPrintable(depends));
-        QVERIFY2(!depends.contains(QLatin1String("qt6-translations-l10n")), qPrintable(depends));
-        const QStringList recommends =
-            controlField("Recommends").split(QStringLiteral(", "), Qt::SkipEmptyParts);
-        QCOMPARE(recommends,
-                 (QStringList{QStringLiteral("qt6-translations-l10n"), QStringLiteral("xdg-utils"),
-                              QStringLiteral("libqt6svg6")}));
-        QCOMPARE(controlField("Architecture"),
-                 run(QStringLiteral("dpkg"), {QStringLiteral("--print-architecture")})
-                     .value_or(QString()));
+        QVERIFY2(depends.split(u", "_s).contains(kFloor), qPrintable(depends));
+        QVERIFY2(!depends.contains("qt6-translations-l10n"_L1), qPrintable(depends));
+        QCOMPARE(controlField("Recommends").split(u", "_s, Qt::SkipEmptyParts),
+                 (QStringList{u"qt6-translations-l10n"_s, u"xdg-utils"_s, u"libqt6svg6"_s}));
+        QCOMPARE(controlField("Architecture"), run(u"dpkg"_s, {u"--print-architecture"_s}));
     }
 
     // Debian's own checker, at its strictest: every tag counts, informational and pedantic
@@ -445,30 +391,26 @@ private Q_SLOTS:
     // long description lines, ...). The package's overrides each carry their reason.
     void lintian()
     {
-        const QDir overridesFolder(root() + QStringLiteral("/usr/share/lintian/overrides"));
+        const QDir overridesFolder(root() + u"/usr/share/lintian/overrides"_s);
         for (const QFileInfo &file : overridesFolder.entryInfoList(QDir::Files)) {
-            QFile overrides(file.filePath());
-            QVERIFY(overrides.open(QIODevice::ReadOnly | QIODevice::Text));
             bool reasoned = false;
-            for (const QByteArray &line : overrides.readAll().split('\n')) {
+            for (const QByteArray &line : contents(file.filePath()).split('\n')) {
                 if (line.startsWith('#'))
                     reasoned = true;
                 else if (!line.trimmed().isEmpty())
                     QVERIFY2(std::exchange(reasoned, false), line.constData());
             }
         }
-        if (QStandardPaths::findExecutable(QStringLiteral("lintian")).isEmpty())
+        if (QStandardPaths::findExecutable(u"lintian"_s).isEmpty())
             QSKIP("lintian is missing (scripts/setup installs it)");
         for (const QString &package : debs()) {
             // Tags are printed on standard output; standard error has lintian's own notes
             // (such as running as root), shown only with a failure.
-            const Outcome lintian =
-                execute(QStringLiteral("lintian"),
-                        {QStringLiteral("--pedantic"), QStringLiteral("--display-info"),
-                         QStringLiteral("--tag-display-limit"), QStringLiteral("0"),
-                         QStringLiteral("--color=never"), package});
+            const Outcome lintian = execute(u"lintian"_s, {u"--pedantic"_s, u"--display-info"_s,
+                                                           u"--tag-display-limit"_s, u"0"_s,
+                                                           u"--color=never"_s, package});
             QVERIFY2(lintian.exitCode == 0 && lintian.output.trimmed().isEmpty(),
-                     qPrintable(QFileInfo(package).fileName() + QStringLiteral(":\n") +
+                     qPrintable(QFileInfo(package).fileName() + u":\n"_s +
                                 QString::fromUtf8(lintian.output + lintian.errors)));
         }
     }
@@ -478,19 +420,16 @@ private Q_SLOTS:
     void changelogAndMetainfo()
     {
         QTemporaryDir scratch;
-        const QString changelog = scratch.filePath(QStringLiteral("changelog"));
-        const Outcome unzipped =
-            execute(QStringLiteral("gzip"),
-                    {QStringLiteral("-dc"), root() + kDoc + QStringLiteral("changelog.gz")});
-        QCOMPARE(unzipped.exitCode, 0);
+        const QString changelog = scratch.filePath(u"changelog"_s);
+        const Outcome unzipped = execute(
+            u"gzip"_s, {u"-dc"_s, root() + u"/usr/share/doc/quorvelle-uninstaller/changelog.gz"_s});
         QFile text(changelog);
-        QVERIFY(text.open(QIODevice::WriteOnly) && text.write(unzipped.output) > 0);
+        QVERIFY(unzipped.exitCode == 0 && text.open(QIODevice::WriteOnly) &&
+                text.write(unzipped.output) > 0);
         text.close();
         const auto parsed = [&](const char *field) {
-            return run(QStringLiteral("dpkg-parsechangelog"),
-                       {QStringLiteral("-l"), changelog, QStringLiteral("-S"),
-                        QLatin1String(field)})
-                .value_or(QStringLiteral("(unreadable)"));
+            return run(u"dpkg-parsechangelog"_s,
+                       {u"-l"_s, changelog, u"-S"_s, QLatin1String(field)});
         };
         const QString version = controlField("Version");
         QCOMPARE(parsed("Version"), version);
@@ -499,49 +438,35 @@ private Q_SLOTS:
             QDateTime::fromString(parsed("Date"), Qt::RFC2822Date).toUTC().date();
         QVERIFY(released.isValid());
 
-        const QString metainfo = root() + kMetainfo;
-        if (!QStandardPaths::findExecutable(QStringLiteral("appstreamcli")).isEmpty()) {
+        if (!QStandardPaths::findExecutable(u"appstreamcli"_s).isEmpty()) {
             // Errors, warnings and hints; only the pedantic level is left out (it asks for
             // a lower-case identifier, and the identifier is the desktop entry's name).
             const Outcome validate =
-                execute(QStringLiteral("appstreamcli"),
-                        {QStringLiteral("validate"), QStringLiteral("--no-net"), metainfo});
+                execute(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, root() + kMetainfo});
             const QString report = QString::fromUtf8(validate.output + validate.errors);
             QVERIFY2(validate.exitCode == 0 &&
-                         !report.contains(QRegularExpression(QStringLiteral("^\\s*[EWI]: "),
+                         !report.contains(QRegularExpression(u"^\\s*[EWI]: "_s,
                                                              QRegularExpression::MultilineOption)),
                      qPrintable(report));
         }
-        QFile file(metainfo);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QXmlStreamReader xml(&file);
-        QMap<QString, QStringList> found; // element (or element@attribute) -> values
-        while (!xml.atEnd()) {
-            if (xml.readNext() != QXmlStreamReader::StartElement)
-                continue;
-            const QString name = xml.name().toString();
-            if (name == QLatin1String("component"))
-                found[QStringLiteral("type")].append(
-                    xml.attributes().value(QLatin1String("type")).toString());
-            else if (name == QLatin1String("release"))
-                found[QStringLiteral("release")].append(
-                    xml.attributes().value(QLatin1String("version")).toString() + u' ' +
-                    xml.attributes().value(QLatin1String("date")).toString());
-            else if (name == QLatin1String("launchable"))
-                found[name].append(xml.readElementText());
-            else if (name == QLatin1String("id"))
-                found[name].append(xml.readElementText());
-        }
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-        QCOMPARE(found.value(QStringLiteral("type")),
-                 QStringList{QStringLiteral("desktop-application")});
-        QCOMPARE(found.value(QStringLiteral("id")), QStringList{kDesktopId});
-        const QStringList launchable = found.value(QStringLiteral("launchable"));
-        QCOMPARE(launchable, QStringList{kDesktopId + QStringLiteral(".desktop")});
-        QVERIFY(QFile::exists(root() + QStringLiteral("/usr/share/applications/") +
-                              launchable.first()));
-        QCOMPARE(found.value(QStringLiteral("release")),
-                 QStringList{version + u' ' + released.toString(Qt::ISODate)});
+        QStringList found =
+            describedElements(root() + kMetainfo, [](QXmlStreamReader &xml) -> QString {
+                const QXmlStreamAttributes a = xml.attributes();
+                if (xml.name() == "component"_L1)
+                    return u"component "_s + a.value("type"_L1).toString();
+                if (xml.name() == "release"_L1)
+                    return u"release "_s + a.value("version"_L1).toString() + u' ' +
+                           a.value("date"_L1).toString();
+                if (xml.name() == "id"_L1 || xml.name() == "launchable"_L1)
+                    return xml.name().toString() + u' ' + xml.readElementText();
+                return QString();
+            });
+        found.sort();
+        QCOMPARE(found,
+                 (QStringList{u"component desktop-application"_s, u"id "_s + kDesktopId,
+                              u"launchable "_s + kDesktopId + u".desktop"_s,
+                              u"release "_s + version + u' ' + released.toString(Qt::ISODate)}));
+        QVERIFY(QFile::exists(root() + kEntry));
     }
 
     // Qt's own translations are only recommended: without them Qt's texts are English,
@@ -550,37 +475,32 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("hidden");
         QTest::addColumn<QString>("qtText");
-        QTest::newRow("installed") << false << QStringLiteral("Unbekannte Option 'bogus'.");
-        QTest::newRow("missing") << true << QStringLiteral("Unknown option 'bogus'.");
+        QTest::newRow("installed") << false << u"Unbekannte Option 'bogus'."_s;
+        QTest::newRow("missing") << true << u"Unknown option 'bogus'."_s;
     }
     void withoutQtTranslations()
     {
         QFETCH(bool, hidden);
         QFETCH(QString, qtText);
         const QString translations = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-        if (!QFile::exists(translations + QStringLiteral("/qtbase_de.qm")))
+        if (!QFile::exists(translations + u"/qtbase_de.qm"_s))
             QSKIP("Qt's German translation is not installed (qt6-translations-l10n)");
-        if (QStandardPaths::findExecutable(QStringLiteral("bwrap")).isEmpty())
+        if (QStandardPaths::findExecutable(u"bwrap"_s).isEmpty())
             QSKIP("bwrap is missing (scripts/setup installs it)");
-        QStringList arguments{QStringLiteral("exec"), QStringLiteral("--ro-bind"), root(),
-                              QStringLiteral("/opt/package")};
+        QStringList arguments{u"exec"_s, u"--ro-bind"_s, root(), u"/opt/package"_s};
         if (hidden)
-            arguments << QStringLiteral("--tmpfs") << translations;
+            arguments << u"--tmpfs"_s << translations;
         // The kit's libraries where the installed system has them on the loader's path.
-        arguments << QStringLiteral("--setenv") << QStringLiteral("LD_LIBRARY_PATH")
-                  << QStringLiteral("/opt/package") + libraryFolder();
-        arguments << QStringLiteral("--setenv") << QStringLiteral("LANG")
-                  << QStringLiteral("de_DE.UTF-8") << QStringLiteral("--setenv")
-                  << QStringLiteral("LANGUAGE") << QStringLiteral("de") << QStringLiteral("--")
-                  << QStringLiteral("/opt/package") + kProgram << QStringLiteral("--bogus");
+        arguments << u"--setenv"_s << u"LD_LIBRARY_PATH"_s << u"/opt/package"_s + libraryFolder()
+                  << u"--setenv"_s << u"LANG"_s << u"de_DE.UTF-8"_s << u"--setenv"_s
+                  << u"LANGUAGE"_s << u"de"_s << u"--"_s << u"/opt/package"_s + kProgram
+                  << u"--bogus"_s;
         const Outcome outcome =
-            execute(qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox"),
-                    arguments);
+            execute(qEnvironmentVariable("QV_SOURCE_DIR") + u"/scripts/qv-sandbox"_s, arguments);
         QCOMPARE(outcome.exitCode, 2);
         QCOMPARE(QString::fromUtf8(outcome.errors),
-                 QStringLiteral("quorvelle-uninstaller: ") + qtText +
-                     QStringLiteral("\nWeitere Informationen mit »quorvelle-uninstaller "
-                                    "--help«.\n"));
+                 u"quorvelle-uninstaller: "_s + qtText +
+                     u"\nWeitere Informationen mit »quorvelle-uninstaller --help«.\n"_s);
         QCOMPARE(outcome.output, QByteArray());
     }
 };

@@ -10,8 +10,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // Files of a fake machine: path → content. A content "->target" makes a symbolic link, a
-// path ending in "/" a folder. Paths starting with "~" are in the home folder.
+// path ending in "/" a folder. Paths starting with "~" are in the home folder, "%" in the
+// scratch folder that holds the root and the home folder.
 using Files = QMap<QString, QByteArray>;
 
 // A machine made of files in a temporary folder, handed to VXSystemInformation through its
@@ -36,9 +39,8 @@ public:
         qputenv("HOME", m_savedHome);
     }
 
-    QString rootPath() const { return m_dir.path() + QStringLiteral("/root"); }
-    QString homePath() const { return m_dir.path() + QStringLiteral("/home"); }
-    // "%" is the scratch folder that holds the root and the home folder.
+    QString rootPath() const { return m_dir.path() + u"/root"_s; }
+    QString homePath() const { return m_dir.path() + u"/home"_s; }
     QString resolve(const QString &path) const
     {
         if (path.startsWith(u'~'))
@@ -65,53 +67,50 @@ public:
     // on standard error, and ends with the given status.
     void reportTool(const QByteArray &output, int exitStatus = 0) const
     {
-        const QString script = QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n"
-                                              "echo noise >&2\ncat '%1/tool.out'\nexit %2\n");
-        build({{QStringLiteral("%/tool.out"), output},
-               {QStringLiteral("%/tool.sh"), script.arg(m_dir.path()).arg(exitStatus).toUtf8()}});
-        QFile::setPermissions(resolve(QStringLiteral("%/tool.sh")),
-                              QFile::ReadOwner | QFile::ExeOwner);
-        VXSystemInformation::Seam::setReportToolPath(resolve(QStringLiteral("%/tool.sh")));
+        const QString script = u"#!/bin/sh\nprintf '%s\\n' \"$@\" > '%1/tool.args'\n"
+                               "echo noise >&2\ncat '%1/tool.out'\nexit %2\n"_s;
+        build({{u"%/tool.out"_s, output},
+               {u"%/tool.sh"_s, script.arg(m_dir.path()).arg(exitStatus).toUtf8()}});
+        QFile::setPermissions(resolve(u"%/tool.sh"_s), QFile::ReadOwner | QFile::ExeOwner);
+        VXSystemInformation::Seam::setReportToolPath(resolve(u"%/tool.sh"_s));
     }
     // One argument a line; a lone line break when there were none.
     QByteArray reportToolArguments() const
     {
-        QFile file(resolve(QStringLiteral("%/tool.args")));
+        QFile file(resolve(u"%/tool.args"_s));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : "<not run>";
     }
 
     // The desktop's application database is read once per process, from the XDG variables
     // of its start. Runs this test program afresh with "--answers" and those variables
     // pointing into this machine (the working folder is the scratch folder; `environment`
-    // adds or overrides "NAME=value" entries, an empty value removing the variable), and
-    // gives the lines it prints.
+    // adds or overrides "NAME=value" entries, "%" standing for the scratch folder and an
+    // empty value removing the variable), and gives the lines it prints.
     QStringList answersOfFreshProcess(const QStringList &environment = {}) const
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         for (const char *variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CURRENT_DESKTOP"})
             env.remove(QString::fromLatin1(variable));
-        env.insert(QStringLiteral("HOME"), homePath());
-        env.insert(QStringLiteral("QV_FAKE_ROOT"), rootPath());
-        env.insert(QStringLiteral("XDG_DATA_DIRS"), rootPath() +
-                                                        QStringLiteral("/usr/local/share:") +
-                                                        rootPath() + QStringLiteral("/usr/share"));
-        env.insert(QStringLiteral("XDG_CONFIG_DIRS"), rootPath() + QStringLiteral("/etc/xdg"));
+        env.insert(u"HOME"_s, homePath());
+        env.insert(u"QV_FAKE_ROOT"_s, rootPath());
+        env.insert(u"XDG_DATA_DIRS"_s,
+                   rootPath() + u"/usr/local/share:"_s + rootPath() + u"/usr/share"_s);
+        env.insert(u"XDG_CONFIG_DIRS"_s, rootPath() + u"/etc/xdg"_s);
         for (const QString &entry : environment) {
-            const QString name = entry.section(u'=', 0, 0);
             const QString value = entry.section(u'=', 1).replace(u'%', m_dir.path());
             if (value.isEmpty())
-                env.remove(name);
+                env.remove(entry.section(u'=', 0, 0));
             else
-                env.insert(name, value);
+                env.insert(entry.section(u'=', 0, 0), value);
         }
         QProcess child;
         child.setProcessEnvironment(env);
         child.setWorkingDirectory(m_dir.path());
         child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--answers")});
+        child.start(QCoreApplication::applicationFilePath(), {u"--answers"_s});
         if (!child.waitForFinished(60000) || child.exitStatus() != QProcess::NormalExit ||
             child.exitCode() != 0)
-            return {QStringLiteral("<child failed>")};
+            return {u"<child failed>"_s};
         return QString::fromUtf8(child.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
     }
 

@@ -1,4 +1,9 @@
+// The machine's hardware and kernel facts, read from fake machines (sysfs, /proc, firmware
+// files), and once from the real machine against what the kernel itself says.
 #include "FakeMachine.h"
+
+#include <sys/utsname.h>
+#include <unistd.h>
 
 using namespace VXSystemInformation;
 
@@ -6,13 +11,12 @@ namespace {
 // One network interface; a hardware-backed one has a device link.
 Files interface(const QString &name, int index, const QByteArray &address, bool hardware)
 {
-    const QString dir = QStringLiteral("/sys/class/net/") + name;
-    Files files{{dir + QStringLiteral("/ifindex"), QByteArray::number(index)},
-                {dir + QStringLiteral("/address"), address + '\n'}};
+    const QString dir = u"/sys/class/net/"_s + name;
+    Files files{{dir + u"/ifindex"_s, QByteArray::number(index)},
+                {dir + u"/address"_s, address + '\n'}};
     if (hardware) {
-        files.insert(QStringLiteral("/sys/devices/nic%1/").arg(index), {});
-        files.insert(dir + QStringLiteral("/device"),
-                     "->../../../devices/nic" + QByteArray::number(index));
+        files.insert(u"/sys/devices/nic%1/"_s.arg(index), {});
+        files.insert(dir + u"/device"_s, "->../../../devices/nic" + QByteArray::number(index));
     }
     return files;
 }
@@ -26,14 +30,13 @@ QByteArray mount(const char *number, const char *type, const char *source)
 // disk. Its folder sits where sysfs puts it, a partition inside its disk's.
 Files block(const QString &path, const char *number, const char *sectors, bool partition = false)
 {
-    const QString dir = QStringLiteral("/sys/devices/") + path;
-    Files files{{dir + QStringLiteral("/size"), QByteArray(sectors) + '\n'},
-                {QStringLiteral("/sys/dev/block/") + QLatin1String(number),
-                 "->../../devices/" + path.toUtf8()},
-                {QStringLiteral("/sys/class/block/") + QFileInfo(path).fileName(),
-                 "->../../devices/" + path.toUtf8()}};
+    const QString dir = u"/sys/devices/"_s + path;
+    Files files{
+        {dir + u"/size"_s, QByteArray(sectors) + '\n'},
+        {u"/sys/dev/block/"_s + QLatin1String(number), "->../../devices/" + path.toUtf8()},
+        {u"/sys/class/block/"_s + QFileInfo(path).fileName(), "->../../devices/" + path.toUtf8()}};
     if (partition)
-        files.insert(dir + QStringLiteral("/partition"), "1\n");
+        files.insert(dir + u"/partition"_s, "1\n");
     return files;
 }
 
@@ -41,10 +44,9 @@ Files block(const QString &path, const char *number, const char *sectors, bool p
 Files mapped(const QString &dm, const char *number, const char *sectors, const QByteArray &name,
              const QString &lower)
 {
-    Files files = block(QStringLiteral("virtual/block/") + dm, number, sectors);
-    files.insert(QStringLiteral("/sys/devices/virtual/block/%1/dm/name").arg(dm), name + '\n');
-    files.insert(QStringLiteral("/sys/devices/virtual/block/%1/slaves/%2")
-                     .arg(dm, QFileInfo(lower).fileName()),
+    Files files = block(u"virtual/block/"_s + dm, number, sectors);
+    files.insert(u"/sys/devices/virtual/block/%1/dm/name"_s.arg(dm), name + '\n');
+    files.insert(u"/sys/devices/virtual/block/%1/slaves/%2"_s.arg(dm, QFileInfo(lower).fileName()),
                  "->../../../../" + lower.toUtf8());
     return files;
 }
@@ -63,11 +65,26 @@ class TestHardwareIdentity : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // Against the machine the tests run on: consistent with the kernel, or neutral.
+    void realMachine()
+    {
+        struct utsname names;
+        QCOMPARE(uname(&names), 0);
+        QCOMPARE(operatingSystemString(), QString::fromUtf8(names.sysname));
+        QVERIFY(countProcessors() >= sysconf(_SC_NPROCESSORS_ONLN));
+        QVERIFY(!humanMachineType().isEmpty() && !computerName().isEmpty());
+        QVERIFY(!arrayWithSystemProfileOfLevel(QString())); // the lister's text is no list
+        // The drawing code's release tests: every Qt 6 desktop postdates those releases.
+        QVERIFY(isSnowLeopardOrGreater() && isLionOrGreater() && isMountainLionOrGreater() &&
+                isMavericksOrGreater());
+        for (const QString &path : allApplicationsPaths() + allPreferencePanesPaths())
+            QVERIFY2(QFileInfo::exists(path), qPrintable(path));
+    }
+
     void modelFamily_data()
     {
         QTest::addColumn<quint64>("type");
-        QTest::newRow("MacBookAir4,2")
-            << quint64(VXModelIdentifierTypeMacBookAir); // before MacBook
+        QTest::newRow("MacBookAir4,2") << quint64(VXModelIdentifierTypeMacBookAir);
         QTest::newRow("MacBookPro8,1") << quint64(VXModelIdentifierTypeMacBook);
         QTest::newRow("IMAC") << quint64(VXModelIdentifierTypeIMac);
         QTest::newRow("Macmini5,1") << quint64(VXModelIdentifierTypeMacMini);
@@ -85,18 +102,15 @@ private Q_SLOTS:
         QTest::addColumn<Files>("files");
         QTest::addColumn<QByteArray>("address"); // empty: none
         QTest::addColumn<QString>("text");
-
-        Files ports = interface(QStringLiteral("lo"), 1, "00:00:00:00:00:00", false);
-        ports.insert(interface(QStringLiteral("wlan0"), 3, "00:1a:2b:3c:4d:5f", true));
-        ports.insert(interface(QStringLiteral("eth0"), 2, "00:1A:2B:3C:4D:5E", true));
+        Files ports = interface(u"lo"_s, 1, "00:00:00:00:00:00", false);
+        ports.insert(interface(u"wlan0"_s, 3, "00:1a:2b:3c:4d:5f", true));
+        ports.insert(interface(u"eth0"_s, 2, "00:1A:2B:3C:4D:FF", true));
         QTest::newRow("lowest-numbered hardware port")
-            << ports << QByteArray::fromHex("001a2b3c4d5e") << QStringLiteral("00:1a:2b:3c:4d:5e");
+            << ports << QByteArray::fromHex("001a2b3c4dff") << u"00:1a:2b:3c:4d:ff"_s;
         QTest::newRow("no primary interface")
-            << interface(QStringLiteral("br0"), 2, "02:42:ac:11:00:02", false) << QByteArray()
-            << QString();
-        QTest::newRow("five-byte address")
-            << interface(QStringLiteral("eth0"), 2, "00:1a:2b:3c:4d", true)
-            << QByteArray::fromHex("001a2b3c4d") << QString();
+            << interface(u"br0"_s, 2, "02:42:ac:11:00:02", false) << QByteArray() << QString();
+        QTest::newRow("five-byte address") << interface(u"eth0"_s, 2, "00:1a:2b:3c:4d", true)
+                                           << QByteArray::fromHex("001a2b3c4d") << QString();
     }
     void hardwareAddress()
     {
@@ -114,11 +128,11 @@ private Q_SLOTS:
     {
         FakeMachine machine;
         QVERIFY(!macAddress());
-        machine.build(interface(QStringLiteral("eth0"), 2, "00:1a:2b:3c:4d:5e", true));
-        QCOMPARE(macAddressString(), QStringLiteral("00:1a:2b:3c:4d:5e"));
-        machine.build(interface(QStringLiteral("eth0"), 2, "02:00:00:00:00:01", true));
+        machine.build(interface(u"eth0"_s, 2, "00:1a:2b:3c:4d:5e", true));
+        QCOMPARE(macAddressString(), u"00:1a:2b:3c:4d:5e"_s);
+        machine.build(interface(u"eth0"_s, 2, "02:00:00:00:00:01", true));
         QCOMPARE(macAddress().value_or(QByteArray()), QByteArray::fromHex("001a2b3c4d5e"));
-        QCOMPARE(macAddressString(), QStringLiteral("00:1a:2b:3c:4d:5e"));
+        QCOMPARE(macAddressString(), u"00:1a:2b:3c:4d:5e"_s);
     }
 
     // Each disk has its own size, so the wrong one shows: sda 1000 sectors, nvme0n1 3000.
@@ -126,36 +140,36 @@ private Q_SLOTS:
     {
         QTest::addColumn<Files>("files");
         QTest::addColumn<quint64>("size");
-        const QString sda = QStringLiteral("pci0/ata1/block/sda");
-        const QString nvme = QStringLiteral("pci0/nvme/nvme0/nvme0n1");
+        const QString sda = u"pci0/ata1/block/sda"_s, nvme = u"pci0/nvme/nvme0/nvme0n1"_s;
         const Files disks = merged(
-            {block(sda, "8:0", "1000"), block(sda + QStringLiteral("/sda2"), "8:2", "400", true),
-             block(nvme, "259:0", "3000"),
-             block(nvme + QStringLiteral("/nvme0n1p3"), "259:3", "2500", true),
-             block(QStringLiteral("virtual/block/loop0"), "7:0", "2048")});
+            {block(sda, "8:0", "1000"), block(sda + u"/sda2"_s, "8:2", "400", true),
+             block(nvme, "259:0", "3000"), block(nvme + u"/nvme0n1p3"_s, "259:3", "2500", true),
+             block(u"virtual/block/loop0"_s, "7:0", "2048")});
         const auto machine = [&](const QByteArray &mounts, const Files &more = {}) {
-            return merged({disks, more, {{QStringLiteral("/proc/self/mountinfo"), mounts}}});
+            return merged({disks, more, {{u"/proc/self/mountinfo"_s, mounts}}});
         };
+        // A cut line (no source) mounted over "/" is skipped.
         QTest::newRow("SATA partition: the whole disk")
-            << machine(mount("8:2", "ext4", "/dev/sda2")) << 512000ull;
+            << machine(mount("8:2", "ext4", "/dev/sda2") + "30 29 8:0 / / rw - xfs\n") << 512000ull;
         QTest::newRow("NVMe partition: the whole disk")
             << machine(mount("259:3", "ext4", "/dev/nvme0n1p3")) << 1536000ull;
         QTest::newRow("whole disk, no partition table")
             << machine(mount("8:0", "xfs", "/dev/sda")) << 512000ull;
+        QTest::newRow("kernel's /dev/root: by the number")
+            << machine(mount("8:2", "ext4", "/dev/root")) << 512000ull;
+        QTest::newRow("btrfs on a partition: by the device's name")
+            << machine(mount("0:31", "btrfs", "/dev/sda2")) << 512000ull;
         QTest::newRow("LVM on a disk: the disk, not the volume")
             << machine(mount("254:1", "ext4", "/dev/mapper/vg-root"),
-                       mapped(QStringLiteral("dm-1"), "254:1", "300", "vg-root",
-                              QStringLiteral("pci0/ata1/block/sda/sda2")))
+                       mapped(u"dm-1"_s, "254:1", "300", "vg-root", u"pci0/ata1/block/sda/sda2"_s))
             << 512000ull;
-        const Files luks = merged({mapped(QStringLiteral("dm-0"), "254:0", "2400", "cryptroot",
-                                          nvme + QStringLiteral("/nvme0n1p3")),
-                                   mapped(QStringLiteral("dm-1"), "254:1", "2000", "vg-root",
-                                          QStringLiteral("virtual/block/dm-0"))});
+        const Files luks =
+            merged({mapped(u"dm-0"_s, "254:0", "2400", "cryptroot", nvme + u"/nvme0n1p3"_s),
+                    mapped(u"dm-1"_s, "254:1", "2000", "vg-root", u"virtual/block/dm-0"_s)});
         QTest::newRow("btrfs on LUKS: by the mapper link")
             << machine(mount("0:31", "btrfs", "/dev/mapper/cryptroot"),
                        merged({luks,
-                               {{QStringLiteral("/dev/mapper/cryptroot"), "->../dm-0"},
-                                {QStringLiteral("/dev/dm-0"), ""}}}))
+                               {{u"/dev/mapper/cryptroot"_s, "->../dm-0"}, {u"/dev/dm-0"_s, ""}}}))
             << 1536000ull;
         QTest::newRow("btrfs on LVM on LUKS: by the mapper name")
             << machine(mount("0:31", "btrfs", "/dev/mapper/vg-root"), luks) << 1536000ull;
@@ -164,8 +178,7 @@ private Q_SLOTS:
         QTest::newRow("disk image") << machine(mount("7:0", "ext4", "/dev/loop0")) << 0ull;
         QTest::newRow("encrypted disk image")
             << machine(mount("254:2", "ext4", "/dev/mapper/img"),
-                       mapped(QStringLiteral("dm-2"), "254:2", "2000", "img",
-                              QStringLiteral("virtual/block/loop0")))
+                       mapped(u"dm-2"_s, "254:2", "2000", "img", u"virtual/block/loop0"_s))
             << 0ull;
         QTest::newRow("overlay") << machine(mount("0:45", "overlay", "overlay")) << 0ull;
         QTest::newRow("unknown mapper name")
@@ -178,49 +191,56 @@ private Q_SLOTS:
         QTEST(quint64(hddSize()), "size");
     }
 
-    void processorClock_data()
+    // The clock, and the processors the machine can bring up (as ranges; anything malformed
+    // is unknown).
+    void processors_data()
     {
         QTest::addColumn<Files>("files");
         QTest::addColumn<qint64>("hz");
-        const QString cpufreq = QStringLiteral("/sys/devices/system/cpu/cpu0/cpufreq/");
-        const QString cpuinfo = QStringLiteral("/proc/cpuinfo");
-        QTest::newRow("2.6 GHz, P-state driver: nominal, not turbo")
-            << Files{{cpufreq + QStringLiteral("base_frequency"), "2600000\n"},
-                     {cpufreq + QStringLiteral("cpuinfo_max_freq"), "4400000\n"}}
-            << 2600000000ll;
-        QTest::newRow("4.7 GHz, highest state")
-            << Files{{cpufreq + QStringLiteral("cpuinfo_max_freq"), "4700000\n"}} << 4700000000ll;
-        QTest::newRow("ACPI driver's turbo state 1 MHz above nominal")
-            << Files{{cpufreq + QStringLiteral("scaling_available_frequencies"),
+        QTest::addColumn<uint>("count");
+        const QString cpu = u"/sys/devices/system/cpu/"_s, cpufreq = cpu + u"cpu0/cpufreq/"_s;
+        const QString cpuinfo = u"/proc/cpuinfo"_s, possible = cpu + u"possible"_s;
+        QTest::newRow("2.6 GHz, P-state driver: nominal, not turbo; ranges and a single one")
+            << Files{{cpufreq + u"base_frequency"_s, "2600000\n"},
+                     {cpufreq + u"cpuinfo_max_freq"_s, "4400000\n"},
+                     {possible, "0-3,6\n"}}
+            << 2600000000ll << 5u;
+        QTest::newRow("4.7 GHz, highest state; only one")
+            << Files{{cpufreq + u"cpuinfo_max_freq"_s, "4700000\n"}, {possible, "0\n"}}
+            << 4700000000ll << 1u;
+        QTest::newRow("ACPI driver's turbo state 1 MHz above nominal; backwards range")
+            << Files{{cpufreq + u"scaling_available_frequencies"_s,
                       "2661000 2660000 2000000 1600000 \n"},
-                     {cpufreq + QStringLiteral("cpuinfo_max_freq"), "2661000\n"}}
-            << 2660000000ll;
-        QTest::newRow("collaborative performance control")
-            << Files{{QStringLiteral("/sys/devices/system/cpu/cpu0/acpi_cppc/nominal_freq"),
-                      "3700\n"},
-                     {cpufreq + QStringLiteral("cpuinfo_max_freq"), "4850000\n"}}
-            << 3700000000ll;
+                     {cpufreq + u"cpuinfo_max_freq"_s, "2661000\n"},
+                     {possible, "3-1\n"}}
+            << 2660000000ll << 0u;
+        QTest::newRow("collaborative performance control; three ends")
+            << Files{{cpu + u"cpu0/acpi_cppc/nominal_freq"_s, "3700\n"},
+                     {cpufreq + u"cpuinfo_max_freq"_s, "4850000\n"},
+                     {possible, "0-1-2\n"}}
+            << 3700000000ll << 0u;
         QTest::newRow("virtual machine: the brand's clock")
-            << Files{{cpuinfo, "processor\t: 0\nmodel name\t: Intel(R) Xeon(R) CPU @ 2.60GHz\n"
-                               "cpu MHz\t\t: 2593.906\n"}}
-            << 2600000000ll;
+            << Files{{cpuinfo, "processor\t: 0\nmodel name\t: Intel(R) Core(TM) i7 CPU 920 @ "
+                               "2.67GHz\ncpu MHz\t\t: 2593.906\n"}}
+            << 2670000000ll << 0u;
+        // Whole MHz are cut, not rounded: 2399.999 MHz is 2399.
         QTest::newRow("virtual machine: the first processor's clock")
-            << Files{{cpuinfo, "processor\t: 0\nmodel name\t: AMD EPYC\ncpu MHz\t\t: 4700.000\n"
+            << Files{{cpuinfo, "processor\t: 0\nmodel name\t: AMD EPYC\ncpu MHz\t\t: 2399.999\n"
                                "processor\t: 1\ncpu MHz\t\t: 3100.000\n"}}
-            << 4700000000ll;
-        QTest::newRow("PowerPC") << Files{{cpuinfo,
-                                           "processor\t: 0\ncpu\t\t: 7447A, altivec supported\n"
-                                           "clock\t\t: 1250.000000MHz\n"}}
-                                 << 1250000000ll;
-        QTest::newRow("nothing known") << Files{{cpuinfo, "processor\t: 0\n"}} << 0ll;
+            << 2399999000ll << 0u;
+        QTest::newRow("PowerPC") << Files{{cpuinfo, "processor\t: 0\ncpu\t\t: 7447A, altivec "
+                                                    "supported\nclock\t\t: 1250.000000MHz\n"}}
+                                 << 1250000000ll << 0u;
+        QTest::newRow("nothing known") << Files{{cpuinfo, "processor\t: 0\n"}} << 0ll << 0u;
     }
-    void processorClock()
+    void processors()
     {
         QFETCH(Files, files);
         QFETCH(qint64, hz);
         FakeMachine machine(files);
         QCOMPARE(processorClockSpeed(), hz);
         QCOMPARE(processorClockSpeedInMHz(), hz / 1000000);
+        QTEST(uint(countProcessors()), "count");
     }
 
     void powerPCFamily_data()
@@ -228,37 +248,34 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("arch");
         QTest::addColumn<QByteArray>("cpu");
         QTest::addColumn<QString>("family");
-        const QString g3 = QStringLiteral("G3"), g4 = QStringLiteral("G4");
-        QTest::newRow("740/750") << QByteArray("ppc") << QByteArray("740/750") << g3;
-        QTest::newRow("745/755 is a G3") << QByteArray("ppc") << QByteArray("745/755") << g3;
-        QTest::newRow("750FX") << QByteArray("ppc") << QByteArray("750FX") << g3;
-        QTest::newRow("7400 is a G4") << QByteArray("ppc") << QByteArray("7400") << g4;
-        QTest::newRow("7400 (1.1)") << QByteArray("ppc") << QByteArray("7400 (1.1)") << g4;
-        QTest::newRow("7410") << QByteArray("ppc") << QByteArray("7410, altivec supported") << g4;
-        QTest::newRow("7447A") << QByteArray("ppc") << QByteArray("7447A, altivec supported") << g4;
-        QTest::newRow("7455") << QByteArray("ppc") << QByteArray("7455") << g4;
+        const QString g3 = u"G3"_s, g4 = u"G4"_s, older = u"PowerPC pre-G3"_s;
+        const QByteArray ppc = "ppc";
+        QTest::newRow("740/750") << ppc << QByteArray("740/750") << g3;
+        QTest::newRow("745/755 is a G3") << ppc << QByteArray("745/755") << g3;
+        QTest::newRow("7400 is a G4") << ppc << QByteArray("7400") << g4;
+        QTest::newRow("7400 (1.1)") << ppc << QByteArray("7400 (1.1)") << g4;
+        QTest::newRow("7447A") << ppc << QByteArray("7447A, altivec supported") << g4;
+        QTest::newRow("7455") << ppc << QByteArray("7455") << g4;
         QTest::newRow("PPC970MP") << QByteArray("ppc64")
-                                  << QByteArray("PPC970MP, altivec supported")
-                                  << QStringLiteral("G5");
-        QTest::newRow("604e") << QByteArray("ppc") << QByteArray("604e")
-                              << QStringLiteral("PowerPC pre-G3");
+                                  << QByteArray("PPC970MP, altivec supported") << u"G5"_s;
+        QTest::newRow("604e") << ppc << QByteArray("604e") << older;
         QTest::newRow("POWER9") << QByteArray("ppc64le")
-                                << QByteArray("POWER9 (raw), altivec supported")
-                                << QStringLiteral("PowerPC pre-G3");
-        QTest::newRow("x86-64") << QByteArray("x86_64") << QByteArray("7400")
-                                << QStringLiteral("Non-PowerPC");
+                                << QByteArray("POWER9 (raw), altivec supported") << older;
+        QTest::newRow("x86-64") << QByteArray("x86_64") << QByteArray("7400") << u"Non-PowerPC"_s;
     }
     void powerPCFamily()
     {
         QFETCH(QByteArray, arch);
         QFETCH(QByteArray, cpu);
         QFETCH(QString, family);
-        FakeMachine machine({{QStringLiteral("/proc/sys/kernel/arch"), arch + '\n'},
-                             {QStringLiteral("/proc/cpuinfo"),
-                              "processor\t: 0\ncpu\t\t: " + cpu + "\nclock\t\t: 1000MHz\n"}});
+        FakeMachine machine(
+            {{u"/proc/sys/kernel/arch"_s, arch + '\n'},
+             {u"/proc/cpuinfo"_s, "processor\t: 0\ncpu\t\t: " + cpu + "\nclock\t\t: 1000MHz\n"}});
         QCOMPARE(powerPCTypeString(), family);
         QCOMPARE(isPowerPC(), arch.startsWith("ppc"));
         QCOMPARE(isG3() + isG4() + isG5(), int(family.size() == 2));
+        // A 64-bit program runs on a 64-bit processor, whatever /proc/cpuinfo lists.
+        QVERIFY(is64BitCapable());
     }
 
     // Device-tree firmware stores zero-terminated strings; DMI's sysfs files end in a line
@@ -270,22 +287,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("model");
         QTest::addColumn<QString>("serial");
         QTest::addColumn<quint64>("type");
-        const QString dt = QStringLiteral("/sys/firmware/devicetree/base/");
-        const QString dmi = QStringLiteral("/sys/class/dmi/id/");
+        const QString dt = u"/sys/firmware/devicetree/base/"_s, dmi = u"/sys/class/dmi/id/"_s;
         QTest::newRow("device tree")
-            << Files{{dt + QStringLiteral("model"), QByteArray("PowerMac7,3\0", 12)},
-                     {dt + QStringLiteral("serial-number"), QByteArray("G8435\0\0\0", 8)}}
-            << QString::fromUtf8("PowerMac7,3\0", 12) << QStringLiteral("PowerMac7,3")
-            << QStringLiteral("G8435") << quint64(VXModelIdentifierTypeUnknown);
-        QTest::newRow("DMI") << Files{{dmi + QStringLiteral("product_name"), "MacBookAir4,2\n"},
-                                      {dmi + QStringLiteral("product_serial"), "C02F1234\n"}}
-                             << QStringLiteral("MacBookAir4,2") << QStringLiteral("MacBookAir4,2")
-                             << QStringLiteral("C02F1234")
+            << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
+                     {dt + u"serial-number"_s, QByteArray("G8435\0\0\0", 8)}}
+            << QString::fromUtf8("PowerMac7,3\0", 12) << u"PowerMac7,3"_s << u"G8435"_s
+            << quint64(VXModelIdentifierTypeUnknown);
+        QTest::newRow("device tree, empty serial")
+            << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
+                     {dt + u"serial-number"_s, QByteArray("\0", 1)}}
+            << QString::fromUtf8("PowerMac7,3\0", 12) << u"PowerMac7,3"_s << QString()
+            << quint64(VXModelIdentifierTypeUnknown);
+        QTest::newRow("DMI") << Files{{dmi + u"product_name"_s, "MacBookAir4,2\n"},
+                                      {dmi + u"product_serial"_s, "C02F1234\n"}}
+                             << u"MacBookAir4,2"_s << u"MacBookAir4,2"_s << u"C02F1234"_s
                              << quint64(VXModelIdentifierTypeMacBookAir);
         QTest::newRow("DMI, serial for root only")
-            << Files{{dmi + QStringLiteral("product_name"), "Macmini5,1\n"}}
-            << QStringLiteral("Macmini5,1") << QStringLiteral("Macmini5,1") << QString()
-            << quint64(VXModelIdentifierTypeMacMini);
+            << Files{{dmi + u"product_name"_s, "Macmini5,1\n"}} << u"Macmini5,1"_s
+            << u"Macmini5,1"_s << QString() << quint64(VXModelIdentifierTypeMacMini);
         QTest::newRow("neither") << Files{} << QString() << QString() << QString()
                                  << quint64(VXModelIdentifierTypeUnknown);
     }
@@ -299,6 +318,38 @@ private Q_SLOTS:
         QCOMPARE(computerSerialNumber(), serial);
         QCOMPARE(computerSerialNumber().isNull(), serial.isNull());
         QTEST(quint64(modelIdentifierType()), "type");
+    }
+
+    // The kernel's name and release from /proc/sys/kernel (never the real machine's when a
+    // fake one is asked), the distribution's name from os-release.
+    void kernelAndDistribution_data()
+    {
+        QTest::addColumn<Files>("files");
+        QTest::addColumn<QString>("os");
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("distribution");
+        QTest::newRow("described")
+            << Files{{u"/proc/sys/kernel/ostype"_s, "Testix\n"},
+                     {u"/proc/sys/kernel/osrelease"_s, "4.19.7-fake\n"},
+                     {u"/etc/os-release"_s, "NAME=T\nPRETTY_NAME=\"Testix 12 (alpha)\"\n"}}
+            << u"Testix"_s << u"4.19.7"_s << u"Testix 12 (alpha)"_s;
+        QTest::newRow("no patch level, empty quoted name")
+            << Files{{u"/proc/sys/kernel/osrelease"_s, "6.1\n"},
+                     {u"/usr/lib/os-release"_s, "PRETTY_NAME=''\n"}}
+            << QString() << u""_s << u""_s;
+        QTest::newRow("nothing") << Files{} << QString() << u""_s << QString();
+    }
+    void kernelAndDistribution()
+    {
+        QFETCH(Files, files);
+        QFETCH(QString, os);
+        QFETCH(QString, distribution);
+        FakeMachine machine(files);
+        QCOMPARE(operatingSystemString(), os);
+        QCOMPARE(operatingSystemString().isNull(), os.isNull());
+        QTEST(systemVersionString(), "version");
+        QCOMPARE(humanReadableSystemVersionString(), distribution);
+        QCOMPARE(humanReadableSystemVersionString().isNull(), distribution.isNull());
     }
 };
 

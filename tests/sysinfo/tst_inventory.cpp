@@ -35,10 +35,9 @@ int printAnswers()
     Seam::setRoot(qEnvironmentVariable("QV_FAKE_ROOT"));
     LogCapture log;
     const QString browser = defaultWebBrowser();
-    QStringList lines{QStringLiteral("browser\t") +
-                      (browser.isNull() ? QStringLiteral("(nil)") : browser)};
+    QStringList lines{u"browser\t"_s + (browser.isNull() ? u"(nil)"_s : browser)};
     for (const QString &line : log.lines())
-        lines << QStringLiteral("log\t") + line;
+        lines << u"log\t"_s + line;
     const QSet<QString> queries[] = {allApplicationsPaths(),
                                      allApplicationsPathsWithLaunchServices(),
                                      allPreferencePanesPaths()};
@@ -100,8 +99,7 @@ private Q_SLOTS:
                               "%/relhome/applications/relative-home.desktop=" ENTRY,
                               "+~/.local/share/applications/home.desktop=" ENTRY,
                               "+" APPS "e.desktop=" ENTRY}
-            << QStringList{QStringLiteral("XDG_DATA_DIRS=rel:%/root/usr/share"),
-                           QStringLiteral("XDG_DATA_HOME=relhome")};
+            << QStringList{u"XDG_DATA_DIRS=rel:%/root/usr/share"_s, u"XDG_DATA_HOME=relhome"_s};
         QTest::newRow("panes in sub-folders, not inside a pane")
             << 2 << QByteArrayList{"+/Library/PreferencePanes/A.prefPane/",
                                    "/Library/PreferencePanes/A.prefPane/B.prefPane/",
@@ -122,7 +120,7 @@ private Q_SLOTS:
         for (const QString &path : found)
             expected << QString::number(query) + u'\t' + machine.resolve(path);
         QStringList answers = machine.answersOfFreshProcess(environment)
-                                  .filter(QRegularExpression(QStringLiteral("^%1\t").arg(query)));
+                                  .filter(QRegularExpression(u"^%1\t"_s.arg(query)));
         answers.sort();
         expected.sort();
         QCOMPARE(answers, expected);
@@ -139,34 +137,34 @@ private Q_SLOTS:
         QTest::newRow("fresh desktop: the handler cache")
             << QByteArrayList{APPS
                               "mimeinfo.cache=[MIME Cache]\nx-scheme-handler/http=web.desktop;\n"}
-            << QStringList() << QStringLiteral("web");
+            << QStringList() << u"web"_s;
         QTest::newRow("added association only")
             << QByteArrayList{user + "[Added Associations]\nx-scheme-handler/http=other.desktop;\n"}
-            << QStringList() << QStringLiteral("other");
+            << QStringList() << u"other"_s;
         QTest::newRow("the desktop's own list first")
             << QByteArrayList{user + defaults + "web.desktop\n",
                               "~/.config/kde-mimeapps.list=" + defaults + "other.desktop\n"}
-            << QStringList{QStringLiteral("XDG_CURRENT_DESKTOP=KDE")} << QStringLiteral("other");
+            << QStringList{u"XDG_CURRENT_DESKTOP=KDE"_s} << u"other"_s;
         QTest::newRow("another desktop's list is not read")
             << QByteArrayList{user + defaults + "web.desktop\n",
                               "~/.config/kde-mimeapps.list=" + defaults + "other.desktop\n"}
-            << QStringList{QStringLiteral("XDG_CURRENT_DESKTOP=GNOME")} << QStringLiteral("web");
+            << QStringList{u"XDG_CURRENT_DESKTOP=GNOME"_s} << u"web"_s;
         QTest::newRow("the user's choice over the system's")
             << QByteArrayList{"/etc/xdg/mimeapps.list=" + defaults + "web.desktop\n",
                               user + defaults + "other.desktop\n"}
-            << QStringList() << QStringLiteral("other");
+            << QStringList() << u"other"_s;
         QTest::newRow("sub-folder ID: the file's name")
             << QByteArrayList{APPS "kde4/konq.desktop=" ENTRY,
                               user + defaults + "kde4-konq.desktop\n"}
-            << QStringList() << QStringLiteral("konq");
+            << QStringList() << u"konq"_s;
         QTest::newRow("blank stays encoded")
             << QByteArrayList{user + defaults + "My Browser.desktop;"} << QStringList()
-            << QStringLiteral("My%20Browser");
+            << u"My%20Browser"_s;
         QTest::newRow("first installed handler")
             << QByteArrayList{user + defaults + "absent.desktop;web.desktop"} << QStringList()
-            << QStringLiteral("web");
-        QTest::newRow("no handler installed") << QByteArrayList{user + defaults + "absent.desktop"}
-                                              << QStringList() << QStringLiteral("(nil)");
+            << u"web"_s;
+        QTest::newRow("no handler installed")
+            << QByteArrayList{user + defaults + "absent.desktop"} << QStringList() << u"(nil)"_s;
     }
     void defaultBrowser()
     {
@@ -177,8 +175,8 @@ private Q_SLOTS:
              << APPS "My Browser.desktop=" ENTRY;
         FakeMachine machine(files(tree));
         const QStringList answers = machine.answersOfFreshProcess(environment);
-        QCOMPARE(answers.filter(QRegularExpression(QStringLiteral("^(browser|log)\t"))),
-                 QStringList{QStringLiteral("browser\t") + browser} +
+        QCOMPARE(answers.filter(QRegularExpression(u"^(browser|log)\t"_s)),
+                 QStringList{u"browser\t"_s + browser} +
                      (browser == QLatin1String("(nil)")
                           ? QStringList{QStringLiteral(
                                 "log\tError while trying to get default Web browser: 2")}

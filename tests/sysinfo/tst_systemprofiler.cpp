@@ -1,3 +1,5 @@
+// The hardware report tool as the queries run it (a fake tool records its arguments), its
+// reports as text and as property lists, and the property-list reader and writer.
 #include "FakeMachine.h"
 #include "LogCapture.h"
 #include "PropertyListXml.h"
@@ -5,13 +7,15 @@
 using namespace VXSystemInformation;
 
 namespace {
-// The lister's text: only the machine's product and the system memory's size are relabelled.
-const QByteArray kListerText = "vm\n    product: ThinkPad X1\n  *-memory\n"
+// The lister's text: only the machine's product and the system memory's size are relabelled
+// (the memory node numbered, as the lister numbers nodes of one kind).
+const QByteArray kListerText = "vm\n    product: ThinkPad X1\n  *-memory:0\n"
                                "       description: System memory\n       size: 16GiB\n"
                                "     *-bank:0\n          product: M471A1K43CB1\n";
 
 const QByteArray kListerXml = R"(<?xml version="1.0" standalone="yes" ?>
 <list><node id="vm" class="system"><product>ThinkPad X1</product>
+  <capabilities><capability id="smp">SMP</capability></capabilities>
   <node id="memory" class="memory"><size units="bytes">17179869184</size></node>
   <node id="network" class="network"><logicalname>eth0</logicalname></node>
 </node></list>
@@ -21,6 +25,11 @@ QByteArray plist(const QByteArray &body)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + body +
            "</plist>\n";
+}
+
+PropertyValue::Array items(const PropertyValue &dataType)
+{
+    return dataType.value(u"_items"_s).value_or(PropertyValue()).toArray();
 }
 } // namespace
 
@@ -34,20 +43,16 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("report");
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
-        const QString model = QStringLiteral("Model Name: ");
-        const QString memory = QStringLiteral("Memory: ");
+        const QString model = u"Model Name: "_s, memory = u"Memory: "_s;
         QTest::newRow("first occurrence, up to the line break")
-            << QByteArray("Model Name:   Mac  \nModel Name: iMac\n") << model
-            << QStringLiteral("  Mac  ");
+            << QByteArray("Model Name:   Mac  \nModel Name: iMac\n") << model << u"  Mac  "_s;
         QTest::newRow("last line without line break loses a character")
-            << QByteArray("Model Name: iMac\nMemory: 8 GB") << memory << QStringLiteral("8 G");
+            << QByteArray("Model Name: iMac\nMemory: 8 GB") << memory << u"8 G"_s;
         QTest::newRow("nothing before the line break")
-            << QByteArray("Model Name: \nMemory: 1\n") << model << QStringLiteral("dflt");
-        QTest::newRow("key ends the report")
-            << QByteArray("x Model Name: ") << model << QStringLiteral("dflt");
-        QTest::newRow("lister's machine product")
-            << kListerText << model << QStringLiteral("ThinkPad X1");
-        QTest::newRow("lister's system memory") << kListerText << memory << QStringLiteral("16GiB");
+            << QByteArray("Model Name: \nMemory: 1\n") << model << u"dflt"_s;
+        QTest::newRow("key ends the report") << QByteArray("x Model Name: ") << model << u"dflt"_s;
+        QTest::newRow("lister's machine product") << kListerText << model << u"ThinkPad X1"_s;
+        QTest::newRow("lister's system memory") << kListerText << memory << u"16GiB"_s;
     }
     void valueForKey()
     {
@@ -55,7 +60,7 @@ private Q_SLOTS:
         QFETCH(QString, key);
         FakeMachine machine;
         machine.reportTool(report);
-        QTEST(systemProfileValueForKey(key, QStringLiteral("dflt")), "value");
+        QTEST(systemProfileValueForKey(key, u"dflt"_s), "value");
         QCOMPARE(machine.reportToolArguments(),
                  QByteArray("-class\nsystem\n-class\nmemory\n-class\nprocessor\n"));
     }
@@ -70,36 +75,77 @@ private Q_SLOTS:
         QCOMPARE(machine.reportToolArguments(), QByteArray("\n"));
         QVERIFY(log.lines().isEmpty());
 
-        Seam::setReportToolPath(machine.resolve(QStringLiteral("%/missing-tool")));
-        QVERIFY(!systemProfilerGetDataWithArguments({QStringLiteral("-xml")}));
+        Seam::setReportToolPath(machine.resolve(u"%/missing-tool"_s));
+        QVERIFY(!systemProfilerGetDataWithArguments({u"-xml"_s}));
         QCOMPARE(log.lines().size(), 1);
         QVERIFY(log.lines().first().startsWith(
-            QStringLiteral("An exception is caught when running system_profiler tool: ")));
+            u"An exception is caught when running system_profiler tool: "_s));
         // The default text is remembered; a later, better report is not seen.
-        QCOMPARE(humanMachineType(), QStringLiteral("Mac"));
-        QCOMPARE(humanReadableRAMSizeString(), QStringLiteral("N/A"));
+        QCOMPARE(humanMachineType(), u"Mac"_s);
+        QCOMPARE(humanReadableRAMSizeString(), u"N/A"_s);
         machine.reportTool("Model Name: iMac\nMemory: 8 GB\n");
-        QCOMPARE(humanMachineType(), QStringLiteral("Mac"));
-        QCOMPARE(humanReadableRAMSizeString(), QStringLiteral("N/A"));
+        QCOMPARE(humanMachineType(), u"Mac"_s);
+        QCOMPARE(humanReadableRAMSizeString(), u"N/A"_s);
     }
 
     void xmlReports()
     {
         FakeMachine machine;
         machine.reportTool(kListerXml);
-        const auto hardware =
-            arrayWithSystemProfileOfDataTypes({QStringLiteral("SPHardwareDataType")});
-        QCOMPARE(hardware.value_or(PropertyValue::Array()).size(), 1);
-        const auto items = hardware->at(0).value(QStringLiteral("_items"))->toArray();
-        QCOMPARE(items.size(), 2); // the machine and its memory, not the network port
-        QCOMPARE(items.at(1).value(QStringLiteral("size")), PropertyValue(u"17179869184 bytes"));
+        // Each data type's classes asked once; a data type asked twice is reported once.
+        const auto report =
+            arrayWithSystemProfileOfDataTypes({u"SPStorageDataType"_s, u"SPHardwareDataType"_s,
+                                               u"SPNetworkDataType"_s, u"SPHardwareDataType"_s});
+        QCOMPARE(machine.reportToolArguments(),
+                 QByteArray("-xml\n-class\ndisk\n-class\nvolume\n-class\nsystem\n-class\nmemory\n"
+                            "-class\nprocessor\n-class\nnetwork\n"));
+        QCOMPARE(report.value_or(PropertyValue::Array()).size(), 3);
+        QCOMPARE(items(report->at(0)), PropertyValue::Array());
+        // The machine and its memory: the lister's fields with their units, nothing else.
+        using Dictionary = PropertyValue::Dictionary;
+        QCOMPARE(items(report->at(1)),
+                 (PropertyValue::Array{
+                     Dictionary{{u"_name"_s, u"vm"_s}, {u"product"_s, u"ThinkPad X1"_s}},
+                     Dictionary{{u"_name"_s, u"memory"_s}, {u"size"_s, u"17179869184 bytes"_s}}}));
+        QCOMPARE(items(report->at(2)).size(), 1);
+        // A tree whose root is the machine's node, without the list around it.
+        machine.reportTool(R"(<node id="pc" class="system"><product>P</product></node>)");
+        QCOMPARE(items(arrayWithSystemProfileOfDataTypes({u"SPHardwareDataType"_s})
+                           .value_or(PropertyValue::Array{PropertyValue()})
+                           .at(0)),
+                 PropertyValue::Array{Dictionary({{u"_name"_s, u"pc"_s}, {u"product"_s, u"P"_s}})});
 
         // Without "-xml" the level report goes to the reader as it is; text is no array.
         machine.reportTool(kListerText);
-        QVERIFY(!arrayWithSystemProfileOfLevel(QStringLiteral("full")));
+        QVERIFY(!arrayWithSystemProfileOfLevel(u"full"_s));
         machine.reportTool(plist("<array><string>a</string></array>"));
         QCOMPARE(arrayWithSystemProfileOfLevel(QString()),
                  std::optional(PropertyValue::Array{u"a"}));
+    }
+
+    // The report saved as the tool prints it; the level without personal details is the
+    // lister's own; nothing printed is no report and no file.
+    void saveProfile_data()
+    {
+        QTest::addColumn<QString>("level");
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<QByteArray>("arguments");
+        QTest::newRow("without personal details")
+            << u"mini"_s << QByteArray("<list/>\n") << QByteArray("-xml\n-sanitize\n");
+        QTest::newRow("no level") << QString() << QByteArray("<list/>\n") << QByteArray("-xml\n");
+        QTest::newRow("nothing printed") << u"full"_s << QByteArray() << QByteArray("-xml\n");
+    }
+    void saveProfile()
+    {
+        QFETCH(QString, level);
+        QFETCH(QByteArray, output);
+        FakeMachine machine;
+        machine.reportTool(output);
+        QFile saved(machine.resolve(u"%/saved.xml"_s));
+        QCOMPARE(saveSystemProfileOfLevel(level, saved.fileName()), !output.isEmpty());
+        QTEST(machine.reportToolArguments(), "arguments");
+        QCOMPARE(saved.open(QIODevice::ReadOnly) ? saved.readAll() : QByteArray(), output);
+        QCOMPARE(saved.exists(), !output.isEmpty());
     }
 
     // A lister tree nested as deep as a machine could never be is no report, and must not
@@ -119,11 +165,10 @@ private Q_SLOTS:
         FakeMachine machine;
         machine.reportTool("<list>" + QByteArray("<node class=\"system\">").repeated(depth) +
                            QByteArray("</node>").repeated(depth) + "</list>");
-        const auto report =
-            arrayWithSystemProfileOfDataTypes({QStringLiteral("SPHardwareDataType")});
+        const auto report = arrayWithSystemProfileOfDataTypes({u"SPHardwareDataType"_s});
         QCOMPARE(report.has_value(), items >= 0);
         if (report)
-            QCOMPARE(report->at(0).value(QStringLiteral("_items"))->toArray().size(), items);
+            QCOMPARE(::items(report->at(0)).size(), items);
     }
 
     void applicationsReport_data()
@@ -131,14 +176,12 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("report");
         QTest::addColumn<QSet<QString>>("paths");
         const QByteArray apps = "<dict><key>_dataType</key><string>SPApplicationsDataType</string>";
-        const auto path = [](const QByteArray &value) {
-            return "<dict><key>path</key><string>" + value + "</string></dict>";
-        };
         // Items without a path are skipped.
         QTest::newRow("items with paths")
-            << plist("<array>" + apps + "<key>_items</key><array>" + path("/A.app") +
-                     "<dict/></array></dict></array>")
-            << QSet<QString>{QStringLiteral("/A.app")};
+            << plist("<array>" + apps +
+                     "<key>_items</key><array><dict><key>path</key><string>"
+                     "/A.app</string></dict><dict/></array></dict></array>")
+            << QSet<QString>{u"/A.app"_s};
         QTest::newRow("items not an array")
             << plist("<array>" + apps + "<key>_items</key><dict/></dict></array>")
             << QSet<QString>();
@@ -152,21 +195,33 @@ private Q_SLOTS:
         QTEST(allApplicationsPathsWithSystemProfiler(), "paths");
     }
 
+    // Read, then written and read again: the same value (reals to the last bit).
     void propertyList_data()
     {
         QTest::addColumn<QByteArray>("xml");
         QTest::addColumn<PropertyValue>("value"); // null: no value read
         const PropertyValue::Dictionary kinds{
-            {QStringLiteral("u"), quint64(18446744073709551615ull)},
-            {QStringLiteral("s"), QStringLiteral("a & b")},
-            {QStringLiteral("x"), QByteArray("\x00\x01\xff", 3)},
-            {QStringLiteral("a"), PropertyValue::Array{false, 2.5}}};
+            {u"u"_s, quint64(18446744073709551615ull)},
+            {u"i"_s, qint64(-42)},
+            {u"s"_s, u"a & b"_s},
+            {u"x"_s, QByteArray("\x00\x01\xff", 3)},
+            {u"d"_s, QDateTime(QDate(2024, 5, 1), QTime(12, 30), Qt::UTC)},
+            {u"a"_s, PropertyValue::Array{false, 0.1 + 0.2}}};
         QTest::newRow("every kind")
-            << plist("<dict><key>u</key><integer>18446744073709551615</integer><key>s</key>"
-                     "<string>a &amp; b</string><key>x</key><data>\n  "
-                     "AAH/\n</data><key>a</key><array><false/>"
-                     "<real>2.5</real></array></dict>")
+            << plist("<dict><key>u</key><integer>18446744073709551615</integer><key>i</key>"
+                     "<integer> -42 </integer><key>s</key><string>a &amp; b</string><key>x</key>"
+                     "<data>\n  AAH/\n</data><key>d</key><date>2024-05-01T12:30:00Z</date>"
+                     "<key>a</key><array><false/><real>0.30000000000000004</real></array></dict>")
             << PropertyValue(kinds);
+        // Dictionaries and arrays nested 200 deep are read, 260 deep not.
+        PropertyValue nested(PropertyValue::Array{});
+        for (int level = 0; level < 100; ++level)
+            nested = PropertyValue::Dictionary{{u"k"_s, PropertyValue::Array{nested}}};
+        const QByteArray open = "<dict><key>k</key><array>", close = "</array></dict>";
+        QTest::newRow("deep") << plist(open.repeated(100) + "<array/>" + close.repeated(100))
+                              << nested;
+        QTest::newRow("too deep") << plist(open.repeated(130) + close.repeated(130))
+                                  << PropertyValue();
         QTest::newRow("key without value") << plist("<dict><key>k</key></dict>") << PropertyValue();
         QTest::newRow("bad integer") << plist("<integer>12x</integer>") << PropertyValue();
     }
@@ -176,8 +231,11 @@ private Q_SLOTS:
         QFETCH(PropertyValue, value);
         const std::optional<PropertyValue> read = Quorvelle::PropertyListXml::read(xml);
         QCOMPARE(read.has_value(), !value.isNull());
-        if (read)
+        if (read) {
             QCOMPARE(*read, value);
+            QCOMPARE(Quorvelle::PropertyListXml::read(Quorvelle::PropertyListXml::write(*read)),
+                     std::optional(value));
+        }
     }
 };
 

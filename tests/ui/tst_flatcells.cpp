@@ -1,8 +1,8 @@
 // The flat push buttons, check boxes, radio buttons and their matrix, probed at the places
 // their geometry fixes.
 #include "Button.h"
-#include "CellRendering.h"
 #include "Matrix.h"
+#include "PixelProbe.h"
 #include "VXColorConvertion.h"
 #include "VXFlatBorderedButtonCell.h"
 #include "VXFlatButtonCell.h"
@@ -12,17 +12,15 @@
 #include "VXQuorvelleColor.h"
 #include "VXTrackingButton.h"
 
-#include <QPaintEvent>
 #include <QTest>
 #include <QVBoxLayout>
 
+using PixelProbe::at;
+using PixelProbe::near;
 using Quorvelle::Button;
 using Quorvelle::ButtonCell;
 using Quorvelle::ButtonCellCoding;
 using Quorvelle::Matrix;
-
-using CellRendering::near;
-using CellRendering::pixel;
 using namespace QuorvelleColor;
 
 namespace {
@@ -32,25 +30,15 @@ QColor q(const VXColor &color)
     return VXColorConvertion::newCGColor(color);
 }
 
-QColor rgb(int r, int g, int b)
+QImage drawCell(ButtonCell &cell, QSize size, QRectF frame = {})
 {
-    return QColor(r, g, b);
+    return PixelProbe::render(size, [&](QPainter &p) {
+        cell.drawWithFrame(p, frame.isEmpty() ? QRectF(QPointF(), size) : frame, nullptr);
+    });
 }
 
-// Remembers the region of every paint event of a widget.
-class PaintRecorder : public QObject
-{
-public:
-    QList<QRegion> regions;
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            regions.append(static_cast<QPaintEvent *>(event)->region());
-        return false;
-    }
-};
-
 const ButtonCellCoding fromDescription;
+const QColor borderGrey(189, 195, 205);
 
 } // namespace
 
@@ -60,93 +48,62 @@ class tst_FlatCells : public QObject
 
 private Q_SLOTS:
     // Pressed wins over disabled; a cell made in code has no colours and no fill.
-    void flatFill_data()
-    {
-        QTest::addColumn<bool>("decoded");
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<bool>("highlighted");
-        QTest::addColumn<QColor>("fill");
-        QTest::addRow("regular") << true << true << false << q(quorvelleBlueColor());
-        QTest::addRow("pressed") << true << true << true << q(quorvelleDarkBlueColor());
-        QTest::addRow("disabled") << true << false << false << rgb(137, 187, 222);
-        QTest::addRow("pressed and disabled")
-            << true << false << true << q(quorvelleDarkBlueColor());
-        QTest::addRow("made in code") << false << true << false << QColor(Qt::transparent);
-    }
     void flatFill()
     {
-        QFETCH(bool, decoded);
-        QFETCH(bool, enabled);
-        QFETCH(bool, highlighted);
-        QFETCH(QColor, fill);
-        std::unique_ptr<VXFlatButtonCell> cell =
-            decoded ? std::make_unique<VXFlatButtonCell>(fromDescription)
-                    : std::make_unique<VXFlatButtonCell>();
-        cell->setEnabled(enabled);
-        cell->setHighlighted(highlighted);
-        const QImage image = CellRendering::render({100, 24}, [&](QPainter &p) {
-            cell->drawWithFrame(p, QRectF(0, 0, 100, 24), nullptr);
-        });
-        QVERIFY(near(pixel(image, 50, 3), fill));
-        // Rounded corners: the very corner stays clear.
-        QVERIFY(near(pixel(image, 0, 0), Qt::transparent, 60));
+        const QColor none = Qt::transparent, dark = q(quorvelleDarkBlueColor());
+        // decoded, enabled, highlighted, fill
+        for (auto [decoded, enabled, highlighted, fill] :
+             {std::tuple{true, true, false, q(quorvelleBlueColor())},
+              {true, true, true, dark},
+              {true, false, false, QColor(137, 187, 222)},
+              {true, false, true, dark},
+              {false, true, false, none}}) {
+            auto cell = decoded ? std::make_unique<VXFlatButtonCell>(fromDescription)
+                                : std::make_unique<VXFlatButtonCell>();
+            cell->setEnabled(enabled);
+            cell->setHighlighted(highlighted);
+            const QImage image = drawCell(*cell, {100, 24});
+            QVERIFY(near(at(image, 50, 3), fill));
+            QVERIFY(near(at(image, 0, 0), Qt::transparent, 60)); // rounded corners
+        }
     }
 
-    // The one-point border lies inside the frame.
+    // The one-point border lies inside the frame, made in code or loaded.
     void borderedStrokeInside()
     {
-        VXFlatBorderedButtonCell cell;
-        const QImage image = CellRendering::render({100, 44}, [&](QPainter &p) {
-            cell.drawWithFrame(p, QRectF(10, 10, 80, 24), nullptr);
-        });
-        const QColor border = rgb(189, 195, 205);
-        QVERIFY(near(pixel(image, 9, 22), Qt::transparent));
-        QVERIFY(near(pixel(image, 10, 22), border));
-        QVERIFY(near(pixel(image, 89, 22), border));
-        QVERIFY(near(pixel(image, 90, 22), Qt::transparent));
-        QVERIFY(near(pixel(image, 50, 10), border));
-        QVERIFY(near(pixel(image, 50, 33), border));
-        QVERIFY(near(pixel(image, 50, 9), Qt::transparent));
-        QVERIFY(near(pixel(image, 11, 22), Qt::white));
+        VXFlatBorderedButtonCell made, decoded(fromDescription);
+        for (VXFlatBorderedButtonCell *cell : {&made, &decoded}) {
+            const QImage image = drawCell(*cell, {100, 44}, {10, 10, 80, 24});
+            for (QPoint p : {QPoint(10, 22), QPoint(89, 22), QPoint(50, 10), QPoint(50, 33)})
+                QVERIFY(near(at(image, p.x(), p.y()), borderGrey));
+            for (QPoint p : {QPoint(9, 22), QPoint(90, 22), QPoint(50, 9)})
+                QVERIFY(near(at(image, p.x(), p.y()), Qt::transparent));
+            QVERIFY(near(at(image, 11, 22), Qt::white));
+        }
     }
 
     // Hover shows the hover colours (equal to the normal ones by default); pressed fills with
     // the highlight colour but keeps the hover border.
-    void borderedHoverAndPress_data()
-    {
-        QTest::addColumn<bool>("hover");
-        QTest::addColumn<bool>("pressed");
-        QTest::addColumn<bool>("redHoverBorder");
-        QTest::addColumn<QColor>("fill");
-        QTest::addColumn<QColor>("border");
-        const QColor grey = rgb(189, 195, 205), light = rgb(234, 236, 239);
-        QTest::addRow("hover, default colours")
-            << true << false << false << QColor(Qt::white) << grey;
-        QTest::addRow("hover border set")
-            << true << false << true << QColor(Qt::white) << QColor(Qt::red);
-        QTest::addRow("no hover, border set")
-            << false << false << true << QColor(Qt::white) << grey;
-        QTest::addRow("pressed under the mouse")
-            << true << true << true << light << QColor(Qt::red);
-    }
     void borderedHoverAndPress()
     {
-        QFETCH(bool, hover);
-        QFETCH(bool, pressed);
-        QFETCH(bool, redHoverBorder);
-        QFETCH(QColor, fill);
-        QFETCH(QColor, border);
-        VXTrackingButton button;
-        button.resize(80, 24);
-        auto cell = std::make_unique<VXFlatBorderedButtonCell>();
-        if (redHoverBorder)
-            cell->setHoverBorderColor(VXColor::redColor());
-        button.setCell(std::move(cell));
-        button.setHasHover(hover);
-        button.setDown(pressed);
-        const QImage image = CellRendering::grab(&button);
-        QVERIFY(near(pixel(image, 40, 4), fill));
-        QVERIFY(near(pixel(image, 0, 12), border));
+        const QColor white = Qt::white, red = Qt::red;
+        // hover, pressed, hover border set to red, fill, border
+        for (auto [hover, pressed, redHover, fill, border] :
+             {std::tuple{true, false, false, white, borderGrey},
+              {true, false, true, white, red},
+              {false, false, true, white, borderGrey},
+              {true, true, true, QColor(234, 236, 239), red}}) {
+            VXTrackingButton button;
+            button.resize(80, 24);
+            auto cell = std::make_unique<VXFlatBorderedButtonCell>();
+            if (redHover)
+                cell->setHoverBorderColor(VXColor::redColor());
+            button.setCell(std::move(cell));
+            button.setHasHover(hover);
+            button.setDown(pressed);
+            const QImage image = PixelProbe::grab(&button);
+            QVERIFY(near(at(image, 40, 4), fill) && near(at(image, 0, 12), border));
+        }
     }
 
     // A copy owns its colours: it draws after the original is gone, and its changes stay its.
@@ -160,226 +117,158 @@ private Q_SLOTS:
         bordered->setFillColor(VXColor::blueColor());
         QCOMPARE(original->fillColor(), std::optional<VXColor>(VXColor::whiteColor()));
         original.reset();
-        const QImage image = CellRendering::render(
-            {80, 24}, [&](QPainter &p) { copy->drawWithFrame(p, QRectF(0, 0, 80, 24), nullptr); });
-        QVERIFY(near(pixel(image, 0, 12), Qt::red));
-        QVERIFY(near(pixel(image, 40, 12), Qt::blue));
+        const QImage image = drawCell(*copy, {80, 24});
+        QVERIFY(near(at(image, 0, 12), Qt::red));
+        QVERIFY(near(at(image, 40, 12), Qt::blue));
     }
 
     // The margins around what the standard cell asks for, with and without an image.
-    void cellSize_data()
-    {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<bool>("image");
-        QTest::addColumn<double>("width");
-        QTest::addColumn<double>("margin");
-        QTest::addRow("flat, image left, 200") << "flat" << true << 200.0 << 30.0;
-        QTest::addRow("flat, no image, 200") << "flat" << false << 200.0 << 20.0;
-        QTest::addRow("flat, image left, 25") << "flat" << true << 25.0 << 30.0;
-        QTest::addRow("bordered, image left, 200") << "bordered" << true << 200.0 << 20.0;
-        QTest::addRow("bordered, 15") << "bordered" << false << 15.0 << 20.0;
-    }
     void cellSize()
     {
-        QFETCH(QString, kind);
-        QFETCH(bool, image);
-        QFETCH(double, width);
-        QFETCH(double, margin);
-        std::unique_ptr<ButtonCell> cell;
-        if (kind == QLatin1String("flat"))
-            cell = std::make_unique<VXFlatButtonCell>();
-        else
-            cell = std::make_unique<VXFlatBorderedButtonCell>();
-        ButtonCell standard;
-        for (ButtonCell *c : {cell.get(), &standard}) {
-            c->setTitle(QStringLiteral("A title that is long enough to wrap in a narrow button"));
-            if (image) {
-                c->setImage(VXImageCreation::imageNamed(QStringLiteral("checkbox_mixed"), nullptr));
-                QVERIFY(c->image());
-                c->setImagePosition(ButtonCell::ImageLeft);
+        // bordered, image left, width, margin
+        for (auto [bordered, image, width, margin] : {std::tuple{false, true, 200.0, 30.0},
+                                                      {false, false, 200.0, 20.0},
+                                                      {false, true, 25.0, 30.0},
+                                                      {true, true, 200.0, 20.0},
+                                                      {true, false, 15.0, 20.0}}) {
+            std::unique_ptr<ButtonCell> cell;
+            if (bordered)
+                cell = std::make_unique<VXFlatBorderedButtonCell>();
+            else
+                cell = std::make_unique<VXFlatButtonCell>();
+            ButtonCell standard;
+            for (ButtonCell *c : {cell.get(), &standard}) {
+                c->setTitle(
+                    QStringLiteral("A title that is long enough to wrap in a narrow button"));
+                if (image) {
+                    c->setImage(
+                        VXImageCreation::imageNamed(QStringLiteral("checkbox_mixed"), nullptr));
+                    c->setImagePosition(ButtonCell::ImageLeft);
+                }
             }
-        }
-        const QSizeF size = cell->cellSizeForBounds(QRectF(0, 0, width, 300));
-        if (width >= margin) {
-            const QSizeF inner = standard.cellSizeForBounds(QRectF(0, 0, width - margin, 300));
-            QCOMPARE(size, QSizeF(inner.width() + margin, inner.height()));
-        } else {
-            const QSizeF inner = standard.cellSizeForBounds(QRectF(0, 0, width, 300));
-            QCOMPARE(size, QSizeF(qMax(width, inner.width()), inner.height()));
-            QVERIFY(size.width() >= width);
+            const bool fits = width >= margin;
+            const QSizeF inner =
+                standard.cellSizeForBounds({0, 0, fits ? width - margin : width, 300});
+            QCOMPARE(cell->cellSizeForBounds({0, 0, width, 300}),
+                     fits ? QSizeF(inner.width() + margin, inner.height())
+                          : QSizeF(qMax(width, inner.width()), inner.height()));
         }
     }
 
     // Tick and dash where their points put them (drawn four times larger so the 2-point
     // strokes cover whole pixels), in their colours; the dash has no disabled colour.
-    void checkMarks_data()
-    {
-        QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<QColor>("tick");
-        QTest::addColumn<QColor>("dash");
-        QTest::addColumn<QColor>("box");
-        const QColor white = Qt::white;
-        QTest::addRow("on") << 1 << true << q(quorvelleBlueColor()) << white << white;
-        QTest::addRow("on, disabled") << 1 << false << q(quorvelleBlueDisabledControlColor())
-                                      << q(quorvelleLightGrayDisabledControlColor())
-                                      << q(quorvelleLightGrayDisabledControlColor());
-        QTest::addRow("mixed, disabled")
-            << -1 << false << q(quorvelleLightGrayDisabledControlColor()) << q(quorvelleBlueColor())
-            << q(quorvelleLightGrayDisabledControlColor());
-        QTest::addRow("off") << 0 << true << white << white << white;
-    }
     void checkMarks()
     {
-        QFETCH(int, state);
-        QFETCH(bool, enabled);
-        QFETCH(QColor, tick);
-        QFETCH(QColor, dash);
-        QFETCH(QColor, box);
-        VXFlatCheckboxButtonCell cell(fromDescription);
-        cell.setAllowsMixedState(true);
-        cell.setState(state);
-        cell.setEnabled(enabled);
-        const QImage image = CellRendering::render({64, 64}, [&](QPainter &p) {
-            p.scale(4, 4);
-            cell.drawImage(p, std::nullopt, QRectF(0, 0, 16, 16), nullptr);
-        });
-        // Box (0.5, 0.5, 15, 15), laid out upwards from the bottom edge: the tick runs
-        // (4.79, 7.5) -> (7.29, 10.5) -> (12.29, 3) on the page; the dash along y 7.5 from
-        // x 4.25 to 11.75. The probes on one mark keep clear of the other.
-        const auto at = [&](double x, double y) { return pixel(image, 4 * x, 4 * y); };
-        QVERIFY(near(at(6.04, 9.0), tick, 4));
-        QVERIFY(near(at(11.3, 4.6), tick, 4));
-        QVERIFY(near(at(7.0, 7.5), dash, 4));
-        QVERIFY(near(at(11.5, 7.5), dash, 4));
-        QVERIFY(near(at(12.0, 12.5), box, 4));
-        QVERIFY(near(at(0.6, 8),
-                     q(enabled ? quorvelleGrayColor() : quorvelleGrayDisabledControlColor()), 40));
+        const QColor white = Qt::white, grey = q(quorvelleLightGrayDisabledControlColor());
+        // state, enabled, tick, dash, box
+        for (auto [state, enabled, tick, dash, box] :
+             {std::tuple{1, true, q(quorvelleBlueColor()), white, white},
+              {1, false, q(quorvelleBlueDisabledControlColor()), grey, grey},
+              {-1, false, grey, q(quorvelleBlueColor()), grey},
+              {0, true, white, white, white}}) {
+            VXFlatCheckboxButtonCell cell(fromDescription);
+            cell.setAllowsMixedState(true);
+            cell.setState(state);
+            cell.setEnabled(enabled);
+            const QImage image = PixelProbe::render({64, 64}, [&](QPainter &p) {
+                p.scale(4, 4);
+                cell.drawImage(p, std::nullopt, QRectF(0, 0, 16, 16), nullptr);
+            });
+            // Box (0.5, 0.5, 15, 15), laid out upwards from the bottom edge: the tick runs
+            // (4.79, 7.5) -> (7.29, 10.5) -> (12.29, 3) on the page; the dash along y 7.5 from
+            // x 4.25 to 11.75. The probes on one mark keep clear of the other.
+            const auto on = [&](double x, double y) { return at(image, 4 * x, 4 * y); };
+            QVERIFY(near(on(6.04, 9.0), tick, 4) && near(on(11.3, 4.6), tick, 4));
+            QVERIFY(near(on(7.0, 7.5), dash, 4) && near(on(11.5, 7.5), dash, 4));
+            QVERIFY(near(on(12.0, 12.5), box, 4));
+            QVERIFY(near(on(0.6, 8),
+                         q(enabled ? quorvelleGrayColor() : quorvelleGrayDisabledControlColor()),
+                         40));
+        }
     }
 
     // The dot is a third of the mark; the mark moves right by 5 with a selection style.
-    void radioMark_data()
-    {
-        QTest::addColumn<uint>("style");
-        QTest::addColumn<int>("state");
-        QTest::addColumn<double>("centreX");
-        QTest::addRow("on") << 0u << 1 << 7.5;
-        QTest::addRow("on, style 2") << 2u << 1 << 12.5;
-        QTest::addRow("off") << 0u << 0 << 7.5;
-    }
     void radioMark()
     {
-        QFETCH(uint, style);
-        QFETCH(int, state);
-        QFETCH(double, centreX);
-        VXFlatRadioButtonCell cell;
-        cell.setSelectionStyle(style);
-        cell.setState(state);
-        const QImage image = CellRendering::render({96, 64}, [&](QPainter &p) {
-            p.scale(4, 4);
-            cell.drawImage(p, std::nullopt, QRectF(0, 0, 15, 15), nullptr);
-        });
-        const auto at = [&](double dx) { return pixel(image, 4 * (centreX + dx), 4 * 7.5); };
-        const QColor dot = state ? q(quorvelleBlueColor()) : QColor(Qt::white);
-        // Ring 14 wide: dot radius 14 / 6 = 2.33.
-        QVERIFY(near(at(0), dot));
-        QVERIFY(near(at(2.0), dot, 8));
-        QVERIFY(near(at(2.8), Qt::white, 8));
-        QVERIFY(near(at(-5.5), Qt::white));
+        for (auto [style, state, centreX] : {std::tuple{0u, 1, 7.5}, {2u, 1, 12.5}, {0u, 0, 7.5}}) {
+            VXFlatRadioButtonCell cell;
+            cell.setSelectionStyle(style);
+            cell.setState(state);
+            const QImage image = PixelProbe::render({96, 64}, [&](QPainter &p) {
+                p.scale(4, 4);
+                cell.drawImage(p, std::nullopt, QRectF(0, 0, 15, 15), nullptr);
+            });
+            const auto on = [&](double dx) { return at(image, 4 * (centreX + dx), 4 * 7.5); };
+            const QColor dot = state ? q(quorvelleBlueColor()) : QColor(Qt::white);
+            // Ring 14 wide: dot radius 14 / 6 = 2.33.
+            QVERIFY(near(on(0), dot) && near(on(2.0), dot, 8));
+            QVERIFY(near(on(2.8), Qt::white, 8) && near(on(-5.5), Qt::white));
+        }
     }
 
-    // Only a selected cell has a shape behind it: a rounded rectangle, or a tag whose tip
-    // is the middle of the right edge.
-    void selectionShape_data()
-    {
-        QTest::addColumn<uint>("style");
-        QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("body");
-        QTest::addColumn<bool>("corner");
-        QTest::addColumn<bool>("tip");
-        QTest::addRow("rounded, on") << 1u << 1 << true << true << true;
-        QTest::addRow("tag, on") << 2u << 1 << true << false << true;
-        QTest::addRow("tag, off") << 2u << 0 << false << false << false;
-        QTest::addRow("none, on") << 0u << 1 << false << false << false;
-        QTest::addRow("unknown, on") << 7u << 1 << false << false << false;
-    }
+    // Only a selected cell has a shape behind it: a rounded rectangle, or a tag rounded on
+    // the left whose tip is the middle of the right edge.
     void selectionShape()
     {
-        QFETCH(uint, style);
-        QFETCH(int, state);
-        QFETCH(bool, body);
-        QFETCH(bool, corner);
-        QFETCH(bool, tip);
-        VXFlatRadioButtonCell cell;
-        cell.setSelectionStyle(style);
-        cell.setState(state);
-        const QImage image = CellRendering::render(
-            {200, 24}, [&](QPainter &p) { cell.drawWithFrame(p, QRectF(0, 0, 200, 24), nullptr); });
-        // The fill is the blue at alpha 0.1 (26 of 255) over nothing.
-        const auto tinted = [&](int x, int y) {
-            const QColor c = pixel(image, x, y);
-            return qAbs(c.alpha() - 26) <= 2 && c.blue() > c.red();
-        };
-        QCOMPARE(tinted(150, 12), body);
-        QCOMPARE(tinted(196, 3), corner);
-        QCOMPARE(tinted(196, 12), tip);
+        // style, state, tinted at: body, right corner, tip, inside the left corners' rounding
+        for (auto [style, state, tinted] : {std::tuple{1u, 1, "xxxx"},
+                                            {2u, 1, "x-xx"},
+                                            {2u, 0, "----"},
+                                            {0u, 1, "----"},
+                                            {7u, 1, "----"}}) {
+            VXFlatRadioButtonCell cell;
+            cell.setSelectionStyle(style);
+            cell.setState(state);
+            const QImage image = drawCell(cell, {200, 24});
+            // The fill is the blue at alpha 0.1 (26 of 255) over nothing; the very corners of
+            // the rounded left side stay clear.
+            QString found;
+            for (QPoint p : {QPoint(150, 12), QPoint(196, 3), QPoint(196, 12), QPoint(4, 19)}) {
+                const QColor c = at(image, p.x(), p.y());
+                found += qAbs(c.alpha() - 26) <= 2 && c.blue() > c.red() ? u'x' : u'-';
+            }
+            QCOMPARE(found, QLatin1String(tinted));
+            QVERIFY(at(image, 0, 23).alpha() < 20 && at(image, 0, 0).alpha() < 20);
+        }
     }
 
     // Drawing one cell of the kit's matrix redraws the whole matrix; a plain one only the cell.
-    void matrixRedraw_data()
-    {
-        QTest::addColumn<bool>("kit");
-        QTest::addRow("VXMatrix") << true;
-        QTest::addRow("plain matrix") << false;
-    }
     void matrixRedraw()
     {
-        QFETCH(bool, kit);
-        std::unique_ptr<Matrix> matrix(kit ? new VXMatrix : new Matrix);
-        auto *layout = new QVBoxLayout(matrix.get());
-        for (int i = 0; i < 3; ++i) {
-            auto *row = new Button;
-            row->setCell(std::make_unique<VXFlatRadioButtonCell>());
-            row->setText(QStringLiteral("Row %1").arg(i));
-            layout->addWidget(row);
+        for (bool kit : {true, false}) {
+            std::unique_ptr<Matrix> matrix(kit ? new VXMatrix : new Matrix);
+            auto *layout = new QVBoxLayout(matrix.get());
+            for (int i = 0; i < 3; ++i) {
+                auto *row = new Button;
+                row->setCell(std::make_unique<VXFlatRadioButtonCell>());
+                row->setText(QStringLiteral("Row %1").arg(i));
+                layout->addWidget(row);
+            }
+            matrix->show();
+            QVERIFY(QTest::qWaitForWindowExposed(matrix.get()));
+            QCOMPARE(matrix->numberOfRows(), 3);
+            QTest::mouseClick(matrix->cellAtRow(1, 0), Qt::LeftButton);
+            QCOMPARE(matrix->selectedCell(), matrix->cellAtRow(1, 0));
+            QTest::qWait(50);
+            PixelProbe::PaintSpy recorder;
+            matrix->installEventFilter(&recorder);
+            matrix->drawCellAtRow(2, 0);
+            QTRY_VERIFY(!recorder.painted.isEmpty());
+            QTest::qWait(50);
+            QCOMPARE((QRegion(matrix->rect()) - recorder.painted).isEmpty(), kit);
         }
-        matrix->show();
-        QVERIFY(QTest::qWaitForWindowExposed(matrix.get()));
-        QCOMPARE(matrix->numberOfRows(), 3);
-        QTest::mouseClick(matrix->cellAtRow(1, 0), Qt::LeftButton);
-        QCOMPARE(matrix->selectedCell(), matrix->cellAtRow(1, 0));
-        QTest::qWait(50);
-        PaintRecorder recorder;
-        matrix->installEventFilter(&recorder);
-        matrix->drawCellAtRow(2, 0);
-        QTRY_VERIFY(!recorder.regions.isEmpty());
-        QTest::qWait(50);
-        QRegion painted;
-        for (const QRegion &r : std::as_const(recorder.regions))
-            painted += r;
-        QCOMPARE((QRegion(matrix->rect()) - painted).isEmpty(), kit);
     }
 
     // The check box's title font follows the control size it was loaded with.
-    void checkboxTitleFont_data()
-    {
-        QTest::addColumn<int>("controlSize");
-        QTest::addColumn<double>("pointSize");
-        QTest::addRow("regular") << 0 << 12.0;
-        QTest::addRow("small") << 1 << 11.0;
-        QTest::addRow("mini") << 2 << 9.0;
-        QTest::addRow("unknown") << 5 << 0.0;
-    }
     void checkboxTitleFont()
     {
-        QFETCH(int, controlSize);
-        QFETCH(double, pointSize);
-        ButtonCellCoding coding;
-        coding.controlSize = controlSize;
-        const VXFlatCheckboxButtonCell cell(coding);
-        QVERIFY(cell.titleFont());
-        QCOMPARE(cell.titleFont()->pointSize(), pointSize);
-        QCOMPARE(cell.titleColor(), std::optional<VXColor>(VXColor::blackColor()));
+        for (auto [controlSize, pointSize] : {std::pair{0, 12.0}, {1, 11.0}, {2, 9.0}, {5, 0.0}}) {
+            ButtonCellCoding coding;
+            coding.controlSize = controlSize;
+            const VXFlatCheckboxButtonCell cell(coding);
+            QCOMPARE(cell.titleFont()->pointSize(), pointSize);
+            QCOMPARE(cell.titleColor(), std::optional<VXColor>(VXColor::blackColor()));
+        }
         QVERIFY(!VXFlatCheckboxButtonCell().titleFont());
     }
 };

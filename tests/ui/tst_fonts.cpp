@@ -10,7 +10,9 @@
 using namespace Qt::StringLiterals;
 
 using FontFn = VXFont (*)(double);
-Q_DECLARE_METATYPE(FontFn)
+// available faces, preferred localization, system from 10.7, weight, face (empty: the system's)
+using ChainRow = std::tuple<QStringList, QString, bool, FontFn, QString>;
+Q_DECLARE_METATYPE(ChainRow)
 
 namespace {
 const QStringList allNeue = {u"HelveticaNeue"_s,
@@ -28,12 +30,26 @@ class TestFonts : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The hieroglyphic rule is fixed at its first use in a process: the program runs once
+    // more with QV_HIEROGLYPHIC set, for the hieroglyphic case alone.
     void initTestCase()
     {
-        // The hieroglyphic rule is fixed at its first use in a process; this one is not
-        // hieroglyphic (tst_fonthieroglyphic covers the other case).
-        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"en"_s});
-        QVERIFY(!VXPrefferedLanguage::isPreferredLanguageHieroglyphic());
+        const bool hieroglyphic = qEnvironmentVariableIsSet("QV_HIEROGLYPHIC");
+        VXPrefferedLanguage::setPreferredLocalizationsForTesting(
+            QStringList{hieroglyphic ? u"ja"_s : u"en"_s});
+        QCOMPARE(VXPrefferedLanguage::isPreferredLanguageHieroglyphic(), hieroglyphic);
+    }
+
+    // Medium is bold and thin is regular.
+    void hieroglyphic()
+    {
+        if (!VXPrefferedLanguage::isPreferredLanguageHieroglyphic())
+            QSKIP("runs in the hieroglyphic process");
+        VXFontDatabase::setAvailableFontsForTesting(allNeue);
+        QCOMPARE(QuorvelleFont::quorvelleMediumFontWithSize(13).fontName(),
+                 u"HelveticaNeue-Bold"_s);
+        QCOMPARE(QuorvelleFont::quorvelleThinFontWithSize(13).fontName(), u"HelveticaNeue"_s);
+        QCOMPARE(QuorvelleFont::quorvelleBoldFontWithSize(13).fontName(), u"HelveticaNeue-Bold"_s);
     }
 
     void cleanup()
@@ -45,69 +61,47 @@ private Q_SLOTS:
 
     void fallBackChains_data()
     {
-        QTest::addColumn<QStringList>("available");
-        QTest::addColumn<QString>("localization");
-        QTest::addColumn<bool>("lion");
-        QTest::addColumn<FontFn>("weight");
-        QTest::addColumn<QString>("expected"); // empty: the system font
+        QTest::addColumn<ChainRow>("row");
         using namespace QuorvelleFont;
-        const QStringList onlyHelvetica{u"Helvetica"_s};
+        const FontFn regular = &quorvelleRegularFontWithSize, medium = &quorvelleMediumFontWithSize,
+                     bold = &quorvelleBoldFontWithSize, italic = &quorvelleItalicFontWithSize,
+                     boldItalic = &quorvelleBoldItalicFontWithSize,
+                     thin = &quorvelleThinFontWithSize, fallback = &quorvelleFallbackFontWithSize;
+        const QStringList onlyHelvetica{u"Helvetica"_s}, none;
         const QStringList noMedium{u"HelveticaNeue"_s, u"HelveticaNeue-Bold"_s, u"Helvetica"_s};
         const QStringList lightNoThin{u"HelveticaNeue"_s, u"HelveticaNeue-Light"_s};
-        QTest::newRow("regular") << allNeue << u"en"_s << true << &quorvelleRegularFontWithSize
-                                 << u"HelveticaNeue"_s;
-        QTest::newRow("medium") << allNeue << u"en"_s << true << &quorvelleMediumFontWithSize
-                                << u"HelveticaNeue-Medium"_s;
-        QTest::newRow("bold") << allNeue << u"en"_s << true << &quorvelleBoldFontWithSize
-                              << u"HelveticaNeue-Bold"_s;
-        QTest::newRow("italic") << allNeue << u"en"_s << true << &quorvelleItalicFontWithSize
-                                << u"HelveticaNeue-Italic"_s;
-        QTest::newRow("boldItalic")
-            << allNeue << u"en"_s << true << &quorvelleBoldItalicFontWithSize
-            << u"HelveticaNeue-BoldItalic"_s;
-        QTest::newRow("thin") << allNeue << u"en"_s << true << &quorvelleThinFontWithSize
-                              << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("fallback") << allNeue << u"en"_s << true << &quorvelleFallbackFontWithSize
-                                  << u"Helvetica"_s;
-        QTest::newRow("medium missing")
-            << noMedium << u"en"_s << true << &quorvelleMediumFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("thin missing, light there")
-            << lightNoThin << u"en"_s << true << &quorvelleThinFontWithSize
-            << u"HelveticaNeue-Light"_s;
-        QTest::newRow("only Helvetica: regular")
-            << onlyHelvetica << u"en"_s << true << &quorvelleRegularFontWithSize << u"Helvetica"_s;
-        QTest::newRow("only Helvetica: thin")
-            << onlyHelvetica << u"en"_s << true << &quorvelleThinFontWithSize << u"Helvetica"_s;
-        QTest::newRow("only Helvetica: bold italic")
-            << onlyHelvetica << u"en"_s << true << &quorvelleBoldItalicFontWithSize
-            << u"Helvetica"_s;
-        QTest::newRow("no Helvetica: regular")
-            << QStringList() << u"en"_s << true << &quorvelleRegularFontWithSize << QString();
-        QTest::newRow("no Helvetica: medium")
-            << QStringList() << u"en"_s << true << &quorvelleMediumFontWithSize << QString();
-        QTest::newRow("no Helvetica: thin")
-            << QStringList() << u"en"_s << true << &quorvelleThinFontWithSize << QString();
-        QTest::newRow("no Helvetica: fallback")
-            << QStringList() << u"en"_s << true << &quorvelleFallbackFontWithSize << QString();
-        QTest::newRow("tr before 10.7")
-            << allNeue << u"tr"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("cs before 10.7")
-            << allNeue << u"cs"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue"_s;
-        QTest::newRow("de before 10.7")
-            << allNeue << u"de"_s << false << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("tr from 10.7")
-            << allNeue << u"tr"_s << true << &quorvelleThinFontWithSize << u"HelveticaNeue-Thin"_s;
-        QTest::newRow("tr before 10.7, bold")
-            << allNeue << u"tr"_s << false << &quorvelleBoldFontWithSize << u"HelveticaNeue-Bold"_s;
+        const auto row = [](const char *name, const QStringList &available, const char *language,
+                            bool lion, FontFn weight, const char *expected) {
+            QTest::newRow(name) << ChainRow{available, QLatin1String(language), lion, weight,
+                                            QLatin1String(expected)};
+        };
+        row("regular", allNeue, "en", true, regular, "HelveticaNeue");
+        row("medium", allNeue, "en", true, medium, "HelveticaNeue-Medium");
+        row("bold", allNeue, "en", true, bold, "HelveticaNeue-Bold");
+        row("italic", allNeue, "en", true, italic, "HelveticaNeue-Italic");
+        row("boldItalic", allNeue, "en", true, boldItalic, "HelveticaNeue-BoldItalic");
+        row("thin", allNeue, "en", true, thin, "HelveticaNeue-Thin");
+        row("fallback", allNeue, "en", true, fallback, "Helvetica");
+        row("medium missing", noMedium, "en", true, medium, "HelveticaNeue");
+        row("thin missing, light there", lightNoThin, "en", true, thin, "HelveticaNeue-Light");
+        row("only Helvetica: regular", onlyHelvetica, "en", true, regular, "Helvetica");
+        row("only Helvetica: thin", onlyHelvetica, "en", true, thin, "Helvetica");
+        row("only Helvetica: bold italic", onlyHelvetica, "en", true, boldItalic, "Helvetica");
+        row("no Helvetica: regular", none, "en", true, regular, "");
+        row("no Helvetica: medium", none, "en", true, medium, "");
+        row("no Helvetica: thin", none, "en", true, thin, "");
+        row("no Helvetica: fallback", none, "en", true, fallback, "");
+        row("tr before 10.7", allNeue, "tr", false, thin, "HelveticaNeue");
+        row("cs before 10.7", allNeue, "cs", false, thin, "HelveticaNeue");
+        row("de before 10.7", allNeue, "de", false, thin, "HelveticaNeue-Thin");
+        row("tr from 10.7", allNeue, "tr", true, thin, "HelveticaNeue-Thin");
+        row("tr before 10.7, bold", allNeue, "tr", false, bold, "HelveticaNeue-Bold");
     }
 
     void fallBackChains()
     {
-        QFETCH(QStringList, available);
-        QFETCH(QString, localization);
-        QFETCH(bool, lion);
-        QFETCH(FontFn, weight);
-        QFETCH(QString, expected);
+        QFETCH(ChainRow, row);
+        const auto [available, localization, lion, weight, expected] = row;
         VXFontDatabase::setAvailableFontsForTesting(available);
         VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{localization});
         VXSystemRelease::setLionOrGreaterForTesting(lion);
@@ -117,28 +111,21 @@ private Q_SLOTS:
         QCOMPARE(font.pointSize(), 17.5);
     }
 
-    void customFont_data()
-    {
-        QTest::addColumn<std::optional<QStringList>>("alternates");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("main exists")
-            << std::optional<QStringList>(QStringList{u"B"_s}) << u"A-Bold"_s;
-        QTest::newRow("nil alternates") << std::optional<QStringList>() << QString();
-        QTest::newRow("empty alternates") << std::optional<QStringList>(QStringList()) << QString();
-        QTest::newRow("first existing in order")
-            << std::optional<QStringList>(QStringList{u"Missing"_s, u"C"_s, u"B"_s}) << u"C"_s;
-    }
-
+    // The named font where it exists, else the first alternate that does, else the system's.
     void customFont()
     {
-        QFETCH(std::optional<QStringList>, alternates);
-        QFETCH(QString, expected);
-        const bool mainExists = QString::fromLatin1(QTest::currentDataTag()) == u"main exists"_s;
-        VXFontDatabase::setAvailableFontsForTesting(mainExists ? QStringList{u"A-Bold"_s, u"B"_s}
-                                                               : QStringList{u"B"_s, u"C"_s});
-        const VXFont font = QuorvelleFont::quorvelleCustomFontWithName(u"A-Bold"_s, alternates, 9);
-        QCOMPARE(font.fontName(),
-                 expected.isEmpty() ? VXFont::systemFontOfSize(9).fontName() : expected);
+        const QStringList withMain{u"A-Bold"_s, u"B"_s}, withoutMain{u"B"_s, u"C"_s};
+        using Alternates = std::optional<QStringList>;
+        for (auto [available, alternates, expected] :
+             {std::tuple{withMain, Alternates(QStringList{u"B"_s}), u"A-Bold"_s},
+              {withoutMain, Alternates(), VXFont::systemFontOfSize(9).fontName()},
+              {withoutMain, Alternates(QStringList()), VXFont::systemFontOfSize(9).fontName()},
+              {withoutMain, Alternates(QStringList{u"Missing"_s, u"C"_s, u"B"_s}), u"C"_s}}) {
+            VXFontDatabase::setAvailableFontsForTesting(available);
+            QCOMPARE(
+                QuorvelleFont::quorvelleCustomFontWithName(u"A-Bold"_s, alternates, 9).fontName(),
+                expected);
+        }
     }
 
     void traitsThroughTheSeam()

@@ -7,10 +7,19 @@
 #include <QTableView>
 #include <QTest>
 
-using Space = VXColor::ColorSpace;
-Q_DECLARE_METATYPE(VXColor::ColorSpace)
 using ColorFn = VXColor (*)();
 Q_DECLARE_METATYPE(ColorFn)
+
+namespace {
+// The colour in the middle of a row of the view, 40 points into its viewport.
+QColor rowColour(QTableView &view, int row)
+{
+    const QImage image = view.grab().toImage();
+    const QPoint at = view.viewport()->mapTo(&view, QPoint(40, 0));
+    return image.pixelColor(at.x(),
+                            at.y() + view.rowViewportPosition(row) + view.rowHeight(row) / 2);
+}
+} // namespace
 
 class TestPalette : public QObject
 {
@@ -20,81 +29,54 @@ private Q_SLOTS:
     void namedColors_data()
     {
         QTest::addColumn<ColorFn>("color");
-        QTest::addColumn<Space>("space");
-        QTest::addColumn<QList<double>>("components");
+        QTest::addColumn<QList<double>>("components"); // two: a grey and its alpha
         using namespace QuorvelleColor;
-        const auto rgb = Space::CalibratedRGB;
-        const auto grey = Space::CalibratedWhite;
         const auto b = [](int v) { return v / 255.0; };
+        const auto row = [](const char *name, ColorFn color, QList<double> components) {
+            QTest::newRow(name) << color << components;
+        };
         // The components are compared exactly: a colour that went through 8 or 16 bits fails.
-        QTest::newRow("critical") << &systemScanCriticalColor << rgb << QList<double>{1, 0, 0, 1};
-        QTest::newRow("serious") << &systemScanSeriousColor << rgb << QList<double>{1, 0.5, 0, 1};
-        QTest::newRow("excellent")
-            << &systemScanExcellentColor << rgb << QList<double>{0.36, 0.7, 0.0, 1};
-        QTest::newRow("criticalBg")
-            << &systemScanCriticalBackgroundColor << rgb << QList<double>{1, 0.87, 0.87, 1};
-        QTest::newRow("seriousBg")
-            << &systemScanSeriousBackgroundColor << rgb << QList<double>{1, 0.91, 0.81, 1};
-        QTest::newRow("excellentBg")
-            << &systemScanExcellentBackgroundColor << rgb << QList<double>{0.93, 1, 0.84, 1};
-        QTest::newRow("tableAlt") << &tableAlternateRowBackgroundColor << rgb
-                                  << QList<double>{0.94, 0.96, 0.98, 1};
-        QTest::newRow("levelRed") << &levelIndicatorRedGradienColor << rgb
-                                  << QList<double>{0.95, 0.03, 0.055, 1};
-        QTest::newRow("levelYellow")
-            << &levelIndicatorYellowGradienColor << rgb << QList<double>{1, 0.78, 0, 1};
-        QTest::newRow("levelGreen")
-            << &levelIndicatorGreenGradienColor << rgb << QList<double>{0.313, 1, 0, 1};
-        QTest::newRow("hyperlink")
-            << &hyperlinkButtonTextColor << rgb << QList<double>{0.176471, 0.537255, 0.996078, 1};
-        QTest::newRow("blue") << &quorvelleBlueColor << rgb
-                              << QList<double>{0.09019, 0.47058, 0.82745, 1};
-        QTest::newRow("darkBlue") << &quorvelleDarkBlueColor << rgb
-                                  << QList<double>{b(11), b(95), b(176), 1};
-        QTest::newRow("lightBlue")
-            << &quorvelleLightBlueColor << rgb << QList<double>{0.09019, 0.47058, 0.82745, 0.5};
-        QTest::newRow("red") << &quorvelleRedColor << rgb << QList<double>{b(233), b(11), b(33), 1};
-        QTest::newRow("orange") << &quorvelleOrangeColor << rgb
-                                << QList<double>{b(254), b(139), b(8), 1};
-        QTest::newRow("green") << &quorvelleGreenColor << rgb
-                               << QList<double>{b(25), b(185), b(5), 1};
-        QTest::newRow("gray") << &quorvelleGrayColor << grey << QList<double>{0.8, 1};
-        QTest::newRow("darkGray") << &quorvelleDarkGrayColor << grey << QList<double>{0.0, 0.7};
-        QTest::newRow("textGray") << &quorvelleTextGrayColor << rgb
-                                  << QList<double>{0.5, 0.5, 0.5, 1};
-        QTest::newRow("lightGrayDisabled")
-            << &quorvelleLightGrayDisabledControlColor << grey << QList<double>{b(241), 1};
-        QTest::newRow("grayDisabled") << &quorvelleGrayDisabledControlColor << rgb
-                                      << QList<double>{b(209), b(210), b(214), 1};
-        QTest::newRow("blueDisabled") << &quorvelleBlueDisabledControlColor << rgb
-                                      << QList<double>{b(133), b(191), b(229), 1};
-        QTest::newRow("facebook") << &facebookColor << rgb
-                                  << QList<double>{b(44), b(67), b(137), 1};
-        QTest::newRow("facebookDark")
-            << &facebookDarkColor << rgb << QList<double>{b(38), b(55), b(105), 1};
-        QTest::newRow("serviceWindow")
-            << &serviceWindowBackgroundColor << rgb << QList<double>{b(230), b(234), b(236), 1};
-        QTest::newRow("successBorder")
-            << &infoMessageSuccessBorderColor << rgb << QList<double>{b(121), b(231), b(121), 1};
-        QTest::newRow("successFill")
-            << &infoMessageSuccessFillColor << rgb << QList<double>{b(174), b(246), b(174), 1};
-        QTest::newRow("successText")
-            << &infoMessageSuccessTextColor << rgb << QList<double>{b(57), b(174), b(57), 1};
-        QTest::newRow("errorBorder")
-            << &infoMessageErrorBorderColor << rgb << QList<double>{1, b(175), b(177), 1};
-        QTest::newRow("errorFill")
-            << &infoMessageErrorFillColor << rgb << QList<double>{1, b(229), b(230), 1};
-        QTest::newRow("errorText")
-            << &infoMessageErrorTextColor << rgb << QList<double>{1, b(85), b(80), 1};
+        row("critical", &systemScanCriticalColor, {1, 0, 0, 1});
+        row("serious", &systemScanSeriousColor, {1, 0.5, 0, 1});
+        row("excellent", &systemScanExcellentColor, {0.36, 0.7, 0.0, 1});
+        row("criticalBg", &systemScanCriticalBackgroundColor, {1, 0.87, 0.87, 1});
+        row("seriousBg", &systemScanSeriousBackgroundColor, {1, 0.91, 0.81, 1});
+        row("excellentBg", &systemScanExcellentBackgroundColor, {0.93, 1, 0.84, 1});
+        row("tableAlt", &tableAlternateRowBackgroundColor, {0.94, 0.96, 0.98, 1});
+        row("levelRed", &levelIndicatorRedGradienColor, {0.95, 0.03, 0.055, 1});
+        row("levelYellow", &levelIndicatorYellowGradienColor, {1, 0.78, 0, 1});
+        row("levelGreen", &levelIndicatorGreenGradienColor, {0.313, 1, 0, 1});
+        row("hyperlink", &hyperlinkButtonTextColor, {0.176471, 0.537255, 0.996078, 1});
+        row("blue", &quorvelleBlueColor, {0.09019, 0.47058, 0.82745, 1});
+        row("darkBlue", &quorvelleDarkBlueColor, {b(11), b(95), b(176), 1});
+        row("lightBlue", &quorvelleLightBlueColor, {0.09019, 0.47058, 0.82745, 0.5});
+        row("red", &quorvelleRedColor, {b(233), b(11), b(33), 1});
+        row("orange", &quorvelleOrangeColor, {b(254), b(139), b(8), 1});
+        row("green", &quorvelleGreenColor, {b(25), b(185), b(5), 1});
+        row("gray", &quorvelleGrayColor, {0.8, 1});
+        row("darkGray", &quorvelleDarkGrayColor, {0.0, 0.7});
+        row("textGray", &quorvelleTextGrayColor, {0.5, 0.5, 0.5, 1});
+        row("lightGrayDisabled", &quorvelleLightGrayDisabledControlColor, {b(241), 1});
+        row("grayDisabled", &quorvelleGrayDisabledControlColor, {b(209), b(210), b(214), 1});
+        row("blueDisabled", &quorvelleBlueDisabledControlColor, {b(133), b(191), b(229), 1});
+        row("facebook", &facebookColor, {b(44), b(67), b(137), 1});
+        row("facebookDark", &facebookDarkColor, {b(38), b(55), b(105), 1});
+        row("serviceWindow", &serviceWindowBackgroundColor, {b(230), b(234), b(236), 1});
+        row("successBorder", &infoMessageSuccessBorderColor, {b(121), b(231), b(121), 1});
+        row("successFill", &infoMessageSuccessFillColor, {b(174), b(246), b(174), 1});
+        row("successText", &infoMessageSuccessTextColor, {b(57), b(174), b(57), 1});
+        row("errorBorder", &infoMessageErrorBorderColor, {1, b(175), b(177), 1});
+        row("errorFill", &infoMessageErrorFillColor, {1, b(229), b(230), 1});
+        row("errorText", &infoMessageErrorTextColor, {1, b(85), b(80), 1});
     }
 
     void namedColors()
     {
         QFETCH(ColorFn, color);
-        QFETCH(Space, space);
         QFETCH(QList<double>, components);
         const VXColor c = color();
-        QCOMPARE(c.colorSpace(), space);
+        QCOMPARE(c.colorSpace(), components.size() == 2 ? VXColor::ColorSpace::CalibratedWhite
+                                                        : VXColor::ColorSpace::CalibratedRGB);
         QCOMPARE(c.componentList(), components);
         QCOMPARE(c.alphaComponent(), components.last());
         QVERIFY(c == color()); // a fresh, equal value on every call
@@ -109,28 +91,18 @@ private Q_SLOTS:
                 VXColor::colorWithCalibratedRed(0.2, 0.3, 0.4000001, 1));
     }
 
-    void newCGColor_data()
-    {
-        QTest::addColumn<VXColor>("color");
-        QTest::addColumn<QColor>("expected");
-        // Qt's own float conversion is the oracle; a grey must come out as a grey.
-        QTest::newRow("grey") << QuorvelleColor::quorvelleGrayColor()
-                              << QColor::fromRgbF(0.8f, 0.8f, 0.8f, 1.0f);
-        QTest::newRow("greyAlpha")
-            << QuorvelleColor::quorvelleDarkGrayColor() << QColor::fromRgbF(0, 0, 0, 0.7f);
-        QTest::newRow("rgb") << QuorvelleColor::quorvelleBlueColor()
-                             << QColor::fromRgbF(0.09019f, 0.47058f, 0.82745f, 1.0f);
-        QTest::newRow("outOfRange") << VXColor::colorWithCalibratedRed(1.5, -0.2, 0.5, 2.0)
-                                    << QColor::fromRgbF(1, 0, 0.5f, 1);
-    }
-
+    // Qt's own float conversion is the oracle; a grey must come out as a grey, components
+    // out of range are clamped.
     void newCGColor()
     {
-        QFETCH(VXColor, color);
-        QFETCH(QColor, expected);
-        const QColor converted = VXColorConvertion::newCGColor(color);
-        QVERIFY(converted.isValid());
-        QCOMPARE(converted.rgba64(), expected.rgba64());
+        using namespace QuorvelleColor;
+        for (auto [color, expected] :
+             {std::pair{quorvelleGrayColor(), QColor::fromRgbF(0.8f, 0.8f, 0.8f, 1.0f)},
+              {quorvelleDarkGrayColor(), QColor::fromRgbF(0, 0, 0, 0.7f)},
+              {quorvelleBlueColor(), QColor::fromRgbF(0.09019f, 0.47058f, 0.82745f, 1.0f)},
+              {VXColor::colorWithCalibratedRed(1.5, -0.2, 0.5, 2.0),
+               QColor::fromRgbF(1, 0, 0.5f, 1)}})
+            QCOMPARE(VXColorConvertion::newCGColor(color).rgba64(), expected.rgba64());
     }
 
     void alternatingRowsAfterStartUpExchange()
@@ -147,15 +119,8 @@ private Q_SLOTS:
         view.setAlternatingRowColors(true);
         view.setShowGrid(false);
         view.resize(200, 150);
-        const QImage image = view.grab().toImage();
-        // A point inside row 0 and row 1 of the viewport.
-        const QPoint inViewport = view.viewport()->mapTo(&view, QPoint(40, 0));
-        const int y0 = inViewport.y() + view.rowViewportPosition(0) + view.rowHeight(0) / 2;
-        const int y1 = inViewport.y() + view.rowViewportPosition(1) + view.rowHeight(1) / 2;
-        QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y0), QColor(Qt::white), 1);
-        QV_COMPARE_COLOR(
-            PixelProbe::at(image, inViewport.x(), y1),
-            VXColorConvertion::newCGColor(QuorvelleColor::tableAlternateRowBackgroundColor()), 1);
+        QV_COMPARE_COLOR(rowColour(view, 0), QColor(Qt::white), 1);
+        QV_COMPARE_COLOR(rowColour(view, 1), VXColorConvertion::newCGColor(ours.at(1)), 1);
 
         // The desktop's own pair stays where it was: the application palette for item views,
         // which views that do not alternate keep.
@@ -193,13 +158,9 @@ private Q_SLOTS:
 
         view.setAlternatingRowColors(true);
         QTRY_COMPARE(view.palette().color(QPalette::AlternateBase), alternate);
-        const QImage image = view.grab().toImage();
-        const QPoint inViewport = view.viewport()->mapTo(&view, QPoint(40, 0));
         // Rows 2 and 3: row 0 holds the current cell, which the style marks.
-        const int y2 = inViewport.y() + view.rowViewportPosition(2) + view.rowHeight(2) / 2;
-        const int y3 = inViewport.y() + view.rowViewportPosition(3) + view.rowHeight(3) / 2;
-        QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y2), QColor(Qt::white), 1);
-        QV_COMPARE_COLOR(PixelProbe::at(image, inViewport.x(), y3), alternate, 1);
+        QV_COMPARE_COLOR(rowColour(view, 2), QColor(Qt::white), 1);
+        QV_COMPARE_COLOR(rowColour(view, 3), alternate, 1);
     }
 };
 

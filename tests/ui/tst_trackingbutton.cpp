@@ -1,5 +1,6 @@
 // Hover of the tracking button: validated by a hit test of the real pointer position on
 // enter, leave, window activation and moving into a window.
+#include "PixelProbe.h"
 #include "VXTrackingButton.h"
 
 #include <QApplication>
@@ -8,18 +9,6 @@
 #include <QTest>
 
 namespace {
-
-class PaintCounter : public QObject
-{
-public:
-    int paints = 0;
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++paints;
-        return false;
-    }
-};
 
 void enter(QWidget *widget)
 {
@@ -42,7 +31,7 @@ class tst_TrackingButton : public QObject
 
     std::unique_ptr<QWidget> _window;
     VXTrackingButton *_button = nullptr;
-    PaintCounter _counter;
+    PixelProbe::PaintSpy _counter;
 
     void activate(QWidget *window)
     {

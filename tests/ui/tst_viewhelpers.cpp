@@ -22,6 +22,11 @@ using Quorvelle::Bundle;
 using namespace Qt::StringLiterals;
 using namespace QuorvelleExtension;
 
+// key, text, table focused, editing, bar (0 none, 1 same window, 2 another window), the
+// characters of the key, whether the table handles it
+using KeyRow = std::tuple<int, QString, bool, bool, int, QString, bool>;
+Q_DECLARE_METATYPE(KeyRow)
+
 namespace {
 struct CountingDelegate : VXNavigationBarDelegate
 {
@@ -109,34 +114,29 @@ private Q_SLOTS:
 
     void shouldHandleEvent_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("focused");
-        QTest::addColumn<bool>("editing");
-        QTest::addColumn<int>("bar"); // 0 none, 1 same window, 2 another window
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("left arrow") << int(Qt::Key_Left) << QString() << true << false << 1 << true;
-        QTest::newRow("right arrow")
-            << int(Qt::Key_Right) << QString() << true << false << 1 << false;
-        QTest::newRow("typed text") << int(Qt::Key_A) << u"a"_s << true << false << 1 << false;
-        QTest::newRow("two characters")
-            << int(Qt::Key_Left) << u"ab"_s << true << false << 1 << false;
-        QTest::newRow("not focused")
-            << int(Qt::Key_Left) << QString() << false << false << 1 << false;
-        QTest::newRow("editing") << int(Qt::Key_Left) << QString() << true << true << 1 << false;
-        QTest::newRow("bar elsewhere")
-            << int(Qt::Key_Left) << QString() << true << false << 2 << false;
-        QTest::newRow("no bar") << int(Qt::Key_Left) << QString() << true << false << 0 << false;
+        QTest::addColumn<KeyRow>("row");
+        const auto row = [](const char *name, int key, QString text, bool focused, bool editing,
+                            int bar, QString characters, bool expected) {
+            QTest::newRow(name) << KeyRow{key, text, focused, editing, bar, characters, expected};
+        };
+        const QString left(QChar(0xF702));
+        row("left arrow", Qt::Key_Left, {}, true, false, 1, left, true);
+        row("right arrow", Qt::Key_Right, {}, true, false, 1, QString(QChar(0xF703)), false);
+        row("up arrow", Qt::Key_Up, {}, true, false, 1, QString(QChar(0xF700)), false);
+        row("down arrow", Qt::Key_Down, {}, true, false, 1, QString(QChar(0xF701)), false);
+        row("other key", Qt::Key_Home, {}, true, false, 1, {}, false);
+        row("typed text", Qt::Key_A, u"a"_s, true, false, 1, u"a"_s, false);
+        row("two characters", Qt::Key_Left, u"ab"_s, true, false, 1, u"ab"_s, false);
+        row("not focused", Qt::Key_Left, {}, false, false, 1, left, false);
+        row("editing", Qt::Key_Left, {}, true, true, 1, left, false);
+        row("bar elsewhere", Qt::Key_Left, {}, true, false, 2, left, false);
+        row("no bar", Qt::Key_Left, {}, true, false, 0, left, false);
     }
 
     void shouldHandleEvent()
     {
-        QFETCH(int, key);
-        QFETCH(QString, text);
-        QFETCH(bool, focused);
-        QFETCH(bool, editing);
-        QFETCH(int, bar);
-        QFETCH(bool, expected);
+        QFETCH(KeyRow, row);
+        const auto [key, text, focused, editing, bar, characters, expected] = row;
 
         QWidget window, otherWindow;
         auto *layout = new QVBoxLayout(&window);
@@ -160,50 +160,35 @@ private Q_SLOTS:
         delegate.bar = bar == 1 ? navigation : bar == 2 ? elsewhere : nullptr;
         setApplicationDelegate(&delegate);
         const QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCOMPARE(charactersOfKeyEvent(&event), characters);
         QCOMPARE(QuorvelleExtension::shouldHandleEvent(table, &event), expected);
         QCOMPARE(delegate.asked, 1); // asked on every call, whatever the answer
         setApplicationDelegate(nullptr);
     }
 
-    void dividerPosition_data()
-    {
-        QTest::addColumn<int>("orientation");
-        QTest::addColumn<QList<int>>("sizes");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<double>("expected");
-        // Panes side by side: the right edge; stacked: the bottom edge. Handle width 4.
-        QTest::newRow("side by side, second collapsed")
-            << int(Qt::Horizontal) << QList<int>{50, 0, 142} << 1 << 50.0;
-        QTest::newRow("side by side, second open")
-            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 1 << 114.0;
-        QTest::newRow("stacked") << int(Qt::Vertical) << QList<int>{30, 40, 122} << 1 << 74.0;
-        QTest::newRow("all collapsed up to index")
-            << int(Qt::Horizontal) << QList<int>{0, 0, 192} << 1 << 0.0;
-        QTest::newRow("negative index")
-            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << -1 << 0.0;
-        QTest::newRow("index past the panes")
-            << int(Qt::Horizontal) << QList<int>{50, 60, 82} << 3 << 0.0;
-    }
-
+    // Side by side: the right edge of the last open pane up to the index; stacked: its
+    // bottom edge. Handles 4 wide.
     void dividerPosition()
     {
-        QFETCH(int, orientation);
-        QFETCH(QList<int>, sizes);
-        QFETCH(int, index);
-        QFETCH(double, expected);
-        QSplitter splitter{static_cast<Qt::Orientation>(orientation)};
-        splitter.setHandleWidth(4);
-        for (int i = 0; i < 3; ++i) {
-            auto *pane = new QWidget;
-            pane->setMinimumSize(0, 0);
-            splitter.addWidget(pane);
+        const auto h = Qt::Horizontal;
+        for (auto [orientation, sizes, index, expected] :
+             {std::tuple{h, QList<int>{50, 0, 142}, 1, 50.0},
+              {h, {50, 60, 82}, 1, 114.0},
+              {Qt::Vertical, {30, 40, 122}, 1, 74.0},
+              {h, {0, 0, 192}, 1, 0.0},
+              {h, {50, 60, 82}, -1, 0.0},
+              {h, {50, 60, 82}, 3, 0.0}}) {
+            QSplitter splitter{orientation};
+            splitter.setHandleWidth(4);
+            for (int i = 0; i < 3; ++i)
+                splitter.addWidget(new QWidget);
+            splitter.resize(200, 200);
+            splitter.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&splitter));
+            splitter.setSizes(sizes);
+            QCOMPARE(splitter.sizes(), sizes);
+            QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
         }
-        splitter.resize(200, 200);
-        splitter.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&splitter));
-        splitter.setSizes(sizes);
-        QCOMPARE(splitter.sizes(), sizes);
-        QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
     }
 
     void images()

@@ -18,107 +18,99 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <tuple>
 
 namespace KitWidgetsCheck {
-
-inline bool near(double value, double expected)
-{
-    return std::abs(value - expected) < 1e-6;
-}
 
 inline bool sameRgba(const std::optional<VXColor> &color, int r, int g, int b, int a = 255)
 {
     if (!color || color->colorSpace() != VXColor::ColorSpace::CalibratedRGB)
         return false;
     const double *c = color->components();
-    return near(c[0], r / 255.0) && near(c[1], g / 255.0) && near(c[2], b / 255.0) &&
-           near(c[3], a / 255.0);
+    const int expected[] = {r, g, b, a};
+    for (int i = 0; i < 4; ++i) {
+        if (std::abs(c[i] - expected[i] / 255.0) >= 1e-6)
+            return false;
+    }
+    return true;
 }
 
 inline bool closeTo(QRgb pixel, int r, int g, int b)
 {
-    const int tolerance = 24;
-    return std::abs(qRed(pixel) - r) <= tolerance && std::abs(qGreen(pixel) - g) <= tolerance &&
-           std::abs(qBlue(pixel) - b) <= tolerance;
+    return std::abs(qRed(pixel) - r) <= 24 && std::abs(qGreen(pixel) - g) <= 24 &&
+           std::abs(qBlue(pixel) - b) <= 24;
 }
 
 // Returns one line per property that did not arrive; empty when all did.
 inline QStringList mismatches(QWidget *form)
 {
     QStringList failures;
-    const auto fail = [&failures](const char *what) { failures << QString::fromLatin1(what); };
-    const auto find = [form](const char *name) {
-        return form->findChild<QWidget *>(QString::fromLatin1(name));
+    const auto expect = [&failures](bool ok, const QString &what) {
+        if (!ok)
+            failures << what;
+    };
+    const auto button = [form](const char *name) {
+        return form->findChild<Quorvelle::Button *>(QString::fromLatin1(name));
     };
 
-    auto *header = qobject_cast<VXGradientView *>(find("header"));
-    if (!header) {
-        fail("header is no VXGradientView");
-    } else {
-        if (!sameRgba(header->startGradientColor(), 58, 123, 213))
-            fail("header: startGradientColor");
-        if (!sameRgba(header->finishGradientColor(), 250, 210, 40))
-            fail("header: finishGradientColor");
-        if (!sameRgba(header->topLineColor(), 0, 128, 0))
-            fail("header: topLineColor");
-        if (!sameRgba(header->bottomLineColor(), 200, 0, 0, 128))
-            fail("header: bottomLineColor");
-        if (!near(header->gradientAngle(), 90.0))
-            fail("header: gradientAngle");
-        if (!near(header->cornerRadius(), 6.0))
-            fail("header: cornerRadius");
+    auto *header = form->findChild<VXGradientView *>(QStringLiteral("header"));
+    expect(header, QStringLiteral("header is no VXGradientView"));
+    if (header) {
+        expect(sameRgba(header->startGradientColor(), 58, 123, 213) &&
+                   sameRgba(header->finishGradientColor(), 250, 210, 40) &&
+                   sameRgba(header->topLineColor(), 0, 128, 0) &&
+                   sameRgba(header->bottomLineColor(), 200, 0, 0, 128),
+               QStringLiteral("header: a gradient or line colour"));
+        expect(std::abs(header->gradientAngle() - 90.0) < 1e-6 &&
+                   std::abs(header->cornerRadius() - 6.0) < 1e-6,
+               QStringLiteral("header: gradientAngle or cornerRadius"));
         // At 90 degrees the start colour is at the bottom: probes inside the top and
         // bottom lines, in the middle of the width.
         const QImage picture = header->grab().toImage();
         const int x = picture.width() / 2, rows = picture.height();
         const qreal scale = picture.devicePixelRatio();
-        if (rows < int(90 * scale) || !closeTo(picture.pixel(x, int(6 * scale)), 250, 210, 40) ||
-            !closeTo(picture.pixel(x, rows - 1 - int(6 * scale)), 58, 123, 213))
-            fail("header: the gradient's colours are not drawn bottom (start) to top (finish)");
+        expect(rows >= int(90 * scale) && closeTo(picture.pixel(x, int(6 * scale)), 250, 210, 40) &&
+                   closeTo(picture.pixel(x, rows - 1 - int(6 * scale)), 58, 123, 213),
+               QStringLiteral("header: the gradient's colours are not drawn bottom (start) to top "
+                              "(finish)"));
     }
 
-    auto *flat = qobject_cast<Quorvelle::Button *>(find("flatButton"));
-    if (!flat || !dynamic_cast<VXFlatButtonCell *>(flat->cell()))
-        fail("flatButton: no Quorvelle::Button with a VXFlatButtonCell");
-    else if (flat->cell()->controlSize() != 1 || flat->buttonType() != 7 ||
-             flat->text() != QStringLiteral("&Remove") ||
-             flat->cellClass() != QStringLiteral("VXFlatButtonCell"))
-        fail("flatButton: controlSize, buttonType, text or cellClass");
+    auto *flat = button("flatButton");
+    expect(flat && dynamic_cast<VXFlatButtonCell *>(flat->cell()) &&
+               flat->cell()->controlSize() == 1 && flat->buttonType() == 7 &&
+               flat->text() == QStringLiteral("&Remove") &&
+               flat->cellClass() == QStringLiteral("VXFlatButtonCell"),
+           QStringLiteral("flatButton: cell, controlSize, buttonType, text or cellClass"));
+    auto *bordered = button("borderedButton");
+    expect(bordered && dynamic_cast<VXFlatBorderedButtonCell *>(bordered->cell()) &&
+               bordered->cell()->isBordered(),
+           QStringLiteral("borderedButton: no bordered VXFlatBorderedButtonCell"));
+    auto *check = button("checkBox");
+    expect(check && dynamic_cast<VXFlatCheckboxButtonCell *>(check->cell()) &&
+               check->cell()->buttonType() == 3 && !check->cell()->isBordered() &&
+               check->isChecked() && check->cell()->state() == Quorvelle::ButtonCell::OnState,
+           QStringLiteral("checkBox: cell, buttonType, bordered or the checked state"));
 
-    auto *bordered = qobject_cast<Quorvelle::Button *>(find("borderedButton"));
-    if (!bordered || !dynamic_cast<VXFlatBorderedButtonCell *>(bordered->cell()) ||
-        !bordered->cell()->isBordered())
-        fail("borderedButton: no bordered VXFlatBorderedButtonCell");
-
-    auto *check = qobject_cast<Quorvelle::Button *>(find("checkBox"));
-    if (!check || !dynamic_cast<VXFlatCheckboxButtonCell *>(check->cell()))
-        fail("checkBox: no VXFlatCheckboxButtonCell");
-    else if (check->cell()->buttonType() != 3 || check->cell()->isBordered() ||
-             !check->isChecked() || check->cell()->state() != Quorvelle::ButtonCell::OnState)
-        fail("checkBox: buttonType, bordered or the checked state");
-
-    const auto checkMatrix = [&](const char *name, uint style, const char *selected) {
-        auto *matrix = qobject_cast<VXMatrix *>(find(name));
-        if (!matrix || matrix->selectionStyle() != style || matrix->numberOfRows() != 2) {
-            failures << QString::fromLatin1(name) + QStringLiteral(": selectionStyle or rows");
-            return;
-        }
-        for (Quorvelle::Button *row : matrix->cells()) {
+    for (const auto &[name, style, selected] : {std::tuple{"roundedMatrix", 1u, "roundedSecond"},
+                                                std::tuple{"tagMatrix", 2u, "tagFirst"}}) {
+        auto *matrix = form->findChild<VXMatrix *>(QString::fromLatin1(name));
+        bool rows = matrix && matrix->selectionStyle() == style && matrix->numberOfRows() == 2 &&
+                    matrix->selectedCell() &&
+                    matrix->selectedCell()->objectName() == QString::fromLatin1(selected);
+        for (Quorvelle::Button *row : matrix ? matrix->cells() : QList<Quorvelle::Button *>()) {
             auto *cell = dynamic_cast<VXFlatRadioButtonCell *>(row->cell());
-            if (!cell || cell->selectionStyle() != style)
-                failures << row->objectName() + QStringLiteral(": no radio cell of the style");
+            rows = rows && cell && cell->selectionStyle() == style;
         }
-        if (!matrix->selectedCell() ||
-            matrix->selectedCell()->objectName() != QString::fromLatin1(selected))
-            failures << QString::fromLatin1(name) + QStringLiteral(": selected row");
-    };
-    checkMatrix("roundedMatrix", 1, "roundedSecond");
-    checkMatrix("tagMatrix", 2, "tagFirst");
+        expect(rows,
+               QString::fromLatin1(name) +
+                   QStringLiteral(": selection style, rows, their cells or the selected row"));
+    }
 
-    auto *tracking = qobject_cast<VXTrackingButton *>(find("trackingButton"));
-    if (!tracking || !dynamic_cast<VXFlatBorderedButtonCell *>(tracking->cell()) ||
-        tracking->cell()->controlSize() != 2 || tracking->text() != QStringLiteral("Get it"))
-        fail("trackingButton: no VXTrackingButton with its cell, controlSize and text");
+    auto *tracking = form->findChild<VXTrackingButton *>(QStringLiteral("trackingButton"));
+    expect(
+        tracking && dynamic_cast<VXFlatBorderedButtonCell *>(tracking->cell()) &&
+            tracking->cell()->controlSize() == 2 && tracking->text() == QStringLiteral("Get it"),
+        QStringLiteral("trackingButton: no VXTrackingButton with its cell, controlSize and text"));
     return failures;
 }
 
