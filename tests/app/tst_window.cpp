@@ -1,5 +1,6 @@
 #include "Button.h"
 #include "VXFlatRadioButtonCell.h"
+#include "VXProductInformation.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
@@ -11,7 +12,6 @@
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTranslator>
-#include <QUrlQuery>
 
 #include <algorithm>
 #include <cmath>
@@ -29,14 +29,10 @@ VXSurveyWindowLoader::Loaded load()
 }
 
 // The check boxes each reason shows; every other box is hidden.
-const QMap<quint64, QStringList> detailsOfReason = {
-    {1, {}},
-    {2, {QStringLiteral("notDisclosedPrice"), QStringLiteral("priceTooHigh")}},
-    {3, {}},
-    {4,
-     {QStringLiteral("uselessSoftware"), QStringLiteral("tooComplexToUse"),
-      QStringLiteral("slowedDownComputer")}},
-    {5, {QStringLiteral("slowSupportResponse"), QStringLiteral("unprofessionalSupport")}},
+const QMap<quint64, QString> detailsOfReason = {
+    {2, QStringLiteral("notDisclosedPrice priceTooHigh")},
+    {4, QStringLiteral("uselessSoftware tooComplexToUse slowedDownComputer")},
+    {5, QStringLiteral("slowSupportResponse unprofessionalSupport")},
 };
 
 // The reasons' radio buttons (RadioButton) or the detail check boxes (SwitchButton).
@@ -121,7 +117,7 @@ private Q_SLOTS:
         comment->insertPlainText(QStringLiteral(" äöü"));
         QCOMPARE(controller->comment(), QStringLiteral("Too dear & = + äöü"));
 
-        const QStringList shown = detailsOfReason.value(reason);
+        const QStringList shown = detailsOfReason.value(reason).split(u' ');
         for (Button *box : buttons(window)) {
             const QString key = box->property("vxValue").toString();
             QCOMPARE(box->isVisible(), shown.contains(key));
@@ -141,7 +137,6 @@ private Q_SLOTS:
         QTest::mouseClick(radioFor(window, other), Qt::LeftButton, {}, QPoint(8, 10));
         QVERIFY(!radio->isChecked());
         QVERIFY(comment->toPlainText().isEmpty());
-        QVERIFY(controller->comment().isNull());
         for (Button *box : buttons(window))
             QVERIFY(!box->isChecked());
 
@@ -294,9 +289,8 @@ private Q_SLOTS:
         }
     }
 
-    // A screen reader names the window by its title and the reasons' group by the question
-    // above it, which labels the group, in every language the window ships; translated, no
-    // visible text stays English.
+    // A screen reader names the reasons' group by the question above it, which labels the
+    // group, in every language the window ships; translated, no visible text stays English.
     void languages_data()
     {
         QTest::addColumn<QString>("language");
@@ -320,10 +314,6 @@ private Q_SLOTS:
             QCoreApplication::translate("Localizable", qPrintable(window->windowTitle())));
         QCoreApplication::removeTranslator(&translator);
         QCOMPARE(window->windowTitle() == QStringLiteral("Uninstall Quorvelle"), english);
-
-        QAccessibleInterface *windowInterface = QAccessible::queryAccessibleInterface(window);
-        QVERIFY(windowInterface);
-        QCOMPARE(windowInterface->text(QAccessible::Name), window->windowTitle());
 
         auto *heading = window->findChild<QLabel *>(QStringLiteral("headingLabel"));
         auto *group = window->findChild<QWidget *>(QStringLiteral("reasonsMatrix"));
@@ -365,10 +355,7 @@ private Q_SLOTS:
 
         QTest::mouseClick(window->findChild<QAbstractButton *>(QStringLiteral("offerButton")),
                           Qt::LeftButton);
-        QCOMPARE(catcher.urls.size(), 1);
-        const QUrl offer = catcher.urls.first();
-        QCOMPARE(offer.path(), QStringLiteral("/checkout/"));
-        QVERIFY(QUrlQuery(offer).hasQueryItem(QStringLiteral("c")));
+        QCOMPARE(catcher.urls, QList<QUrl>{VXProductInformation::partnerOfferURL()});
         QVERIFY(window->isVisible());
 
         QDesktopServices::unsetUrlHandler(QStringLiteral("http"));
