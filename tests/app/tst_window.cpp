@@ -163,23 +163,20 @@ private Q_SLOTS:
         QTest::addColumn<quint64>("reason"); // chosen before the window opens
         QTest::addColumn<int>("focus");      // how the button got the focus, -1: it has none
         QTest::addColumn<bool>("ring");
-        QTest::newRow("radio focused as the window opens")
-            << QStringLiteral("reasonPrice") << quint64(0) << int(Qt::ActiveWindowFocusReason)
-            << true;
-        QTest::newRow("radio without focus")
-            << QStringLiteral("reasonFeatures") << quint64(0) << -1 << false;
-        QTest::newRow("check box reached by Tab") << QStringLiteral("uselessSoftwareBox")
-                                                  << quint64(4) << int(Qt::TabFocusReason) << true;
-        QTest::newRow("radio clicked")
-            << QStringLiteral("reasonSupport") << quint64(0) << int(Qt::MouseFocusReason) << false;
-        QTest::newRow("chosen radio reached by arrow")
-            << QStringLiteral("reasonFeatures") << quint64(4) << int(Qt::TabFocusReason) << true;
+        const auto row = [](const char *tag, const char *name, quint64 reason, int focus,
+                            bool ring) {
+            QTest::newRow(tag) << QString::fromLatin1(name) << reason << focus << ring;
+        };
+        row("radio focused on opening", "reasonPrice", 0, Qt::ActiveWindowFocusReason, true);
+        row("radio without focus", "reasonFeatures", 0, -1, false);
+        row("check box reached by Tab", "uselessSoftwareBox", 4, Qt::TabFocusReason, true);
+        row("radio clicked", "reasonSupport", 0, Qt::MouseFocusReason, false);
+        row("chosen radio reached by arrow", "reasonFeatures", 4, Qt::TabFocusReason, true);
         // A push button's ring shows as a change of at least 3:1 at the second or third
         // pixel column from its left edge, at half height, on the blue Uninstall button and
         // on the white offer button alike.
         for (const char *name : {"uninstallButton", "offerButton"})
-            QTest::newRow(name) << QString::fromLatin1(name) << quint64(1)
-                                << int(Qt::TabFocusReason) << true;
+            row(name, name, 1, Qt::TabFocusReason, true);
     }
     void focusRing()
     {

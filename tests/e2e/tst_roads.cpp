@@ -190,6 +190,8 @@ class tst_Roads : public QObject
         if (twist)
             twist(l->stage.path());
         l->before = list(l->stage.path());
+        if (l->before.isEmpty()) // every comparison with it would hold trivially
+            return nullptr;
         l->snapshot = machine(l->stage.path());
         // Every window mapped on the display shows up here.
         l->mapSpy.setProcessEnvironment(displayEnvironment());
