@@ -101,15 +101,6 @@ private Q_SLOTS:
         QCOMPARE(VXThreadSafety::lockIdentifierForImagePath(path), identifier);
     }
 
-    void lockIdentifierForClass()
-    {
-        const QString exe = QFileInfo(u"/proc/self/exe"_s).canonicalFilePath();
-        QCOMPARE(VXThreadSafety::lockIdentifierForClass(&DelegateStandIn::staticMetaObject), exe);
-        const QString qtCore = VXThreadSafety::lockIdentifierForClass(&QObject::staticMetaObject);
-        QVERIFY2(qtCore.contains(u"libQt6Core"_s), qPrintable(qtCore));
-        QCOMPARE(VXThreadSafety::lockIdentifierForClass(nullptr), QString());
-    }
-
     void lockMapCounts()
     {
         const QString id = u"/some/bundle"_s;
@@ -220,9 +211,6 @@ private Q_SLOTS:
             << u"H/Applications|/Applications|/Network/Applications|/System/Applications"_s;
         QTest::newRow("no system caches")
             << int(NSCachesDirectory) << (local | system) << true << u"/Library/Caches"_s;
-        QTest::newRow("support") << int(NSApplicationSupportDirectory) << all << false
-                                 << u"~/Library/Application Support|/Library/Application Support|"
-                                    u"/Network/Library/Application Support"_s;
         QTest::newRow("system panes") << int(NSPreferencePanesDirectory) << system << true
                                       << u"/System/Library/PreferencePanes"_s;
         QTest::newRow("unknown kind") << 999 << all << true << QString();
@@ -258,39 +246,25 @@ private Q_SLOTS:
                  expected);
     }
 
+    // "language|key|default value|table|expected" rows.
     void localizedString_data()
     {
-        QTest::addColumn<QStringList>("languages");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const char *language, const char *key,
-                            const char *value, const char *table, const char *expected) {
-            QTest::newRow(name) << QStringList{QString::fromLatin1(language)}
-                                << QString::fromUtf8(key) << QString::fromUtf8(value)
-                                << QString::fromUtf8(table) << QString::fromUtf8(expected);
-        };
-        row("German", "de-DE", "Uninstall", "", "", "Deinstallieren");
-        row("second module", "de-DE", "Open Offer", "", "", "Angebot öffnen");
-        row("other table", "de-DE", "bytes", "", "Units", "Bytes");
-        row("wrong table", "de-DE", "bytes", "", "", "bytes");
-        row("missing with value", "de-DE", "No such key", "Default", "", "Default");
-        row("English fallback", "de-DE", "Only in English", "", "", "English wording");
-        row("English", "en", "Uninstall", "", "", "Uninstall Now");
-        row("Chinese", "zh-CN", "Uninstall", "", "", "卸载");
+        QTest::addColumn<QString>("row");
+        for (const char *row :
+             {"de-DE|Uninstall|||Deinstallieren", "de-DE|Open Offer|||Angebot öffnen",
+              "de-DE|bytes||Units|Bytes", "de-DE|bytes|||bytes",
+              "de-DE|No such key|Default||Default", "de-DE|Only in English|||English wording",
+              "en|Uninstall|||Uninstall Now", "zh-CN|Uninstall|||卸载"})
+            QTest::newRow(row) << QString::fromUtf8(row);
     }
     void localizedString()
     {
-        QFETCH(QStringList, languages);
-        QFETCH(QString, key);
-        QFETCH(QString, value);
-        QFETCH(QString, table);
-        QFETCH(QString, expected);
-        Bundle::setPreferredLanguagesForTesting(languages);
+        QFETCH(QString, row);
+        const QStringList f = row.split(u'|');
+        Bundle::setPreferredLanguagesForTesting(QStringList{f[0]});
         QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(m_fixture)->localizedStringForKey(
-                     key, value, table),
-                 expected);
+                     f[1], f[2], f[3]),
+                 f[4]);
     }
 
     void languageRules_data()
@@ -313,14 +287,6 @@ private Q_SLOTS:
         QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), preferred);
         QCOMPARE(VXPrefferedLanguage::isEnglishLanguagePreferred(), preferred == u"en"_s);
         QCOMPARE(VXPrefferedLanguage::isHieroglyphicLocalization(preferred), hieroglyphic);
-    }
-
-    void languageFromMainBundle()
-    {
-        // Italian is not among the program's translations: the development language wins.
-        Bundle::setPreferredLanguagesForTesting(QStringList{u"it-IT"_s});
-        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
-        QVERIFY(VXPrefferedLanguage::isEnglishLanguagePreferred());
     }
 
     void performReleasesMonitorOnThrow()

@@ -75,6 +75,7 @@ private Q_SLOTS:
     }
 
     // A key wider than 1024 bits wraps the 128-byte chunk length to zero: nothing goes through.
+    // The 1024-bit lengths of PKCS #1 and raw RSA show in the round trips' cipher sizes.
     void chunkLengths_data()
     {
         QTest::addColumn<bool>("wide"); // the 2048-bit key
@@ -82,10 +83,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("options");
         QTest::addColumn<int>("plain");
         QTest::addColumn<int>("cipher");
-        QTest::newRow("pkcs1") << false << 1 << 1 << 116 << 128;
         QTest::newRow("oaep") << false << 2 << 4 << 86 << 128;
         QTest::newRow("sslv23") << false << 3 << 2 << 128 << 128;
-        QTest::newRow("none") << false << 4 << 3 << 128 << 128;
         QTest::newRow("zero is none") << false << 0 << 3 << 128 << 128;
         QTest::newRow("wide, none") << true << 4 << 3 << 0 << 0;
         QTest::newRow("wide, pkcs1") << true << 1 << 1 << 244 << 0;
