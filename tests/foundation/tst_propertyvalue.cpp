@@ -354,17 +354,13 @@ private Q_SLOTS:
         QCOMPARE(VXItemSumOfKey(group(items), u"checked"_s), quint64(1 + 0 + 1 + 3 + 1));
 
         quint64 size = 0;
-        quint32 checked = 0;
-        quint32 leaves = 0;
+        quint32 checked = 0, leaves = 0;
         VXItemsGatherCheckedStatistics({leaf(1, 100), leaf(0, 50), leaf(1)}, size, checked, leaves);
-        QCOMPARE(size, quint64(100));
-        QCOMPARE(checked, 2u);
-        QCOMPARE(leaves, 3u);
+        QCOMPARE(std::tuple(size, checked, leaves), std::tuple(quint64(100), 2u, 3u));
         // Counters are added to, not reset.
         VXItemGatherCheckedStatistics(group(items), size, checked, leaves);
-        QCOMPARE(size, quint64(100 + 100 + 1000 + 7));
-        QCOMPARE(checked, 2u + 4u);
-        QCOMPARE(leaves, 3u + 5u);
+        QCOMPARE(std::tuple(size, checked, leaves),
+                 std::tuple(quint64(100 + 100 + 1000 + 7), 2u + 4u, 3u + 5u));
     }
 
     void removingAndKeepingKeys()
