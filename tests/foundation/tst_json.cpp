@@ -136,11 +136,8 @@ private Q_SLOTS:
             D({{"a", u"\"\\/\b\f\n\r\té\U0001F600"}}));
         row("raw control units", t("{\"a\":\"1\t2\n3\x01\x1f\"}"), D({{"a", u"1\t2\n3\x01\x1f"}}));
         row("unicode whitespace", t("{\u00a0\"a\"\u2028:\u3000 -0.5e-1\r\n}"), D({{"a", -0.05}}));
-        row("numbers", t("{\"a\":1E2,\"b\":-0,\"c\":1e999,\"d\":12.}"),
-            D({{"a", 100.0},
-               {"b", -0.0},
-               {"c", std::numeric_limits<double>::infinity()},
-               {"d", 12.0}}));
+        // Other number shapes are held to the C library in readNumbers.
+        row("capital exponent", t("{\"a\":1E2}"), D({{"a", 100.0}}));
         row("empty text", u""_s);
         row("bad \\u", t("{\"a\":\"\\u00G1\"}"));
         row("trailing backslash", t("{\"a\":\"abc\\"));
