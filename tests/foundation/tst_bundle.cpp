@@ -279,6 +279,14 @@ private Q_SLOTS:
         QTEST(VXPrefferedLanguage::isHieroglyphicLocalization(preferred), "hieroglyphic");
     }
 
+    void languageFromMainBundle()
+    {
+        // Italian is not among the program's translations: the development language wins.
+        Bundle::setPreferredLanguagesForTesting(QStringList{u"it-IT"_s});
+        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
+        QVERIFY(VXPrefferedLanguage::isEnglishLanguagePreferred());
+    }
+
     void performReleasesMonitorOnThrow()
     {
         VXThreadSafeBundleProxy *fixture = VXThreadSafety::threadSafeBundleWithPath(m_fixture);
