@@ -87,13 +87,12 @@ private Q_SLOTS:
             QVERIFY2(QFileInfo::exists(path), qPrintable(path));
     }
 
+    // The identity table has the plain names; here the prefix order, case and a near miss.
     void modelFamily_data()
     {
         QTest::addColumn<quint64>("type");
-        QTest::newRow("MacBookAir4,2") << quint64(VXModelIdentifierTypeMacBookAir);
         QTest::newRow("MacBookPro8,1") << quint64(VXModelIdentifierTypeMacBook);
         QTest::newRow("IMAC") << quint64(VXModelIdentifierTypeIMac);
-        QTest::newRow("Macmini5,1") << quint64(VXModelIdentifierTypeMacMini);
         QTest::newRow("xMacBookAir") << quint64(VXModelIdentifierTypeUnknown);
     }
     void modelFamily()

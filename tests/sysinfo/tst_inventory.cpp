@@ -122,8 +122,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("handler");
         QTest::addColumn<QString>("browser");
-        QTest::newRow("sub-folder ID: the file's name") << QByteArray("kde4-konq.desktop\n")
-                                                        << u"konq"_s;
+        QTest::newRow("sub-folder ID, one-letter name") << QByteArray("kde4-k.desktop\n")
+                                                        << u"k"_s;
         QTest::newRow("blank stays encoded") << QByteArray("My Browser.desktop;")
                                              << u"My%20Browser"_s;
         QTest::newRow("no handler installed") << QByteArray("absent.desktop") << u"(nil)"_s;
@@ -132,7 +132,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, handler);
         QFETCH(QString, browser);
-        FakeMachine machine(files({APPS "kde4/konq.desktop=" ENTRY, APPS "My Browser.desktop=" ENTRY,
+        FakeMachine machine(files({APPS "kde4/k.desktop=" ENTRY, APPS "My Browser.desktop=" ENTRY,
                                    "~/.config/mimeapps.list=[Default Applications]\n"
                                    "x-scheme-handler/http=" + handler}));
         QStringList expected{u"browser\t"_s + browser};
