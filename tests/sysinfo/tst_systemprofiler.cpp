@@ -56,12 +56,10 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("arguments");
         QTest::addColumn<QString>("answer");
         const QByteArray lister = "-class\nsystem\n-class\nmemory\n-class\nprocessor\n";
-        const Query model = [](const FakeMachine &) {
-            return systemProfileValueForKey(u"Model Name: "_s, u"dflt"_s);
+        const auto valueOf = [](const QString &key) -> Query {
+            return [key](const FakeMachine &) { return systemProfileValueForKey(key, u"dflt"_s); };
         };
-        const Query memory = [](const FakeMachine &) {
-            return systemProfileValueForKey(u"Memory: "_s, u"dflt"_s);
-        };
+        const Query model = valueOf(u"Model Name: "_s), memory = valueOf(u"Memory: "_s);
         const auto save = [](const QString &level) -> Query {
             return [level](const FakeMachine &machine) {
                 QFile saved(machine.resolve(u"%/saved.xml"_s));
