@@ -4,6 +4,7 @@
 // file that grants or refuses our action, and runs the system-wide removal there as an
 // unprivileged user.
 #include "LogCapture.h"
+#include "Sandbox.h"
 #include "VXSuiteItems.h"
 #include "VXUninstallSurveyController.h"
 #include "platform/VXPrivilegedRun.h"
@@ -162,12 +163,12 @@ void TestPrivilegedRun::removalAsUser_data()
     // The tree's files and empty folders.
     const QString other = QStringLiteral("Library/LaunchDaemons/org.other.plist");
     QTest::newRow("granted: removed")
-        << QStringLiteral("YES") << installed << 1 << true
+        << QStringLiteral("yes") << installed << 1 << true
         << QStringList{QStringLiteral("Library/Application Support"), other};
     QTest::newRow("refused: everything stays")
-        << QStringLiteral("NO") << installed << 1 << true << installed;
+        << QStringLiteral("no") << installed << 1 << true << installed;
     QTest::newRow("nothing installed: nobody asked")
-        << QStringLiteral("YES") << QStringList{other} << 0 << false << QStringList{other};
+        << QStringLiteral("yes") << QStringList{other} << 0 << false << QStringList{other};
 }
 
 void TestPrivilegedRun::removalAsUser()
@@ -184,12 +185,8 @@ void TestPrivilegedRun::removalAsUser()
     // answers; its /Library holds only this row's items. A pkcheck in front of the real
     // one counts the consent requests.
     const QString bin = QCoreApplication::applicationDirPath();
-    const QString sandbox =
-        qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox");
     QTemporaryDir stage;
-    QProcess prepare;
-    prepare.start(sandbox, {QStringLiteral("prepare"), stage.path(), bin});
-    QVERIFY(prepare.waitForFinished(60000) && prepare.exitCode() == 0);
+    QCOMPARE(Sandbox::script({QStringLiteral("prepare"), stage.path(), bin}).exitCode, 0);
     QDir library(stage.filePath(QStringLiteral("root/Library")));
     QVERIFY(library.removeRecursively() && library.mkpath(QStringLiteral(".")));
     for (const QString &item : items) {
@@ -205,17 +202,15 @@ void TestPrivilegedRun::removalAsUser()
     QVERIFY(pkcheck.setPermissions(pkcheck.permissions() | QFileDevice::ExeOwner |
                                    QFileDevice::ExeOther));
 
-    QProcess run;
-    run.start(sandbox,
-              {QStringLiteral("run"), stage.path(), bin, QStringLiteral("--as-user"),
-               result == QStringLiteral("YES") ? QStringLiteral("yes") : QStringLiteral("no"),
-               QStringLiteral("--offline"), QStringLiteral("--program"),
-               QFileInfo(QCoreApplication::applicationFilePath()).fileName(), QStringLiteral("--"),
-               QLatin1String(kRemoveAsUser)});
-    QVERIFY(run.waitForFinished(60000));
-    QCOMPARE(run.exitCode(), 0);
+    const Sandbox::Result run =
+        Sandbox::script({QStringLiteral("run"), stage.path(), bin, QStringLiteral("--as-user"),
+                         result, QStringLiteral("--offline"), QStringLiteral("--program"),
+                         QFileInfo(QCoreApplication::applicationFilePath()).fileName(),
+                         QStringLiteral("--"), QLatin1String(kRemoveAsUser)});
+    QVERIFY2(run.finished, run.standardError.constData());
+    QCOMPARE(run.exitCode, 0);
     QStringList log;
-    for (const QByteArray &line : run.readAllStandardOutput().split('\n'))
+    for (const QByteArray &line : run.standardOutput.split('\n'))
         if (line.startsWith("LOG "))
             log << QString::fromUtf8(line.mid(4));
     QFile consents(stage.filePath(QStringLiteral("out/consent-asked")));

@@ -41,26 +41,11 @@ public:
     {
         setBehaviour(status ? Behaviour::Answer : Behaviour::NeverAnswer, status);
     }
-    QList<QByteArray> requestLines() const
-    {
-        QList<QByteArray> lines;
-        for (const Request &request : requests)
-            lines.append(request.head.left(request.head.indexOf("\r\n")));
-        return lines;
-    }
     QUrl url() const
     {
         return QUrl(QStringLiteral("http://127.0.0.1:%1/ping.html").arg(serverPort()));
     }
 };
-
-QUrl closedPortURL()
-{
-    PingServer probe;
-    const QUrl url = probe.url();
-    probe.close(); // nobody listens there any more: connection refused
-    return url;
-}
 
 constexpr quint32 R = VXReachabilityBackend::Reachable;
 constexpr quint32 C = VXReachabilityBackend::ConnectionRequired;
@@ -133,9 +118,10 @@ private Q_SLOTS:
         QTest::qWait(200);
         QCOMPARE(reachability.isReachable(), reachable);
         QCOMPARE(spy.count(), changes);
-        QCOMPARE(server.requestLines().size(), probes);
-        for (const QByteArray &line : server.requestLines())
-            QCOMPARE(line, QByteArray("GET /ping.html HTTP/1.1"));
+        QCOMPARE(server.requests.size(), probes);
+        for (const TestHttpsServer::Request &request : server.requests)
+            QVERIFY2(request.head.startsWith("GET /ping.html HTTP/1.1\r\n"),
+                     request.head.constData());
     }
 
     // A failed probe waits, retries after the delay, and a reachability notice during the
@@ -146,7 +132,9 @@ private Q_SLOTS:
         backend->flags = R;
         VXNetworkReachability::Timings timings;
         timings.retryDelay = 300ms;
-        const QUrl refused = closedPortURL();
+        PingServer server;
+        const QUrl refused = server.url();
+        server.close(); // nobody listens there any more: connection refused
         VXNetworkReachability reachability(backend, refused, timings);
         QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
         backend->notice(0);
@@ -154,10 +142,8 @@ private Q_SLOTS:
         QVERIFY(!reachability.isReachable());
 
         // The server comes up on the refused port: only the retry can find it.
-        PingServer server;
-        server.close();
         QVERIFY(server.listen(QHostAddress::LocalHost, quint16(refused.port())));
-        QTRY_COMPARE_WITH_TIMEOUT(server.requestLines().size(), 1, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(server.requests.size(), 1, 5000);
         QTRY_VERIFY(reachability.isReachable());
         QCOMPARE(spy.count(), 2);
 
@@ -168,7 +154,7 @@ private Q_SLOTS:
         backend->notice(R);
         QVERIFY(server.listen(QHostAddress::LocalHost, quint16(refused.port())));
         QTest::qWait(600);
-        QVERIFY(server.requestLines().size() == 1); // the cancelled retry never asked
+        QVERIFY(server.requests.size() == 1); // the cancelled retry never asked
         QCOMPARE(spy.count(), 4);
     }
 

@@ -97,13 +97,11 @@ private Q_SLOTS:
 ~/Library/Preferences/com.varnix.QuorvelleZ|/x
 ~/Library/Preferences/com.varnix.quorvelle.plist
 ~/Library/Preferences/net.brelltan.Quorvelle.plist|
-~/Library/Preferences/net.brelltan.QUORVELLE.plist
 ~/Library/Caches/com.varnix.Quorvelle.tree| -> /outside/tree
 ~/Library/Caches/net.brelltan.Quorvelle.Helper|/
 ~/Library/Caches/Net.brelltan.Quorvelle/
 ~/Library/Saved Application State/com.varnix.Quorvelle.savedState|/
 ~/Library/Saved Application State/net.brelltan.Quorvelle.savedState|/
-~/Library/Saved Application State/net.brelltan.Quorvelle.savedState2/
 ~/Library/LaunchAgents/com.varnix.Quorvelle.Helper|
 ~/Library/LaunchAgents/com.varnix.Quorvelle.Helper.plist|
 ~/Library/LaunchAgents/net.brelltan.Quorvelle.Helper|/

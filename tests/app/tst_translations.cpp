@@ -27,30 +27,26 @@ TsFile readTs(const QString &path)
 {
     TsFile ts;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        ts.error = file.errorString();
-        return ts;
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return {{}, {}, file.errorString()};
     QXmlStreamReader xml(&file);
-    QString context;
-    Message message;
+    QString context, source;
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
         const auto name = xml.name();
+        const QString attribute =
+            xml.attributes()
+                .value(QLatin1String(name == QLatin1String("TS") ? "language" : "type"))
+                .toString();
         if (name == QLatin1String("TS"))
-            ts.language = xml.attributes().value(QLatin1String("language")).toString();
+            ts.language = attribute;
         else if (name == QLatin1String("name"))
             context = xml.readElementText();
-        else if (name == QLatin1String("message"))
-            message = Message{context, {}, {}, {}};
         else if (name == QLatin1String("source"))
-            message.source = xml.readElementText();
-        else if (name == QLatin1String("translation")) {
-            message.type = xml.attributes().value(QLatin1String("type")).toString();
-            message.translation = xml.readElementText();
-            ts.messages.append(message);
-        }
+            source = xml.readElementText();
+        else if (name == QLatin1String("translation"))
+            ts.messages.append({context, source, xml.readElementText(), attribute});
     }
     if (xml.hasError())
         ts.error = xml.errorString();

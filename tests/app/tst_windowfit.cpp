@@ -63,11 +63,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(window));
         loaded.controller->setUninstallingReason(reason);
         QTRY_VERIFY2(available.contains(window->frameGeometry()),
-                     qPrintable(QStringLiteral("%1,%2 %3x%4")
-                                    .arg(window->frameGeometry().x())
-                                    .arg(window->frameGeometry().y())
-                                    .arg(window->frameGeometry().width())
-                                    .arg(window->frameGeometry().height())));
+                     qPrintable(QDebug::toString(window->frameGeometry())));
         QTest::qWait(100); // and it stays where it settled
         if (corner)
             QCOMPARE(window->frameGeometry().bottomRight(), available.bottomRight());

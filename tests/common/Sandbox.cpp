@@ -17,7 +17,6 @@ namespace {
 Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
                     const QString &roBind = {})
 {
-    Sandbox::Result result;
     QStringList args{QStringLiteral("exec")};
     for (auto it = options.hosts.cbegin(); it != options.hosts.cend(); ++it)
         args << QStringLiteral("--host") << it.key() << it.value();
@@ -32,9 +31,16 @@ Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
     for (auto it = options.environment.cbegin(); it != options.environment.cend(); ++it)
         args << QStringLiteral("--setenv") << it.key() << it.value();
     args << QStringLiteral("--") << command;
+    return Sandbox::script(args);
+}
 
+} // namespace
+
+Sandbox::Result Sandbox::script(const QStringList &arguments)
+{
+    Result result;
     QProcess sandbox;
-    sandbox.start(Sandbox::scriptsDir() + QStringLiteral("/qv-sandbox"), args);
+    sandbox.start(scriptsDir() + QStringLiteral("/qv-sandbox"), arguments);
     const bool ended = sandbox.waitForFinished(120000);
     if (!ended) {
         sandbox.kill();
@@ -46,8 +52,6 @@ Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
     result.standardError = sandbox.readAllStandardError();
     return result;
 }
-
-} // namespace
 
 bool Sandbox::available()
 {

@@ -34,6 +34,8 @@ public:
     // The program's own folder is bound read-only and QV_SANDBOXED=1 is set inside.
     static Result runSelf(const QStringList &arguments, Options options);
     static bool insideSandbox();
+    // scripts/qv-sandbox with these arguments (prepare, run, list, ...), to its end.
+    static Result script(const QStringList &arguments);
     // The harness's scripts folder (qv-sandbox, qv-ca, account-service).
     static QString scriptsDir();
 
