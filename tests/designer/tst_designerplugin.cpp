@@ -1,6 +1,7 @@
-// The kit's Designer plugin as QUiLoader (and Designer) load it: the widget box's entries and
-// a form that uses every widget, whose properties must arrive on the widgets made from it.
-#include "kitwidgets_check.h"
+// The kit's Designer plugin as QUiLoader (and Designer) load it from the build tree: the widget
+// box's entries and the uninstaller's own window. (Every property of a form reaching its
+// widgets, through uic and through the installed plugin, is the install test's kit-designer-form.)
+#include <Quorvelle/Widgets/Button.h>
 
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
@@ -48,17 +49,6 @@ class TestDesignerPlugin : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void form()
-    {
-        QString error;
-        const auto form = load(sourceFile(u"/tests/install/consumer/kitwidgets.ui"_s), &error);
-        QVERIFY2(form, qPrintable(error));
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form.get()));
-        const QStringList failures = KitWidgetsCheck::mismatches(form.get());
-        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(u'\n')));
-    }
-
     // The uninstaller's own window, as Designer opens it: every kit widget it names is made
     // by the plugin, with the cell its description asks for.
     void surveyWindow()
@@ -104,7 +94,7 @@ private Q_SLOTS:
         QUiLoader uiLoader;
         uiLoader.addPluginPath(kPluginFolder);
         const QStringList uiClasses = uiLoader.availableWidgets();
-        QSet<QString> classes, displayNames;
+        QSet<QString> classes;
         for (QDesignerCustomWidgetInterface *widget : collection->customWidgets()) {
             const QString name = widget->name();
             classes << name;
@@ -119,7 +109,6 @@ private Q_SLOTS:
             const QString xml = widget->domXml();
             QXmlStreamReader reader(xml);
             QVERIFY(reader.readNextStartElement() && reader.name() == "ui"_L1);
-            displayNames << reader.attributes().value("displayname"_L1).toString();
             while (reader.readNextStartElement() && reader.name() != "widget"_L1)
                 reader.skipCurrentElement();
             QCOMPARE(reader.attributes().value("class"_L1).toString(), name);
@@ -138,10 +127,7 @@ private Q_SLOTS:
         }
         QCOMPARE(classes, (QSet<QString>{u"Quorvelle::Button"_s, u"VXTrackingButton"_s,
                                          u"VXMatrix"_s, u"VXGradientView"_s}));
-        // Flat, bordered flat, check box, two matrices, tracking button, gradient view; each
-        // with a name of its own.
-        displayNames.remove(QString());
-        QCOMPARE(displayNames.size(), 7);
+        // Flat, bordered flat, check box, two matrices, tracking button, gradient view.
         QCOMPARE(collection->customWidgets().size(), 7);
     }
 };

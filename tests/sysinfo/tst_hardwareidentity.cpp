@@ -51,6 +51,12 @@ Files mapped(const QString &dm, const char *number, const char *sectors, const Q
     return files;
 }
 
+// A null string, which the queries answer for "none", shown apart from an empty one.
+QString shown(const QString &answer)
+{
+    return answer.isNull() ? u"(nil)"_s : answer;
+}
+
 Files merged(std::initializer_list<Files> parts)
 {
     Files all;
@@ -81,15 +87,13 @@ private Q_SLOTS:
             QVERIFY2(QFileInfo::exists(path), qPrintable(path));
     }
 
+    // The identity table has the plain names; here the prefix order, case and a near miss.
     void modelFamily_data()
     {
         QTest::addColumn<quint64>("type");
-        QTest::newRow("MacBookAir4,2") << quint64(VXModelIdentifierTypeMacBookAir);
         QTest::newRow("MacBookPro8,1") << quint64(VXModelIdentifierTypeMacBook);
         QTest::newRow("IMAC") << quint64(VXModelIdentifierTypeIMac);
-        QTest::newRow("Macmini5,1") << quint64(VXModelIdentifierTypeMacMini);
         QTest::newRow("xMacBookAir") << quint64(VXModelIdentifierTypeUnknown);
-        QTest::newRow("") << quint64(VXModelIdentifierTypeUnknown);
     }
     void modelFamily()
     {
@@ -119,8 +123,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         FakeMachine machine(files);
         QCOMPARE(macAddress(), address.isEmpty() ? std::nullopt : std::optional(address));
-        QCOMPARE(macAddressString(), text);
-        QCOMPARE(macAddressString().isNull(), text.isNull());
+        QCOMPARE(shown(macAddressString()), shown(text));
     }
 
     // A missing address is looked up again; a found one is kept even when the port changes.
@@ -148,11 +151,6 @@ private Q_SLOTS:
         const auto machine = [&](const QByteArray &mounts, const Files &more = {}) {
             return merged({disks, more, {{u"/proc/self/mountinfo"_s, mounts}}});
         };
-        // A cut line (no source) mounted over "/" is skipped.
-        QTest::newRow("SATA partition: the whole disk")
-            << machine(mount("8:2", "ext4", "/dev/sda2") + "30 29 8:0 / / rw - xfs\n") << 512000ull;
-        QTest::newRow("NVMe partition: the whole disk")
-            << machine(mount("259:3", "ext4", "/dev/nvme0n1p3")) << 1536000ull;
         QTest::newRow("whole disk, no partition table")
             << machine(mount("8:0", "xfs", "/dev/sda")) << 512000ull;
         QTest::newRow("kernel's /dev/root: by the number")
@@ -166,20 +164,15 @@ private Q_SLOTS:
         const Files luks =
             merged({mapped(u"dm-0"_s, "254:0", "2400", "cryptroot", nvme + u"/nvme0n1p3"_s),
                     mapped(u"dm-1"_s, "254:1", "2000", "vg-root", u"virtual/block/dm-0"_s)});
+        // A cut line (no source) mounted over "/" later is skipped: it would name sda.
         QTest::newRow("btrfs on LUKS: by the mapper link")
-            << machine(mount("0:31", "btrfs", "/dev/mapper/cryptroot"),
+            << machine(mount("0:31", "btrfs", "/dev/mapper/cryptroot") + "30 29 8:0 / / rw - xfs\n",
                        merged({luks,
                                {{u"/dev/mapper/cryptroot"_s, "->../dm-0"}, {u"/dev/dm-0"_s, ""}}}))
             << 1536000ull;
         QTest::newRow("btrfs on LVM on LUKS: by the mapper name")
             << machine(mount("0:31", "btrfs", "/dev/mapper/vg-root"), luks) << 1536000ull;
-        QTest::newRow("ext4 on LUKS")
-            << machine(mount("254:0", "ext4", "/dev/dm-0"), luks) << 1536000ull;
         QTest::newRow("disk image") << machine(mount("7:0", "ext4", "/dev/loop0")) << 0ull;
-        QTest::newRow("encrypted disk image")
-            << machine(mount("254:2", "ext4", "/dev/mapper/img"),
-                       mapped(u"dm-2"_s, "254:2", "2000", "img", u"virtual/block/loop0"_s))
-            << 0ull;
         QTest::newRow("overlay") << machine(mount("0:45", "overlay", "overlay")) << 0ull;
         QTest::newRow("unknown mapper name")
             << machine(mount("0:31", "btrfs", "/dev/mapper/absent"), luks) << 0ull;
@@ -253,9 +246,7 @@ private Q_SLOTS:
         QTest::newRow("740/750") << ppc << QByteArray("740/750") << g3;
         QTest::newRow("745/755 is a G3") << ppc << QByteArray("745/755") << g3;
         QTest::newRow("7400 is a G4") << ppc << QByteArray("7400") << g4;
-        QTest::newRow("7400 (1.1)") << ppc << QByteArray("7400 (1.1)") << g4;
         QTest::newRow("7447A") << ppc << QByteArray("7447A, altivec supported") << g4;
-        QTest::newRow("7455") << ppc << QByteArray("7455") << g4;
         QTest::newRow("PPC970MP") << QByteArray("ppc64")
                                   << QByteArray("PPC970MP, altivec supported") << u"G5"_s;
         QTest::newRow("604e") << ppc << QByteArray("604e") << older;
@@ -278,78 +269,53 @@ private Q_SLOTS:
         QVERIFY(is64BitCapable());
     }
 
-    // Device-tree firmware stores zero-terminated strings; DMI's sysfs files end in a line
-    // break. machineType keeps the device tree's bytes as they are.
-    void firmwareIdentity_data()
+    // Device-tree firmware stores zero-terminated strings (machineType keeps its bytes),
+    // DMI's sysfs files end in a line break; the kernel's name and release come from
+    // /proc/sys/kernel (never the real machine's), the distribution's name from os-release.
+    // Answers: machine type, model, serial, family, kernel, release, distribution; "(nil)"
+    // is a null string (the release is compared as text only).
+    void identity_data()
     {
         QTest::addColumn<Files>("files");
-        QTest::addColumn<QString>("machine");
-        QTest::addColumn<QString>("model");
-        QTest::addColumn<QString>("serial");
-        QTest::addColumn<quint64>("type");
+        QTest::addColumn<QStringList>("answers");
         const QString dt = u"/sys/firmware/devicetree/base/"_s, dmi = u"/sys/class/dmi/id/"_s;
-        QTest::newRow("device tree")
+        const QString powerMac = QString::fromUtf8("PowerMac7,3\0", 12), nil = shown({});
+        const QString unknown = QString::number(VXModelIdentifierTypeUnknown);
+        QTest::newRow("device tree; kernel and distribution described")
             << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
-                     {dt + u"serial-number"_s, QByteArray("G8435\0\0\0", 8)}}
-            << QString::fromUtf8("PowerMac7,3\0", 12) << u"PowerMac7,3"_s << u"G8435"_s
-            << quint64(VXModelIdentifierTypeUnknown);
-        QTest::newRow("device tree, empty serial")
-            << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
-                     {dt + u"serial-number"_s, QByteArray("\0", 1)}}
-            << QString::fromUtf8("PowerMac7,3\0", 12) << u"PowerMac7,3"_s << QString()
-            << quint64(VXModelIdentifierTypeUnknown);
-        QTest::newRow("DMI") << Files{{dmi + u"product_name"_s, "MacBookAir4,2\n"},
-                                      {dmi + u"product_serial"_s, "C02F1234\n"}}
-                             << u"MacBookAir4,2"_s << u"MacBookAir4,2"_s << u"C02F1234"_s
-                             << quint64(VXModelIdentifierTypeMacBookAir);
-        QTest::newRow("DMI, serial for root only")
-            << Files{{dmi + u"product_name"_s, "Macmini5,1\n"}} << u"Macmini5,1"_s
-            << u"Macmini5,1"_s << QString() << quint64(VXModelIdentifierTypeMacMini);
-        QTest::newRow("neither") << Files{} << QString() << QString() << QString()
-                                 << quint64(VXModelIdentifierTypeUnknown);
-    }
-    void firmwareIdentity()
-    {
-        QFETCH(Files, files);
-        QFETCH(QString, serial);
-        FakeMachine machine(files);
-        QTEST(machineType(), "machine");
-        QTEST(modelIdentifier(), "model");
-        QCOMPARE(computerSerialNumber(), serial);
-        QCOMPARE(computerSerialNumber().isNull(), serial.isNull());
-        QTEST(quint64(modelIdentifierType()), "type");
-    }
-
-    // The kernel's name and release from /proc/sys/kernel (never the real machine's when a
-    // fake one is asked), the distribution's name from os-release.
-    void kernelAndDistribution_data()
-    {
-        QTest::addColumn<Files>("files");
-        QTest::addColumn<QString>("os");
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("distribution");
-        QTest::newRow("described")
-            << Files{{u"/proc/sys/kernel/ostype"_s, "Testix\n"},
+                     {dt + u"serial-number"_s, QByteArray("G8435\0\0\0", 8)},
+                     {u"/proc/sys/kernel/ostype"_s, "Testix\n"},
                      {u"/proc/sys/kernel/osrelease"_s, "4.19.7-fake\n"},
                      {u"/etc/os-release"_s, "NAME=T\nPRETTY_NAME=\"Testix 12 (alpha)\"\n"}}
-            << u"Testix"_s << u"4.19.7"_s << u"Testix 12 (alpha)"_s;
-        QTest::newRow("no patch level, empty quoted name")
-            << Files{{u"/proc/sys/kernel/osrelease"_s, "6.1\n"},
+            << QStringList{powerMac,   u"PowerMac7,3"_s, u"G8435"_s,           unknown,
+                           u"Testix"_s, u"4.19.7"_s,      u"Testix 12 (alpha)"_s};
+        QTest::newRow("device tree, empty serial; no patch level, empty quoted name")
+            << Files{{dt + u"model"_s, QByteArray("PowerMac7,3\0", 12)},
+                     {dt + u"serial-number"_s, QByteArray("\0", 1)},
+                     {u"/proc/sys/kernel/osrelease"_s, "6.1\n"},
                      {u"/usr/lib/os-release"_s, "PRETTY_NAME=''\n"}}
-            << QString() << u""_s << u""_s;
-        QTest::newRow("nothing") << Files{} << QString() << u""_s << QString();
+            << QStringList{powerMac, u"PowerMac7,3"_s, nil, unknown, nil, u""_s, u""_s};
+        QTest::newRow("DMI")
+            << Files{{dmi + u"product_name"_s, "MacBookAir4,2\n"},
+                     {dmi + u"product_serial"_s, "C02F1234\n"}}
+            << QStringList{u"MacBookAir4,2"_s, u"MacBookAir4,2"_s, u"C02F1234"_s,
+                           QString::number(VXModelIdentifierTypeMacBookAir), nil, u""_s, nil};
+        QTest::newRow("DMI, serial for root only")
+            << Files{{dmi + u"product_name"_s, "Macmini5,1\n"}}
+            << QStringList{u"Macmini5,1"_s, u"Macmini5,1"_s, nil,
+                           QString::number(VXModelIdentifierTypeMacMini), nil, u""_s, nil};
+        QTest::newRow("nothing") << Files{}
+                                 << QStringList{nil, nil, nil, unknown, nil, u""_s, nil};
     }
-    void kernelAndDistribution()
+    void identity()
     {
         QFETCH(Files, files);
-        QFETCH(QString, os);
-        QFETCH(QString, distribution);
         FakeMachine machine(files);
-        QCOMPARE(operatingSystemString(), os);
-        QCOMPARE(operatingSystemString().isNull(), os.isNull());
-        QTEST(systemVersionString(), "version");
-        QCOMPARE(humanReadableSystemVersionString(), distribution);
-        QCOMPARE(humanReadableSystemVersionString().isNull(), distribution.isNull());
+        QTEST((QStringList{shown(machineType()), shown(modelIdentifier()),
+                           shown(computerSerialNumber()), QString::number(modelIdentifierType()),
+                           shown(operatingSystemString()), systemVersionString(),
+                           shown(humanReadableSystemVersionString())}),
+              "answers");
     }
 };
 

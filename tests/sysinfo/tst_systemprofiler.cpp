@@ -4,6 +4,8 @@
 #include "LogCapture.h"
 #include "PropertyListXml.h"
 
+#include <functional>
+
 using namespace VXSystemInformation;
 
 namespace {
@@ -27,42 +29,105 @@ QByteArray plist(const QByteArray &body)
            "</plist>\n";
 }
 
+using Query = std::function<QString(const FakeMachine &)>;
+
 PropertyValue::Array items(const PropertyValue &dataType)
 {
     return dataType.value(u"_items"_s).value_or(PropertyValue()).toArray();
 }
 } // namespace
 
+Q_DECLARE_METATYPE(Query)
+
 class TestSystemProfiler : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void valueForKey_data()
+    // One query against a report tool printing `output`: the arguments the tool got, then
+    // the answer. Values for keys come from the first matching line; the report is saved as
+    // the tool prints it (without personal details through the lister's own level; nothing
+    // printed is no file); a lister tree nested as deep as no machine is, is no report and
+    // must not exhaust the stack; application items without a path are skipped.
+    void reportQueries_data()
     {
-        QTest::addColumn<QByteArray>("report");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        const QString model = u"Model Name: "_s, memory = u"Memory: "_s;
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<Query>("query");
+        QTest::addColumn<QByteArray>("arguments");
+        QTest::addColumn<QString>("answer");
+        const QByteArray lister = "-class\nsystem\n-class\nmemory\n-class\nprocessor\n";
+        const auto valueOf = [](const QString &key) -> Query {
+            return [key](const FakeMachine &) { return systemProfileValueForKey(key, u"dflt"_s); };
+        };
+        const Query model = valueOf(u"Model Name: "_s), memory = valueOf(u"Memory: "_s);
+        const auto save = [](const QString &level) -> Query {
+            return [level](const FakeMachine &machine) {
+                QFile saved(machine.resolve(u"%/saved.xml"_s));
+                const bool done = saveSystemProfileOfLevel(level, saved.fileName());
+                return u"%1 %2"_s.arg(done).arg(saved.open(QIODevice::ReadOnly)
+                                                    ? QString::fromUtf8(saved.readAll())
+                                                    : u"(no file)"_s);
+            };
+        };
+        const auto tree = [](int depth) {
+            return "<list>" + QByteArray("<node class=\"system\">").repeated(depth) +
+                   QByteArray("</node>").repeated(depth) + "</list>";
+        };
+        const Query hardware = [](const FakeMachine &) {
+            const auto report = arrayWithSystemProfileOfDataTypes({u"SPHardwareDataType"_s});
+            return report ? QString::number(items(report->at(0)).size()) : u"(none)"_s;
+        };
+        const Query applications = [](const FakeMachine &) {
+            return QStringList(allApplicationsPathsWithSystemProfiler().values()).join(u' ');
+        };
+        const QByteArray apps = "<dict><key>_dataType</key><string>SPApplicationsDataType</string>";
+
         QTest::newRow("first occurrence, up to the line break")
-            << QByteArray("Model Name:   Mac  \nModel Name: iMac\n") << model << u"  Mac  "_s;
+            << QByteArray("Model Name:   Mac  \nModel Name: iMac\n") << model << lister
+            << u"  Mac  "_s;
         QTest::newRow("last line without line break loses a character")
-            << QByteArray("Model Name: iMac\nMemory: 8 GB") << memory << u"8 G"_s;
+            << QByteArray("Model Name: iMac\nMemory: 8 GB") << memory << lister << u"8 G"_s;
         QTest::newRow("nothing before the line break")
-            << QByteArray("Model Name: \nMemory: 1\n") << model << u"dflt"_s;
-        QTest::newRow("key ends the report") << QByteArray("x Model Name: ") << model << u"dflt"_s;
-        QTest::newRow("lister's machine product") << kListerText << model << u"ThinkPad X1"_s;
-        QTest::newRow("lister's system memory") << kListerText << memory << u"16GiB"_s;
+            << QByteArray("Model Name: \nMemory: 1\n") << model << lister << u"dflt"_s;
+        QTest::newRow("key ends the report")
+            << QByteArray("x Model Name: ") << model << lister << u"dflt"_s;
+        QTest::newRow("lister's machine product") << kListerText << model << lister
+                                                  << u"ThinkPad X1"_s;
+        QTest::newRow("lister's system memory") << kListerText << memory << lister << u"16GiB"_s;
+        QTest::newRow("saved without personal details")
+            << QByteArray("<list/>\n") << save(u"mini"_s) << QByteArray("-xml\n-sanitize\n")
+            << u"1 <list/>\n"_s;
+        QTest::newRow("saved, no level")
+            << QByteArray("<list/>\n") << save(QString()) << QByteArray("-xml\n")
+            << u"1 <list/>\n"_s;
+        QTest::newRow("nothing printed, nothing saved")
+            << QByteArray() << save(u"full"_s) << QByteArray("-xml\n") << u"0 (no file)"_s;
+        const QByteArray hardwareArguments = "-xml\n" + lister;
+        QTest::newRow("deep but plausible tree") << tree(200) << hardware << hardwareArguments
+                                                 << u"200"_s;
+        QTest::newRow("too deep") << tree(300) << hardware << hardwareArguments << u"(none)"_s;
+        QTest::newRow("stack-exhausting") << tree(200000) << hardware << hardwareArguments
+                                          << u"(none)"_s;
+        const QByteArray appArguments = "-xml\n"; // the whole report
+        QTest::newRow("application items with paths")
+            << plist("<array>" + apps +
+                     "<key>_items</key><array><dict><key>path</key><string>"
+                     "/A.app</string></dict><dict/></array></dict></array>")
+            << applications << appArguments << u"/A.app"_s;
+        QTest::newRow("application items not an array")
+            << plist("<array>" + apps + "<key>_items</key><dict/></dict></array>") << applications
+            << appArguments << QString();
+        QTest::newRow("no applications entry")
+            << kListerXml << applications << appArguments << QString();
     }
-    void valueForKey()
+    void reportQueries()
     {
-        QFETCH(QByteArray, report);
-        QFETCH(QString, key);
+        QFETCH(QByteArray, output);
+        QFETCH(Query, query);
         FakeMachine machine;
-        machine.reportTool(report);
-        QTEST(systemProfileValueForKey(key, u"dflt"_s), "value");
-        QCOMPARE(machine.reportToolArguments(),
-                 QByteArray("-class\nsystem\n-class\nmemory\n-class\nprocessor\n"));
+        machine.reportTool(output);
+        QTEST(query(machine), "answer");
+        QTEST(machine.reportToolArguments(), "arguments");
     }
 
     void runnerAndCaches()
@@ -121,78 +186,6 @@ private Q_SLOTS:
         machine.reportTool(plist("<array><string>a</string></array>"));
         QCOMPARE(arrayWithSystemProfileOfLevel(QString()),
                  std::optional(PropertyValue::Array{u"a"}));
-    }
-
-    // The report saved as the tool prints it; the level without personal details is the
-    // lister's own; nothing printed is no report and no file.
-    void saveProfile_data()
-    {
-        QTest::addColumn<QString>("level");
-        QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<QByteArray>("arguments");
-        QTest::newRow("without personal details")
-            << u"mini"_s << QByteArray("<list/>\n") << QByteArray("-xml\n-sanitize\n");
-        QTest::newRow("no level") << QString() << QByteArray("<list/>\n") << QByteArray("-xml\n");
-        QTest::newRow("nothing printed") << u"full"_s << QByteArray() << QByteArray("-xml\n");
-    }
-    void saveProfile()
-    {
-        QFETCH(QString, level);
-        QFETCH(QByteArray, output);
-        FakeMachine machine;
-        machine.reportTool(output);
-        QFile saved(machine.resolve(u"%/saved.xml"_s));
-        QCOMPARE(saveSystemProfileOfLevel(level, saved.fileName()), !output.isEmpty());
-        QTEST(machine.reportToolArguments(), "arguments");
-        QCOMPARE(saved.open(QIODevice::ReadOnly) ? saved.readAll() : QByteArray(), output);
-        QCOMPARE(saved.exists(), !output.isEmpty());
-    }
-
-    // A lister tree nested as deep as a machine could never be is no report, and must not
-    // exhaust the stack.
-    void deepListerTree_data()
-    {
-        QTest::addColumn<int>("depth");
-        QTest::addColumn<int>("items"); // -1: no report
-        QTest::newRow("deep but plausible") << 200 << 200;
-        QTest::newRow("too deep") << 300 << -1;
-        QTest::newRow("stack-exhausting") << 200000 << -1;
-    }
-    void deepListerTree()
-    {
-        QFETCH(int, depth);
-        QFETCH(int, items);
-        FakeMachine machine;
-        machine.reportTool("<list>" + QByteArray("<node class=\"system\">").repeated(depth) +
-                           QByteArray("</node>").repeated(depth) + "</list>");
-        const auto report = arrayWithSystemProfileOfDataTypes({u"SPHardwareDataType"_s});
-        QCOMPARE(report.has_value(), items >= 0);
-        if (report)
-            QCOMPARE(::items(report->at(0)).size(), items);
-    }
-
-    void applicationsReport_data()
-    {
-        QTest::addColumn<QByteArray>("report");
-        QTest::addColumn<QSet<QString>>("paths");
-        const QByteArray apps = "<dict><key>_dataType</key><string>SPApplicationsDataType</string>";
-        // Items without a path are skipped.
-        QTest::newRow("items with paths")
-            << plist("<array>" + apps +
-                     "<key>_items</key><array><dict><key>path</key><string>"
-                     "/A.app</string></dict><dict/></array></dict></array>")
-            << QSet<QString>{u"/A.app"_s};
-        QTest::newRow("items not an array")
-            << plist("<array>" + apps + "<key>_items</key><dict/></dict></array>")
-            << QSet<QString>();
-        QTest::newRow("no applications entry") << kListerXml << QSet<QString>();
-    }
-    void applicationsReport()
-    {
-        QFETCH(QByteArray, report);
-        FakeMachine machine;
-        machine.reportTool(report);
-        QTEST(allApplicationsPathsWithSystemProfiler(), "paths");
     }
 
     // Read, then written and read again: the same value (reals to the last bit).

@@ -51,9 +51,9 @@ int main(int argc, char *argv[])
     // The header: start colour along the top edge, finish colour along the bottom one (one
     // row of the gradient changes a channel by less than one step), the window below it.
     const int headerX = windowWidth - 8;
-    expect(picture, headerX, 0, color(quorvelleBlueColor()), 1, "header top");
-    expect(picture, headerX, headerHeight - 1, color(quorvelleDarkBlueColor()), 1, "header bottom");
     const QColor top = color(quorvelleBlueColor()), bottom = color(quorvelleDarkBlueColor());
+    expect(picture, headerX, 0, top, 1, "header top");
+    expect(picture, headerX, headerHeight - 1, bottom, 1, "header bottom");
     expect(picture, headerX, headerHeight / 2,
            QColor((top.red() + bottom.red()) / 2, (top.green() + bottom.green()) / 2,
                   (top.blue() + bottom.blue()) / 2),
@@ -81,7 +81,7 @@ int main(int argc, char *argv[])
     }
 
     // The flat Close button at the bottom right.
-    expect(picture, windowWidth - margin - 6, windowHeight - footerBottom - buttonHeight / 2,
-           color(quorvelleBlueColor()), 1, "Close button");
+    expect(picture, windowWidth - margin - 6, windowHeight - footerBottom - buttonHeight / 2, top,
+           1, "Close button");
     return failures ? 1 : 0;
 }
