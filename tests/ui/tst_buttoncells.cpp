@@ -191,7 +191,6 @@ private Q_SLOTS:
         QTest::addColumn<HighlightRow>("row");
         QTest::addRow("highlighted in a matrix") << HighlightRow{true, 2, 0, true, 0, true};
         QTest::addRow("on in a matrix") << HighlightRow{false, 2, 1, true, 14, false};
-        QTest::addRow("no view") << HighlightRow{false, 0, 1, true, 14, false};
         QTest::addRow("bordered push-in") << HighlightRow{false, 1, 1, true, 2, true};
         QTest::addRow("borderless push-in") << HighlightRow{false, 1, 1, false, 2, false};
         QTest::addRow("borderless grey") << HighlightRow{false, 1, 1, false, 4, true};

@@ -211,11 +211,8 @@ private Q_SLOTS:
     void selectionShape()
     {
         // style, state, tinted at: body, right corner, tip, inside the left corners' rounding
-        for (auto [style, state, tinted] : {std::tuple{1u, 1, "xxxx"},
-                                            {2u, 1, "x-xx"},
-                                            {2u, 0, "----"},
-                                            {0u, 1, "----"},
-                                            {7u, 1, "----"}}) {
+        for (auto [style, state, tinted] :
+             {std::tuple{1u, 1, "xxxx"}, {2u, 1, "x-xx"}, {2u, 0, "----"}, {0u, 1, "----"}}) {
             VXFlatRadioButtonCell cell;
             cell.setSelectionStyle(style);
             cell.setState(state);

@@ -88,8 +88,6 @@ private Q_SLOTS:
         row("only Helvetica: thin", onlyHelvetica, "en", true, thin, "Helvetica");
         row("only Helvetica: bold italic", onlyHelvetica, "en", true, boldItalic, "Helvetica");
         row("no Helvetica: regular", none, "en", true, regular, "");
-        row("no Helvetica: medium", none, "en", true, medium, "");
-        row("no Helvetica: thin", none, "en", true, thin, "");
         row("no Helvetica: fallback", none, "en", true, fallback, "");
         row("tr before 10.7", allNeue, "tr", false, thin, "HelveticaNeue");
         row("cs before 10.7", allNeue, "cs", false, thin, "HelveticaNeue");
@@ -152,7 +150,6 @@ private Q_SLOTS:
         QVERIFY(bold->isBold());
         QCOMPARE(QFontInfo(bold->qfont()).bold(), true);
         QVERIFY(!VXFont::fontWithName(u"HelveticaNeue-Bold"_s, 12));
-        QVERIFY(!VXFont::fontWithName(u"HelveticaNeue"_s, 12));
         QVERIFY(!VXFont::fontWithName(u"NoSuchFace-Regular"_s, 12));
         QVERIFY(!VXFont::fontWithName(QString(), 12));
 

@@ -109,9 +109,8 @@ private Q_SLOTS:
     {
         QVERIFY(QuorvelleColor::isAlternatingRowExchangeInstalled());
         const QList<VXColor> ours = QuorvelleColor::controlAlternatingRowBackgroundColors();
-        QCOMPARE(ours.size(), 2);
-        QCOMPARE(ours.at(0), VXColor::whiteColor());
-        QCOMPARE(ours.at(1), QuorvelleColor::tableAlternateRowBackgroundColor());
+        QCOMPARE(ours, (QList<VXColor>{VXColor::whiteColor(),
+                                       QuorvelleColor::tableAlternateRowBackgroundColor()}));
 
         QStandardItemModel model(4, 1);
         QTableView view;

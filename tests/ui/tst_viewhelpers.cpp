@@ -68,10 +68,9 @@ private Q_SLOTS:
         view.setModel(&model);
         view.resize(200, 120);
         view.show();
-        view.selectionModel()->select(model.index(1, 0),
-                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        view.selectionModel()->select(model.index(2, 0),
-                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        for (int row : {1, 2})
+            view.selectionModel()->select(model.index(row, 0),
+                                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
 
         for (std::int64_t ignored :
              {std::int64_t(-1), std::int64_t(VXNotFound), std::int64_t(50)}) {
@@ -144,9 +143,8 @@ private Q_SLOTS:
         auto *other = new QWidget;
         auto *table = new QTableView;
         auto *elsewhere = new QWidget;
-        layout->addWidget(navigation);
-        layout->addWidget(other);
-        layout->addWidget(table);
+        for (QWidget *widget : {navigation, other, static_cast<QWidget *>(table)})
+            layout->addWidget(widget);
         (new QVBoxLayout(&otherWindow))->addWidget(elsewhere);
         QStandardItemModel model(3, 1);
         table->setModel(&model);
