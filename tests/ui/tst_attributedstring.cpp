@@ -273,6 +273,7 @@ private Q_SLOTS:
         const QSizeF wrapped = VXGeometry::sizeForWidth(s, narrow);
         QCOMPARE(wrapped.height(), 2 * metrics.lineSpacing());
         QVERIFY(wrapped.width() <= narrow);
+        QCOMPARE(VXGeometry::heightForWidth(s, narrow), wrapped.height());
 
         const VXAttributedString two(u"one\ntwo"_s, inFont);
         QCOMPARE(VXGeometry::sizeForHeight(two, 0).height(), 2 * metrics.lineSpacing());
