@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QHash>
+#include <QMutex>
 
 #include <fontconfig/fontconfig.h>
 
@@ -71,6 +73,26 @@ VXFontDatabase::Face faceOfPattern(FcPattern *pattern)
     return face;
 }
 
+// fontconfig reads the installed fonts once, when it is first asked, and answers the same
+// question the same way afterwards; a window asks it the same few questions once per cell
+// (each a walk over every installed face). So each answer is kept for the process's life,
+// as Qt keeps its own font database. Keyed by the kind of question and its text.
+template <typename Answer, typename Ask> Answer remembered(char kind, const QString &text, Ask ask)
+{
+    static QMutex mutex;
+    static QHash<QString, Answer> answers;
+    const QString key = QChar(char16_t(kind)) + text;
+    {
+        const QMutexLocker lock(&mutex);
+        if (const auto it = answers.constFind(key); it != answers.cend())
+            return *it;
+    }
+    Answer answer = ask();
+    const QMutexLocker lock(&mutex);
+    answers.insert(key, answer);
+    return answer;
+}
+
 // Every installed face matching pattern.
 QList<VXFontDatabase::Face> listFaces(FcPattern *pattern)
 {
@@ -93,7 +115,7 @@ const FcChar8 *utf8(const QByteArray &bytes)
 // The installed face fontconfig gives for a family name when the name itself or one of the
 // aliases it is deliberately substituted with is installed; nullopt when only the generic
 // fall-back would answer.
-std::optional<VXFontDatabase::Face> faceForFamilyAlias(const QString &name)
+std::optional<VXFontDatabase::Face> askFaceForFamilyAlias(const QString &name)
 {
     Pattern pattern(FcPatternCreate());
     const QByteArray bytes = name.toUtf8();
@@ -125,6 +147,23 @@ std::optional<VXFontDatabase::Face> faceForFamilyAlias(const QString &name)
     return face;
 }
 
+std::optional<VXFontDatabase::Face> faceForFamilyAlias(const QString &name)
+{
+    return remembered<std::optional<VXFontDatabase::Face>>(
+        'a', name, [&] { return askFaceForFamilyAlias(name); });
+}
+
+// The installed faces whose family (or else PostScript name) is text.
+QList<VXFontDatabase::Face> facesWith(bool family, const QString &text)
+{
+    return remembered<QList<VXFontDatabase::Face>>(family ? 'f' : 'p', text, [&] {
+        Pattern pattern(FcPatternCreate());
+        const QByteArray bytes = text.toUtf8();
+        FcPatternAddString(pattern.get(), family ? FC_FAMILY : FC_POSTSCRIPT_NAME, utf8(bytes));
+        return listFaces(pattern.get());
+    });
+}
+
 // The face of the desktop's general font.
 bool hasGuiApplication()
 {
@@ -140,20 +179,22 @@ VXFontDatabase::Face systemFace()
                       ? QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()
                       : QStringLiteral("sans-serif");
     face.postScriptName = face.family;
-    Pattern pattern(FcPatternCreate());
-    const QByteArray bytes = face.family.toUtf8();
-    FcPatternAddString(pattern.get(), FC_FAMILY, utf8(bytes));
-    FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
-    FcDefaultSubstitute(pattern.get());
-    FcResult result = FcResultNoMatch;
-    Pattern match(FcFontMatch(nullptr, pattern.get(), &result));
-    if (match && result == FcResultMatch) {
-        const VXFontDatabase::Face matched = faceOfPattern(match.get());
-        if (!matched.postScriptName.isEmpty())
-            face.postScriptName = matched.postScriptName;
-        face.family = matched.family.isEmpty() ? face.family : matched.family;
-    }
-    return face;
+    return remembered<VXFontDatabase::Face>('s', face.family, [&] {
+        Pattern pattern(FcPatternCreate());
+        const QByteArray bytes = face.family.toUtf8();
+        FcPatternAddString(pattern.get(), FC_FAMILY, utf8(bytes));
+        FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
+        FcDefaultSubstitute(pattern.get());
+        FcResult result = FcResultNoMatch;
+        Pattern match(FcFontMatch(nullptr, pattern.get(), &result));
+        if (match && result == FcResultMatch) {
+            const VXFontDatabase::Face matched = faceOfPattern(match.get());
+            if (!matched.postScriptName.isEmpty())
+                face.postScriptName = matched.postScriptName;
+            face.family = matched.family.isEmpty() ? face.family : matched.family;
+        }
+        return face;
+    });
 }
 
 } // namespace
@@ -167,10 +208,7 @@ std::optional<VXFontDatabase::Face> VXFontDatabase::faceForPostScriptName(const 
             return std::nullopt;
         return testingFace(name);
     }
-    Pattern pattern(FcPatternCreate());
-    const QByteArray bytes = name.toUtf8();
-    FcPatternAddString(pattern.get(), FC_POSTSCRIPT_NAME, utf8(bytes));
-    for (const Face &face : listFaces(pattern.get())) {
+    for (const Face &face : facesWith(false, name)) {
         if (face.postScriptName == name)
             return face;
     }
@@ -188,10 +226,7 @@ std::optional<VXFontDatabase::Face> VXFontDatabase::faceInFamily(const QString &
                 faces.append(face);
         }
     } else {
-        Pattern pattern(FcPatternCreate());
-        const QByteArray bytes = family.toUtf8();
-        FcPatternAddString(pattern.get(), FC_FAMILY, utf8(bytes));
-        faces = listFaces(pattern.get());
+        faces = facesWith(true, family);
     }
     // Among the faces of the right slant and weight class, the one nearest the regular
     // (400) or bold (700) weight.
