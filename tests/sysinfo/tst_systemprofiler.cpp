@@ -111,8 +111,8 @@ private Q_SLOTS:
         const QByteArray appArguments = "-xml\n"; // the whole report
         QTest::newRow("application items with paths")
             << plist("<array>" + apps +
-                     "<key>_items</key><array><dict><key>path</key><string>"
-                     "/A.app</string></dict><dict/></array></dict></array>")
+                     "<key>_items</key><array><dict/><dict><key>path</key><string>"
+                     "/A.app</string></dict></array></dict></array>")
             << applications << appArguments << u"/A.app"_s;
         QTest::newRow("application items not an array")
             << plist("<array>" + apps + "<key>_items</key><dict/></dict></array>") << applications
