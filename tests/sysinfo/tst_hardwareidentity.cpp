@@ -118,8 +118,7 @@ private Q_SLOTS:
         const QString sda = u"pci0/ata1/block/sda"_s, nvme = u"pci0/nvme/nvme0/nvme0n1"_s;
         const Files disks = merged(
             {block(sda, "8:0", "1000"), block(sda + u"/sda2"_s, "8:2", "400", true),
-             block(nvme, "259:0", "3000"), block(nvme + u"/nvme0n1p3"_s, "259:3", "2500", true),
-             block(u"virtual/block/loop0"_s, "7:0", "2048")});
+             block(nvme, "259:0", "3000"), block(nvme + u"/nvme0n1p3"_s, "259:3", "2500", true)});
         const auto machine = [&](const QByteArray &mounts, const Files &more = {}) {
             return merged({disks, more, {{u"/proc/self/mountinfo"_s, mounts}}});
         };
