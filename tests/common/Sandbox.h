@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
 #include <QMap>
-#include <QPair>
-#include <QString>
 #include <QStringList>
 
 // Re-runs the calling test inside the bare sandbox of scripts/qv-sandbox (bubblewrap, a

@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 
 #include <sys/stat.h>
@@ -45,20 +46,16 @@ bool isSuiteItem(const QString &path, bool systemWide)
         return prefix ? path.startsWith(item)
                       : path == item || path.startsWith(item + QLatin1Char('/'));
     };
-    if (systemWide) {
-        for (std::string_view item : VXSuiteItems::kSystemWidePaths)
-            if (covers(fromView(item), false))
-                return true;
-        return false;
-    }
-    for (const VXSuiteItems::UserItem &item : VXSuiteItems::kUserItems) {
+    if (systemWide)
+        return std::ranges::any_of(VXSuiteItems::kSystemWidePaths, [&](std::string_view item) {
+            return covers(fromView(item), false);
+        });
+    return std::ranges::any_of(VXSuiteItems::kUserItems, [&](const VXSuiteItems::UserItem &item) {
         const QString base = item.base == VXSuiteItems::Base::UserLibrary
                                  ? kUserHome + QStringLiteral("/Library/")
                                  : QStringLiteral("/Library/Caches/");
-        if (covers(base + fromView(item.relative), item.how == VXSuiteItems::How::ByPrefix))
-            return true;
-    }
-    return false;
+        return covers(base + fromView(item.relative), item.how == VXSuiteItems::How::ByPrefix);
+    });
 }
 
 // The machine after the removal: the per-user items always go, the system-wide ones only
