@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,14 +24,6 @@ const QByteArray kMissing = "<missing file>";
 const char *const kFlags[] = {"notDisclosedPrice",    "priceTooHigh",       "uselessSoftware",
                               "tooComplexToUse",      "slowedDownComputer", "slowSupportResponse",
                               "unprofessionalSupport"};
-
-int flagsSet(const VXUninstallSurveyController &c)
-{
-    int n = 0;
-    for (const char *flag : kFlags)
-        n += c.property(flag).toBool() ? 1 : 0;
-    return n;
-}
 
 const QByteArray kSurveyOnly =
     R"({"comment":"","other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})";
@@ -53,8 +44,6 @@ class TestPayload : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void answersFollowTheReason_data();
-    void answersFollowTheReason();
     void payload_data();
     void payload();
     void informationFileBounds_data();
@@ -63,61 +52,6 @@ private Q_SLOTS:
 private:
     QTemporaryDir _dir;
 };
-
-void TestPayload::answersFollowTheReason_data()
-{
-    QTest::addColumn<quint64>("from");
-    QTest::addColumn<quint64>("to");
-    QTest::newRow("same reason keeps the answers") << quint64(2) << quint64(2);
-    QTest::newRow("2 to 4 discards") << quint64(2) << quint64(4);
-    QTest::newRow("back to none discards") << quint64(5) << quint64(0);
-    QTest::newRow("codes outside the table are stored") << quint64(0) << quint64(9);
-}
-
-// A new reason discards the answers given for the old one before anyone hears of the new
-// reason; the same reason again keeps them. Only real changes are announced, once each, and
-// an empty comment is an answer that no comment (null) is not.
-void TestPayload::answersFollowTheReason()
-{
-    QFETCH(quint64, from);
-    QFETCH(quint64, to);
-    const int resets = from != to ? 1 : 0;
-    VXUninstallSurveyController c;
-    QCOMPARE(flagsSet(c), 0);
-    QVERIFY(c.comment().isNull() && !c.isReasonSelected());
-    c.setUninstallingReason(from);
-    for (const char *flag : kFlags)
-        c.setProperty(flag, true);
-    c.setComment(QStringLiteral("zu teuer – wirklich"));
-
-    using C = VXUninstallSurveyController;
-    QSignalSpy reasonSpy(&c, &C::uninstallingReasonChanged);
-    QSignalSpy selectedSpy(&c, &C::reasonSelectedChanged);
-    QSignalSpy commentSpy(&c, &C::commentChanged);
-    QSignalSpy flagSpy(&c, &C::priceTooHighChanged);
-    int flagsSeen = -1;
-    quint64 reasonAtReset = 0;
-    connect(&c, &C::uninstallingReasonChanged, &c, [&] { flagsSeen = flagsSet(c); });
-    connect(&c, &C::priceTooHighChanged, &c, [&] { reasonAtReset = c.uninstallingReason(); });
-    c.setUninstallingReason(to);
-
-    QCOMPARE(c.uninstallingReason(), to);
-    QCOMPARE(c.isReasonSelected(), to != 0);
-    QCOMPARE(flagsSet(c), resets ? 0 : 7);
-    QCOMPARE(c.comment().isNull(), bool(resets));
-    for (QSignalSpy *spy : {&reasonSpy, &selectedSpy, &commentSpy, &flagSpy})
-        QCOMPARE(spy->count(), resets);
-    if (resets) {
-        QCOMPARE(selectedSpy.first().first().toBool(), to != 0);
-        QCOMPARE(flagsSeen, 0);
-        QCOMPARE(reasonAtReset, to);
-    }
-    c.setPriceTooHigh(c.priceTooHigh());
-    c.setComment(c.comment());
-    QCOMPARE(flagSpy.count() + commentSpy.count(), 2 * resets);
-    c.setComment(QStringLiteral(""));
-    QCOMPARE(commentSpy.count(), resets + 1);
-}
 
 void TestPayload::payload_data()
 {
