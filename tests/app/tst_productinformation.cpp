@@ -1,9 +1,7 @@
 // Composition of the vendor's service URLs from the build's configuration.
 #include "VXProductInformation.h"
 
-#include <QRegularExpression>
 #include <QTest>
-#include <QUrlQuery>
 
 using namespace VXProductInformation;
 
@@ -14,7 +12,6 @@ class TestProductInformation : public QObject
 private Q_SLOTS:
     void composition_data();
     void composition();
-    void partnerOffer();
 };
 
 void TestProductInformation::composition_data()
@@ -63,20 +60,6 @@ void TestProductInformation::composition()
         return;
     }
     QCOMPARE(url.toString(QUrl::FullyEncoded), expected);
-}
-
-void TestProductInformation::partnerOffer()
-{
-    QCOMPARE(identifier(), QStringLiteral("Quorvelle"));
-    QCOMPARE(fullName(), QStringLiteral("Quorvelle 2015"));
-
-    const QUrl offer = partnerOfferURL();
-    QCOMPARE(offer.scheme(), QStringLiteral("http"));
-    QCOMPARE(offer.path(), QStringLiteral("/checkout/"));
-    const QUrlQuery query(offer);
-    const QRegularExpression campaign(QStringLiteral("^[A-Za-z0-9]{7}$"));
-    QVERIFY(campaign.match(query.queryItemValue(QStringLiteral("c"))).hasMatch());
-    QVERIFY(campaign.match(query.queryItemValue(QStringLiteral("tid"))).hasMatch());
 }
 
 QTEST_GUILESS_MAIN(TestProductInformation)
