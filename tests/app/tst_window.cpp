@@ -21,8 +21,7 @@ namespace {
 
 VXSurveyWindowLoader::Loaded load()
 {
-    return VXSurveyWindowLoader::instantiate(QCoreApplication::applicationDirPath() +
-                                             QLatin1Char('/') +
+    return VXSurveyWindowLoader::instantiate(QCoreApplication::applicationDirPath() + u'/' +
                                              VXSurveyWindowLoader::mainWindowDescriptionName());
 }
 
@@ -205,11 +204,8 @@ private Q_SLOTS:
             button->mapTo(window, QPoint(int(mark.center().x()), int(mark.top()) - 1));
         const QColor pixel = after.pixelColor(probe);
         const double ratio = contrast(pixel, Qt::white);
-        QVERIFY2(ring ? ratio >= 3.0 : ratio < 3.0, qPrintable(QStringLiteral("%1 at %2,%3: %4:1")
-                                                                   .arg(pixel.name())
-                                                                   .arg(probe.x())
-                                                                   .arg(probe.y())
-                                                                   .arg(ratio)));
+        QVERIFY2(ring ? ratio >= 3.0 : ratio < 3.0,
+                 qPrintable(pixel.name() + QStringLiteral(" %1:1").arg(ratio)));
     }
 
     // Arrow keys in the reasons choose the reason they move to, as in any radio group, so
@@ -257,22 +253,19 @@ private Q_SLOTS:
         // The reasons are one stop (arrow keys move between them), then the shown
         // boxes, the comment and the two buttons.
         QCOMPARE(controls.size(), 1 + 3 + 1 + 2);
-        QWidget *previous = nullptr;
+        // One round of the focus chain from the first reason meets them all, left to right
+        // and top to bottom.
+        QList<QPoint> order;
         QWidget *w = radioFor(window, 2);
-        for (qsizetype i = 0; i < controls.size(); ++i) {
-            QVERIFY2(controls.contains(w), qPrintable(w->objectName()));
-            if (previous) {
-                const QPoint a = previous->mapTo(window, QPoint(0, 0));
-                const QPoint b = w->mapTo(window, QPoint(0, 0));
-                QVERIFY2(
-                    b.y() > a.y() || (b.y() == a.y() && b.x() > a.x()),
-                    qPrintable(previous->objectName() + QLatin1String(" -> ") + w->objectName()));
-            }
-            previous = w;
-            do
-                w = w->nextInFocusChain();
-            while (!controls.contains(w) && w != radioFor(window, 2));
-        }
+        do {
+            if (controls.contains(w))
+                order.append(w->mapTo(window, QPoint(0, 0)));
+            w = w->nextInFocusChain();
+        } while (w != radioFor(window, 2));
+        QCOMPARE(order.size(), controls.size());
+        QVERIFY(std::is_sorted(order.cbegin(), order.cend(), [](QPoint a, QPoint b) {
+            return a.y() < b.y() || (a.y() == b.y() && a.x() < b.x());
+        }));
     }
 
     // A screen reader names the reasons' group by the question above it, which labels the
