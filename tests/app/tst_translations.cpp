@@ -13,7 +13,7 @@ namespace {
 
 struct Message
 {
-    QString context, source, translation, type;
+    QString context, source, type, translation;
 };
 
 struct TsFile
@@ -34,19 +34,16 @@ TsFile readTs(const QString &path)
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
-        const auto name = xml.name();
-        const QString attribute =
-            xml.attributes()
-                .value(QLatin1String(name == QLatin1String("TS") ? "language" : "type"))
-                .toString();
-        if (name == QLatin1String("TS"))
-            ts.language = attribute;
-        else if (name == QLatin1String("name"))
+        if (xml.name() == u"TS")
+            ts.language = xml.attributes().value(QLatin1String("language")).toString();
+        else if (xml.name() == u"name")
             context = xml.readElementText();
-        else if (name == QLatin1String("source"))
+        else if (xml.name() == u"source")
             source = xml.readElementText();
-        else if (name == QLatin1String("translation"))
-            ts.messages.append({context, source, xml.readElementText(), attribute});
+        else if (xml.name() == u"translation") // a braced list runs in order: type, then text
+            ts.messages.append({context, source,
+                                xml.attributes().value(QLatin1String("type")).toString(),
+                                xml.readElementText()});
     }
     if (xml.hasError())
         ts.error = xml.errorString();
