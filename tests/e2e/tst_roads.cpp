@@ -234,21 +234,18 @@ class tst_Roads : public QObject
         return ended && l.program.exitStatus() == QProcess::NormalExit && l.program.exitCode() == 0;
     }
 
-    // The two buttons sit in the window's bottom corners. The offer road clicks at the same
-    // place, so a layout that moves them fails there instead of silently missing here.
-    enum class Target
-    {
-        Uninstall,
-        Offer
-    };
-    void click(const QString &window, Target target, int count)
+    // The two buttons sit in the window's bottom corners: a click at `at` from the left
+    // edge, or from the right one when negative. The offer road clicks at the same place, so
+    // a layout that moves them fails there instead of silently missing here.
+    static constexpr int kOffer = 88, kUninstall = -60;
+    void click(const QString &window, int at, int count)
     {
         const QString size = x(words("xdotool getwindowgeometry --shell") << window);
         const auto value = [&size](const char *key) {
             const QString k = QLatin1String(key) + u'=';
             return size.mid(size.indexOf(k) + k.size()).section(u'\n', 0, 0).toInt();
         };
-        const int px = target == Target::Uninstall ? value("WIDTH") - 60 : 88;
+        const int px = at < 0 ? value("WIDTH") + at : at;
         x(words("xdotool mousemove --window")
           << window << QString::number(px) << QString::number(value("HEIGHT") - 28)
           << words("click --delay 80 --repeat") << QString::number(count) << QStringLiteral("1"));
@@ -400,7 +397,7 @@ private Q_SLOTS:
         const QString window = waitForWindow();
         QVERIFY(!window.isEmpty());
         keys("alt+o");
-        click(window, Target::Offer, 1);
+        click(window, kOffer, 1);
         QVERIFY(finished(*l));
         QCOMPARE(l->out("browser.log"), QByteArray(QV_EXPECTED_OFFER "\n"));
         QVERIFY(l->surveyBody().isEmpty());
@@ -531,12 +528,12 @@ private Q_SLOTS:
             if (action == Action::DoubleUninstall || action == Action::OfferDuringSend) {
                 // With the mouse, as a person would: Qt holds back input during the send and
                 // delivers it afterwards.
-                click(window, Target::Uninstall, 1);
+                click(window, kUninstall, 1);
                 QTest::qWait(500);
                 if (action == Action::DoubleUninstall)
-                    click(window, Target::Uninstall, 2);
+                    click(window, kUninstall, 2);
                 else
-                    click(window, Target::Offer, 1);
+                    click(window, kOffer, 1);
             } else {
                 keys("alt+u");
             }
@@ -572,10 +569,9 @@ private Q_SLOTS:
         const QStringList expected = afterRemoval(l->before, systemGone, stays);
         QCOMPARE(list(l->stage.path()), expected);
         // What stays is unchanged too: kind, mode and content.
-        QMap<QString, QString> unchanged;
-        for (auto it = l->snapshot.cbegin(); it != l->snapshot.cend(); ++it)
-            if (expected.contains(it.key()))
-                unchanged.insert(it.key(), it.value());
+        QMap<QString, QString> unchanged = l->snapshot;
+        unchanged.removeIf(
+            [&expected](const auto &item) { return !expected.contains(item.key()); });
         QCOMPARE(machine(l->stage.path()), unchanged);
     }
 };
