@@ -1,7 +1,6 @@
 // The survey's trip to the account service, run inside a bubblewrap sandbox: the account
 // host resolves to loopback, where a real HTTPS server of the test listens on port 443 with
 // a throwaway CA trusted by this process only; /Library and the home folder are empty.
-#include "JSON.h"
 #include "Sandbox.h"
 #include "TestCA.h"
 #include "TestHttpsServer.h"
@@ -39,35 +38,10 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(Sandbox::insideSandbox());
-        for (const QString &name : {QStringLiteral("t"), QStringLiteral("u")})
-            QVERIFY(QDir(_dir.path()).mkpath(name));
         _ca = TestCA::create(_dir.filePath(QStringLiteral("t")), kAccountHost);
         _untrustedCa = TestCA::create(_dir.filePath(QStringLiteral("u")), kAccountHost);
         QVERIFY(_ca && _untrustedCa);
         _ca->trustInThisProcess();
-    }
-
-    // Exactly the field name, one "=" and the JSON text: no escaping of form delimiters or
-    // non-ASCII text, no line end.
-    void body()
-    {
-        const QString comment = QStringLiteral(u"a&b=c+d&uninstallData=x Grüße, ☃ 日本 — ok");
-        TestHttpsServer server(_ca->serverCertificate(), _ca->serverKey());
-        QVERIFY(server.listen(QHostAddress::LocalHost, 443));
-        VXUninstallSurveyController controller;
-        controller.setUninstallingReason(1);
-        controller.setComment(comment);
-        const QByteArray json = JSON::JSONString(controller.uninstallData()).toUtf8();
-        QVERIFY(json.contains(comment.toUtf8()));
-        controller.uninstall();
-        QCOMPARE(awaitQuitRequest(), 0);
-
-        QCOMPARE(server.requests.size(), 1);
-        const TestHttpsServer::Request request = server.requests.first();
-        QVERIFY2(request.head.startsWith("POST /mac/uninstall-survey HTTP/1.1\r\n"),
-                 request.head.constData());
-        QVERIFY(request.head.contains("\r\nHost: " + kAccountHost.toUtf8() + "\r\n"));
-        QCOMPARE(request.body, QByteArray("uninstallData=") + json);
     }
 
     // Whatever becomes of the request, the removal follows.

@@ -38,7 +38,6 @@ Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
 
 Sandbox::Result Sandbox::script(const QStringList &arguments)
 {
-    Result result;
     QProcess sandbox;
     sandbox.start(scriptsDir() + QStringLiteral("/qv-sandbox"), arguments);
     const bool ended = sandbox.waitForFinished(120000);
@@ -46,11 +45,8 @@ Sandbox::Result Sandbox::script(const QStringList &arguments)
         sandbox.kill();
         sandbox.waitForFinished(5000);
     }
-    result.finished = ended && sandbox.exitStatus() == QProcess::NormalExit;
-    result.exitCode = sandbox.exitCode();
-    result.standardOutput = sandbox.readAllStandardOutput();
-    result.standardError = sandbox.readAllStandardError();
-    return result;
+    return {ended && sandbox.exitStatus() == QProcess::NormalExit, sandbox.exitCode(),
+            sandbox.readAllStandardOutput(), sandbox.readAllStandardError()};
 }
 
 bool Sandbox::available()

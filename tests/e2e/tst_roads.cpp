@@ -109,7 +109,6 @@ class tst_Roads : public QObject
     Q_OBJECT
 
     QString _sandbox, _bin, _program, _tools, _display;
-    bool _captureErrors = false; // standard error read by the test instead of shown
     QProcess _xvfb;
 
     QProcessEnvironment displayEnvironment() const
@@ -175,7 +174,8 @@ class tst_Roads : public QObject
 
     std::unique_ptr<Launch>
     launch(const QStringList &options, const std::function<void(const QString &)> &twist = {},
-           const QStringList &arguments = {kUserHome + QStringLiteral("/uninstall-info.json")})
+           const QStringList &arguments = {kUserHome + QStringLiteral("/uninstall-info.json")},
+           QProcess::ProcessChannelMode channels = QProcess::MergedChannels)
     {
         auto l = std::make_unique<Launch>();
         const Sandbox::Result prepared =
@@ -196,8 +196,7 @@ class tst_Roads : public QObject
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
-        l->program.setProcessChannelMode(_captureErrors ? QProcess::SeparateChannels
-                                                        : QProcess::MergedChannels);
+        l->program.setProcessChannelMode(channels);
         l->clock.start();
         l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
                                                QStringLiteral("--program"), _program,
@@ -376,9 +375,8 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(int, exitCode);
         QFETCH(QString, output);
-        _captureErrors = true;
-        auto l = launch({QStringLiteral("--offline")}, {}, arguments);
-        _captureErrors = false;
+        // Standard error read by the test instead of shown.
+        auto l = launch({QStringLiteral("--offline")}, {}, arguments, QProcess::SeparateChannels);
         QVERIFY(l);
         QVERIFY(l->program.waitForFinished(30000));
         QCOMPARE(l->program.exitCode(), exitCode);
