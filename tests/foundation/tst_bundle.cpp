@@ -20,12 +20,6 @@ using Quorvelle::Bundle;
 
 using namespace Qt::StringLiterals;
 
-// A class that lives in this test program's image.
-class DelegateStandIn : public QObject
-{
-    Q_OBJECT
-};
-
 class TestBundle : public QObject
 {
     Q_OBJECT
@@ -52,93 +46,10 @@ private Q_SLOTS:
         QVERIFY(outside.open(QIODevice::WriteOnly));
     }
 
-    // The hieroglyphic flag is fixed at its first computation in the process, so this runs
-    // before anything else asks for it; a later change of language is seen by the
-    // localisation only.
-    void hieroglyphicFixedAtFirstCall()
-    {
-        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"zh-CN"_s, u"en"_s});
-        QVERIFY(VXPrefferedLanguage::isPreferredLanguageHieroglyphic());
-        VXPrefferedLanguage::setPreferredLocalizationsForTesting(QStringList{u"English"_s});
-        QCOMPARE(VXPrefferedLanguage::preferredApplicationLocalization(), u"en"_s);
-        QVERIFY(VXPrefferedLanguage::isPreferredLanguageHieroglyphic());
-    }
-
     void cleanup()
     {
         Bundle::setPreferredLanguagesForTesting(std::nullopt);
         VXPrefferedLanguage::setPreferredLocalizationsForTesting(std::nullopt);
-        VXThreadSafety::setApplicationDelegate(nullptr);
-    }
-
-    void lockIdentifierForImagePath_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("identifier");
-        const auto row = [](const char *path, const char *identifier) {
-            QTest::newRow(path) << QString::fromLatin1(path) << QString::fromLatin1(identifier);
-        };
-        row("/Library/Frameworks/Kit.framework/Versions/A/Kit",
-            "/Library/Frameworks/Kit.framework");
-        row("/A/Outer.framework/Frameworks/Inner.framework/Inner", // the last framework wins
-            "/A/Outer.framework/Frameworks/Inner.framework");
-        row("/A/Tool.app/Contents/Frameworks/Kit.framework/Kit", // framework beats contents
-            "/A/Tool.app/Contents/Frameworks/Kit.framework");
-        row("/Applications/Tool.app/Contents/MacOS/Tool", "/Applications/Tool.app");
-        row("/usr/lib/libthing.dylib", "/usr/lib/libthing.dylib");
-    }
-    void lockIdentifierForImagePath()
-    {
-        QFETCH(QString, path);
-        QTEST(VXThreadSafety::lockIdentifierForImagePath(path), "identifier");
-    }
-
-    void lockMapCounts()
-    {
-        const QString id = u"/some/bundle"_s;
-        const auto first = VXThreadSafety::lockForIdentifier(id);
-        const auto second = VXThreadSafety::lockForIdentifier(id);
-        QCOMPARE(first, second);
-        QCOMPARE(VXThreadSafety::useCountForIdentifier(id), 2u);
-        VXThreadSafety::releaseLockForIdentifier(id);
-        // One release too many is harmless.
-        VXThreadSafety::releaseLockForIdentifier(id);
-        VXThreadSafety::releaseLockForIdentifier(id);
-        QVERIFY(!VXThreadSafety::lockMap().contains(id));
-        // A new take after removal starts a fresh entry with a new lock.
-        const auto third = VXThreadSafety::lockForIdentifier(id);
-        QVERIFY(third != first);
-        QCOMPARE(VXThreadSafety::useCountForIdentifier(id), 1u);
-        VXThreadSafety::releaseLockForIdentifier(id);
-    }
-
-    void mainBundleIdentity()
-    {
-        VXThreadSafeBundleProxy *main = VXThreadSafety::threadSafeMainBundle();
-        QCOMPARE(VXThreadSafety::lockIdentifierForMainBundle(), u"VXThreadSafeMainBundle"_s);
-        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(u"VXThreadSafeMainBundle"_s), main);
-        QCOMPARE(main->bundlePath(),
-                 QFileInfo(QCoreApplication::applicationDirPath()).canonicalFilePath());
-        // The program's own folder is the main bundle whichever road leads there.
-        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(QCoreApplication::applicationDirPath()),
-                 main);
-
-        {
-            DelegateStandIn delegate;
-            VXThreadSafety::setApplicationDelegate(&delegate);
-            const QString id = VXThreadSafety::lockIdentifierForMainBundle();
-            QCOMPARE(id, QFileInfo(u"/proc/self/exe"_s).canonicalFilePath());
-            QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(id), main);
-            QCOMPARE(VXThreadSafety::threadSafeBundleForClass(&DelegateStandIn::staticMetaObject),
-                     main);
-        }
-        // A destroyed delegate counts as none.
-        QCOMPARE(VXThreadSafety::lockIdentifierForMainBundle(), u"VXThreadSafeMainBundle"_s);
-
-        const QString version = main->objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s)
-                                    .value_or(PropertyValue())
-                                    .toString();
-        QCOMPARE(version, QStringLiteral(QV_PROJECT_VERSION));
     }
 
     void otherBundles()
@@ -263,8 +174,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("localizations");
         QTest::addColumn<QString>("preferred");
         QTest::addColumn<bool>("hieroglyphic");
-        QTest::newRow("English then French") << QStringList{u"English"_s, u"fr"_s} << "en" << false;
-        QTest::newRow("empty") << QStringList{} << "en" << false;
         QTest::newRow("Japanese") << QStringList{u"ja"_s} << "ja" << true;
         QTest::newRow("Chinese") << QStringList{u"zh-CN"_s} << "zh_CN" << true;
         QTest::newRow("Taiwan") << QStringList{u"zh_TW"_s} << "zh_TW" << false;

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -155,15 +154,6 @@ private Q_SLOTS:
         QTEST(email ? isValidEmailAddress(input) : isValidUUID(input), "valid");
     }
 
-    void newUUID()
-    {
-        static const QRegularExpression shape(QRegularExpression::anchoredPattern(
-            u"[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}"_s));
-        const QString a = stringWithUUID();
-        QVERIFY2(shape.match(a).hasMatch() && isValidUUID(a), qPrintable(a));
-        QVERIFY(a != stringWithUUID());
-    }
-
     void md5_data()
     {
         addStringRows({"", "D41D8CD98F00B204E9800998ECF8427E", "abc",
@@ -207,21 +197,6 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         QFETCH(bool, valid);
         QCOMPARE(URLDecodedString(input), valid ? std::optional(expected) : std::nullopt);
-    }
-
-    void smallOperations()
-    {
-        QCOMPARE(invertedString(QString::fromUtf16(u"a\xd83d\xde00")),
-                 QString::fromUtf16(u"\xde00\xd83d"
-                                    u"a"));
-        QCOMPARE(stringByRemovingCharactersInSet(u"a-b_c-"_s, u"-_"_s), u"abc"_s);
-        QCOMPARE(
-            stringByRemovingCharactersInSet(u" a b\tc\n"_s, [](QChar c) { return c.isSpace(); }),
-            u"abc"_s);
-        const QString base = u"http://h/a"_s;
-        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', u"b"_s), base + u"/b"_s);
-        QCOMPARE(urlStringByAppendingPathComponent(base, u"b"_s), base + u"/b"_s);
-        QCOMPARE(urlStringByAppendingPathComponent(base + u'/', u"/b"_s), base + u"//b"_s);
     }
 
     void dates()
