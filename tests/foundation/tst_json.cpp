@@ -46,12 +46,9 @@ PropertyValue D(std::initializer_list<std::pair<const char *, PropertyValue>> me
     return d;
 }
 
-QString logLine(const char *selector)
-{
-    return QStringLiteral("VXJSONScanner Error: Could not parse json: %1.").arg(t(selector));
-}
-const QString valueAtEnd = logLine("scanJSONValue:ignoreNull:");
-const QString emptyMember = logLine("scanJSONObject:ignoreNull:");
+const QString logLine = u"VXJSONScanner Error: Could not parse json: %1."_s;
+const QString valueAtEnd = logLine.arg(u"scanJSONValue:ignoreNull:"_s);
+const QString emptyMember = logLine.arg(u"scanJSONObject:ignoreNull:"_s);
 
 // The calling thread's CPU time in nanoseconds: unlike wall time, it does not grow while
 // other programs have the processor.
@@ -74,26 +71,6 @@ class TestJSON : public QObject
     {
         QTest::newRow(name) << json << ignoreNull << expected << log;
     }
-    // Rows of a value and its text, for writeUtf8.
-    static void addWriteRows()
-    {
-        QTest::addColumn<PropertyValue>("value");
-        QTest::addColumn<QString>("json");
-
-        QTest::newRow("eight escapes")
-            << PropertyValue(Arr{u"\\\"/\b\f\n\r\t"}) << t("[\"\\\\\\\"\\/\\b\\f\\n\\r\\t\"]");
-        QTest::newRow("others raw") << PropertyValue(Arr{u"\x01\x1f\u00e9\u2028\U0001F600"})
-                                    << t("[\"\x01\x1f\u00e9\u2028\U0001F600\"]");
-        QTest::newRow("kinds and numbers")
-            << PropertyValue(Arr{true, false, 0.5, PropertyValue::null(), -5,
-                                 std::numeric_limits<quint64>::max(), 1e21, -0.0, 1e-7,
-                                 123456789012.0, std::nan(""), QDateTime::currentDateTimeUtc()})
-            << t("[1,0,0.5,null,-5,18446744073709551615,1000000000000000000000,-0,1e-07,"
-                 "123456789012,null,null]");
-        QTest::newRow("nested") << D({{"a", Arr{D({}), Arr{}, u""}}, {"b", D({{"c", 1}})}})
-                                << t("{\"a\":[{},[],\"\"],\"b\":{\"c\":1}}");
-    }
-
 private Q_SLOTS:
     void readDictionary_data()
     {
@@ -364,12 +341,26 @@ private Q_SLOTS:
     }
 
     // The UTF-8 writer must give Qt's own conversion of the QString text, lone surrogates
-    // included. Besides the rows above: one key holding a one-element array of the same
+    // included. Besides four fixed rows: one key holding a one-element array of the same
     // text, with a special unit at the edges of eight-unit blocks and of long runs, whose
     // QString text is built by the eight replacements made one after the other.
     void writeUtf8_data()
     {
-        addWriteRows();
+        QTest::addColumn<PropertyValue>("value");
+        QTest::addColumn<QString>("json");
+
+        QTest::newRow("eight escapes")
+            << PropertyValue(Arr{u"\\\"/\b\f\n\r\t"}) << t("[\"\\\\\\\"\\/\\b\\f\\n\\r\\t\"]");
+        QTest::newRow("others raw") << PropertyValue(Arr{u"\x01\x1f\u00e9\u2028\U0001F600"})
+                                    << t("[\"\x01\x1f\u00e9\u2028\U0001F600\"]");
+        QTest::newRow("kinds and numbers")
+            << PropertyValue(Arr{true, false, 0.5, PropertyValue::null(), -5,
+                                 std::numeric_limits<quint64>::max(), 1e21, -0.0, 1e-7,
+                                 123456789012.0, std::nan(""), QDateTime::currentDateTimeUtc()})
+            << t("[1,0,0.5,null,-5,18446744073709551615,1000000000000000000000,-0,1e-07,"
+                 "123456789012,null,null]");
+        QTest::newRow("nested") << D({{"a", Arr{D({}), Arr{}, u""}}, {"b", D({{"c", 1}})}})
+                                << t("{\"a\":[{},[],\"\"],\"b\":{\"c\":1}}");
         const auto escaped = [](QString s) {
             const QString from = u"\\\"/\b\f\n\r\t"_s, to = u"\\\"/bfnrt"_s;
             for (qsizetype k = 0; k < from.size(); ++k) // the backslash first

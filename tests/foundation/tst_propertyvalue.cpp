@@ -246,33 +246,25 @@ private Q_SLOTS:
         QTest::addColumn<bool>("equal");
         QTest::addColumn<bool>("truth");            // of a
         QTest::addColumn<quint64>("unsignedValue"); // of a
+        const auto row = [](const char *name, const PropertyValue &a, const PropertyValue &b,
+                            bool equal, bool truth = false, quint64 unsignedValue = 0) {
+            QTest::newRow(name) << a << b << equal << truth << unsignedValue;
+        };
         const qint64 big = qint64(1) << 53;
-        QTest::newRow("2^53, 2^53 + 1")
-            << PropertyValue(big) << PropertyValue(big + 1) << false << true << quint64(big);
-        QTest::newRow("unsigned 5, 5.0")
-            << PropertyValue(quint64(5)) << PropertyValue(5.0) << true << true << quint64(5);
-        QTest::newRow("0.5, 0") << PropertyValue(0.5) << PropertyValue(qint64(0)) << false << true
-                                << quint64(0);
-        QTest::newRow("0, 0.5") << PropertyValue(qint64(0)) << PropertyValue(0.5) << false << false
-                                << quint64(0);
-        QTest::newRow("unsigned 2^63, -1")
-            << PropertyValue(quint64(1) << 63) << PropertyValue(qint64(-1)) << false << true
-            << (quint64(1) << 63);
+        row("2^53, 2^53 + 1", big, big + 1, false, true, quint64(big));
+        row("unsigned 5, 5.0", quint64(5), 5.0, true, true, quint64(5));
+        row("0.5, 0", 0.5, qint64(0), false, true);
+        row("0, 0.5", qint64(0), 0.5, false);
+        row("unsigned 2^63, -1", quint64(1) << 63, qint64(-1), false, true, quint64(1) << 63);
         // Dictionaries compare as values, whatever the order of their members.
         const PropertyDictionary xy{{u"x"_qs, 1}, {u"y"_qs, u"two"}};
         const PropertyValue yx = PropertyDictionary{{u"y"_qs, u"two"}, {u"x"_qs, 1}};
-        const auto dictionaryRow = [&](const char *name, const PropertyValue &b, bool equal) {
-            QTest::newRow(name) << PropertyValue(xy) << b << equal << false << quint64(0);
-        };
-        dictionaryRow("other order", yx, true);
-        dictionaryRow("member missing", PropertyDictionary{{u"x"_qs, 1}}, false);
-        dictionaryRow("member differs", PropertyDictionary{{u"x"_qs, 1}, {u"y"_qs, u"three"}},
-                      false);
-        QTest::newRow("nested") << PropertyValue(PropertyDictionary{{u"n"_qs, PropertyValue(xy)}})
-                                << PropertyValue(PropertyDictionary{{u"n"_qs, yx}}) << true << false
-                                << quint64(0);
-        QTest::newRow("string, null")
-            << PropertyValue(u"7") << PropertyValue::null() << false << false << quint64(0);
+        row("other order", xy, yx, true);
+        row("member missing", xy, PropertyDictionary{{u"x"_qs, 1}}, false);
+        row("member differs", xy, PropertyDictionary{{u"x"_qs, 1}, {u"y"_qs, u"three"}}, false);
+        row("nested", PropertyDictionary{{u"n"_qs, PropertyValue(xy)}},
+            PropertyDictionary{{u"n"_qs, yx}}, true);
+        row("string, null", u"7", PropertyValue::null(), false);
     }
     void values()
     {
