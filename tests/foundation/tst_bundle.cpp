@@ -75,28 +75,22 @@ private Q_SLOTS:
         QVERIFY(VXThreadSafety::lockMap().isEmpty());
     }
 
+    // "name.type>file" rows (no file: no path); nothing outside the bundle is found.
     void pathForResource_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("relative"); // empty: no path
-        for (const auto &[name, type, relative] : {std::tuple{"Info", "ini", "Info.ini"},
-                                                   {"Nothing", "png", ""},
-                                                   {"../Outside", "txt", ""},
-                                                   {"../Fixture/Info", "ini", "Info.ini"}})
-            QTest::addRow("%s.%s", name, type)
-                << QString::fromLatin1(name) << QString::fromLatin1(type)
-                << QString::fromLatin1(relative);
+        QTest::addColumn<QString>("row");
+        for (const char *row : {"Info.ini>Info.ini", "Nothing.png>", "../Outside.txt>",
+                                "../Fixture/Info.ini>Info.ini"})
+            QTest::newRow(QByteArray(row).split('>').first()) << QString::fromLatin1(row);
     }
     void pathForResource()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, type);
-        QFETCH(QString, relative);
-        VXThreadSafeBundleProxy *fixture = VXThreadSafety::threadSafeBundleWithPath(m_fixture);
+        QFETCH(QString, row);
+        const QString resource = row.section(u'>', 0, 0), file = row.section(u'>', 1);
         const QString root = QFileInfo(m_fixture).canonicalFilePath();
-        QCOMPARE(fixture->pathForResource(name, type),
-                 relative.isEmpty() ? QString() : root + QLatin1Char('/') + relative);
+        QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(m_fixture)->pathForResource(
+                     resource.section(u'.', 0, -2), resource.section(u'.', -1)),
+                 file.isEmpty() ? QString() : root + u'/' + file);
     }
 
     // The standard folders of a kind, "|"-separated; "H" is the home folder.
@@ -106,17 +100,18 @@ private Q_SLOTS:
         QTest::addColumn<int>("mask");
         QTest::addColumn<bool>("expandTilde");
         QTest::addColumn<QString>("expected");
-        const int all = NSAllDomainsMask, local = NSLocalDomainMask, system = NSSystemDomainMask;
-        QTest::newRow("tilde kept")
-            << int(NSLibraryDirectory) << int(NSUserDomainMask) << false << u"~/Library"_s;
-        QTest::newRow("applications everywhere")
-            << int(NSApplicationDirectory) << all << true
-            << u"H/Applications|/Applications|/Network/Applications|/System/Applications"_s;
-        QTest::newRow("no system caches")
-            << int(NSCachesDirectory) << (local | system) << true << u"/Library/Caches"_s;
-        QTest::newRow("system panes") << int(NSPreferencePanesDirectory) << system << true
-                                      << u"/System/Library/PreferencePanes"_s;
-        QTest::newRow("unknown kind") << 999 << all << true << QString();
+        const auto row = [](const char *name, int directory, int mask, const char *expected,
+                            bool expandTilde = true) {
+            QTest::newRow(name) << directory << mask << expandTilde << QString::fromLatin1(expected);
+        };
+        row("tilde kept", NSLibraryDirectory, NSUserDomainMask, "~/Library", false);
+        row("applications everywhere", NSApplicationDirectory, NSAllDomainsMask,
+            "H/Applications|/Applications|/Network/Applications|/System/Applications");
+        row("no system caches", NSCachesDirectory, NSLocalDomainMask | NSSystemDomainMask,
+            "/Library/Caches");
+        row("system panes", NSPreferencePanesDirectory, NSSystemDomainMask,
+            "/System/Library/PreferencePanes");
+        row("unknown kind", 999, NSAllDomainsMask, "");
     }
     void searchPath()
     {
