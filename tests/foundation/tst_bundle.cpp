@@ -102,7 +102,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         const auto row = [](const char *name, int directory, int mask, const char *expected,
                             bool expandTilde = true) {
-            QTest::newRow(name) << directory << mask << expandTilde << QString::fromLatin1(expected);
+            QTest::newRow(name) << directory << mask << expandTilde
+                                << QString::fromLatin1(expected);
         };
         row("tilde kept", NSLibraryDirectory, NSUserDomainMask, "~/Library", false);
         row("applications everywhere", NSApplicationDirectory, NSAllDomainsMask,

@@ -91,32 +91,18 @@ void grow(PropertyValue &value, int mark)
     }
 }
 
-// Item trees: leaves carry "checked" (and a size and a name), groups carry "items".
-PropertyValue leaf(qint64 checked, std::optional<quint64> size = std::nullopt,
-                   const QString &name = {})
+// Item trees: leaves carry "checked" (and a size), groups carry "items".
+PropertyValue leaf(qint64 checked, std::optional<quint64> size = std::nullopt)
 {
     Dict d{{u"checked"_s, PropertyValue(checked)}};
     if (size)
         d.insert(u"size"_s, PropertyValue(*size));
-    if (!name.isEmpty())
-        d.insert(u"name"_s, PropertyValue(name));
     return PropertyValue(d);
 }
 
-PropertyValue group(const Array &children, const QString &name = {})
+PropertyValue group(const Array &children)
 {
-    Dict d{{u"items"_s, PropertyValue(children)}};
-    if (!name.isEmpty())
-        d.insert(u"name"_s, PropertyValue(name));
-    return PropertyValue(d);
-}
-
-QStringList names(const Array &items)
-{
-    QStringList result;
-    for (const PropertyValue &item : items)
-        result << item.value(u"name"_s).value_or(PropertyValue()).toString();
-    return result;
+    return PropertyValue(Dict{{u"items"_s, PropertyValue(children)}});
 }
 } // namespace
 
@@ -276,22 +262,6 @@ private Q_SLOTS:
         QTEST(a.toUInt64(), "unsignedValue");
     }
 
-    void checkedState_data()
-    {
-        QTest::addColumn<PropertyValue>("item");
-        QTest::addColumn<qint64>("state");
-        QTest::newRow("mixed") << group({leaf(1), leaf(0)}) << qint64(-1);
-        QTest::newRow("groups 1 and -1")
-            << group({group({leaf(1)}), group({leaf(1), leaf(0)})}) << qint64(-1);
-        QTest::newRow("-2 later differs") << group({leaf(1), leaf(-2)}) << qint64(-1);
-    }
-    void checkedState()
-    {
-        QFETCH(PropertyValue, item);
-        QTEST(VXItemCheckedState(item), "state");
-        QTEST(VXItemsCheckedState(Array{item}), "state");
-    }
-
     void countsAndSums()
     {
         // An item with neither "checked" nor "items" counts for nothing.
@@ -299,7 +269,7 @@ private Q_SLOTS:
         const Dict leafWithItems{{u"checked"_s, PropertyValue(qint64(1))},
                                  {u"size"_s, PropertyValue(quint64(7))},
                                  {u"items"_s, PropertyValue(Array{leaf(1, 9)})}};
-        Array items{leaf(1, 100), leaf(0, 50),   leaf(1), group({leaf(3, 1000), group({})}),
+        Array items{leaf(1, 100),  leaf(0, 50), leaf(1), group({leaf(3, 1000), group({})}),
                     leafWithItems, Dict{}};
         QCOMPARE(VXItemsCheckedCount(items), quint64(4));
         QCOMPARE(VXItemsSumOfKey(items, u"size"_s), quint64(100 + 50 + 1000 + 7));
@@ -313,50 +283,6 @@ private Q_SLOTS:
         VXItemGatherCheckedStatistics(group(items), size, checked, leaves);
         QCOMPARE(std::tuple(size, checked, leaves),
                  std::tuple(quint64(100 + 100 + 1000 + 7), 2u + 4u, 3u + 5u));
-    }
-
-    void sorting()
-    {
-        PropertyValue tree =
-            group({leaf(0, 3, u"c"_s), leaf(0, 1, u"a"_s),
-                   group({leaf(0, 2, u"y"_s), leaf(0, 1, u"x"_s)}, u"b"_s), PropertyValue(Dict{})});
-        VXItemSortChildren(tree, {VXSortDescriptor{u"name"_s, true, {}}});
-        Array top = tree.value(u"items"_s)->toArray();
-        QCOMPARE(names(top), QStringList({QString(), u"a"_s, u"b"_s, u"c"_s}));
-        QCOMPARE(names(top[2].value(u"items"_s)->toArray()), QStringList({u"x"_s, u"y"_s}));
-
-        // Two keys, descending sizes, ties broken by name; numbers compare by value.
-        Array items{
-            leaf(0, 10, u"b"_s), leaf(0, 9, u"z"_s), leaf(0, 10, u"a"_s),
-            PropertyValue(Dict{{u"size"_s, PropertyValue(9.5)}, {u"name"_s, PropertyValue(u"r")}})};
-        VXItemsSortRecursively(
-            items, {VXSortDescriptor{u"size"_s, false, {}}, VXSortDescriptor{u"name"_s, true, {}}});
-        QCOMPARE(names(items), QStringList({u"a"_s, u"b"_s, u"r"_s, u"z"_s}));
-
-        const auto caseInsensitive = [](const PropertyValue &a, const PropertyValue &b) {
-            return QString::compare(a.toString(), b.toString(), Qt::CaseInsensitive);
-        };
-        Array words{leaf(0, 0, u"b"_s), leaf(0, 0, u"B"_s), leaf(0, 0, u"a"_s)};
-        VXItemsSortRecursively(words, {VXSortDescriptor{u"name"_s, true, caseInsensitive}});
-        QCOMPARE(names(words), QStringList({u"a"_s, u"b"_s, u"B"_s}));
-    }
-
-    void defaultComparison_data()
-    {
-        QTest::addColumn<PropertyValue>("a");
-        QTest::addColumn<PropertyValue>("b");
-        QTest::addColumn<int>("order");
-        QTest::newRow("B < a") << PropertyValue(u"B") << PropertyValue(u"a") << -1;
-        QTest::newRow("data by bytes")
-            << PropertyValue(QByteArray("ab")) << PropertyValue(QByteArray("b")) << -1;
-    }
-    void defaultComparison()
-    {
-        QFETCH(PropertyValue, a);
-        QFETCH(PropertyValue, b);
-        QFETCH(int, order);
-        QCOMPARE(VXSortDescriptor::defaultComparison(a, b), order);
-        QCOMPARE(VXSortDescriptor::defaultComparison(b, a), -order);
     }
 
     // The stored form: magic, version, count, then each index in eight big-endian bytes.

@@ -198,20 +198,6 @@ private Q_SLOTS:
         QFETCH(bool, valid);
         QCOMPARE(URLDecodedString(input), valid ? std::optional(expected) : std::nullopt);
     }
-
-    void dates()
-    {
-        const QDateTime date(QDate(2001, 1, 2), QTime(15, 4, 5));
-        using S = DateFormatterStyle;
-        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        QCOMPARE(stringFromDate(date), u"Jan 2, 2001, 3:04 PM"_s);
-        QCOMPARE(stringFromDate(date, S::MediumStyle, S::LongStyle),
-                 u"January 2, 2001, 3:04:05 PM"_s);
-        QCOMPARE(stringFromDate(QDateTime()), QString());
-        QCOMPARE(
-            withGermanLocale([&] { return stringFromDate(date, S::ShortStyle, S::FullStyle); }),
-            u"Dienstag, 2. Januar 2001, 15:04"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestStrings)
