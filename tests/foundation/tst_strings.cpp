@@ -38,13 +38,6 @@ bool makeLocale(const QString &folder)
            localedef.exitCode() <= 1 && QFile::exists(folder + u"/LC_NUMERIC"_s);
 }
 
-QString withGermanLocale(const std::function<QString()> &call)
-{
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    const QString result = call();
-    QLocale::setDefault(QLocale::c());
-    return result;
-}
 } // namespace
 
 class TestStrings : public QObject
@@ -81,9 +74,13 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         QCOMPARE(text(size), expected);
         // Binary sizes follow the user's decimal separator, decimal ones keep the point.
-        if (text != stringWithNumberOfDays)
-            QCOMPARE(withGermanLocale([=] { return text(size); }),
+        if (text != stringWithNumberOfDays) {
+            QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+            const QString german = text(size);
+            QLocale::setDefault(QLocale::c());
+            QCOMPARE(german,
                      text == stringWithBinaryFileSize ? expected.replace(u'.', u',') : expected);
+        }
     }
 
     // The unit strings are looked up once per process, so the German ones are checked in a
