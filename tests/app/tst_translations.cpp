@@ -50,9 +50,9 @@ TsFile readTs(const QString &path)
     return ts;
 }
 
-QString translationsFolder()
+QDir translations()
 {
-    return qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/resources/translations");
+    return QDir(qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/resources/translations"));
 }
 
 // The mnemonic letter of a control text ("&&" is a literal ampersand); empty without one.
@@ -84,11 +84,10 @@ private Q_SLOTS:
     void files_data()
     {
         QTest::addColumn<QString>("path");
-        const QStringList files =
-            QDir(translationsFolder()).entryList({QStringLiteral("*.ts")}, QDir::Files);
+        const QStringList files = translations().entryList({QStringLiteral("*.ts")}, QDir::Files);
         QVERIFY(files.size() >= 12); // three groups, four languages at least
         for (const QString &file : files)
-            QTest::newRow(qPrintable(file)) << QDir(translationsFolder()).filePath(file);
+            QTest::newRow(qPrintable(file)) << translations().filePath(file);
     }
 
     void files()
@@ -146,10 +145,10 @@ private Q_SLOTS:
 
         QMap<QString, QString> expected;
         const QStringList files =
-            QDir(translationsFolder()).entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
+            translations().entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
         for (const QString &file : files) {
             const QString lang = QFileInfo(file).completeBaseName().section(u'_', 1);
-            const TsFile ts = readTs(QDir(translationsFolder()).filePath(file));
+            const TsFile ts = readTs(translations().filePath(file));
             QCOMPARE(ts.messages.size(), 1);
             expected.insert(lang == QLatin1String("en") ? QString() : lang,
                             ts.messages.first().translation);
