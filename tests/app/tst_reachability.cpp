@@ -49,7 +49,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("probes");
         using N = QList<quint32>;
         const N none;
-        QTest::newRow("first: reachable") << true << R << 404 << none << true << 0 << 0;
+        // Bits other than the two that count change nothing.
         QTest::newRow("first: reachable + other bits")
             << true << (R | 1u | 8u | 0x10000u) << 404 << none << true << 0 << 0;
         QTest::newRow("first: connection required")

@@ -32,11 +32,6 @@ QStringList words(const char *text)
     return QString::fromUtf8(text).split(QLatin1Char(' '));
 }
 
-QString fromView(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
 // Whether the removal takes path away, by the uninstaller's own item table: the item itself
 // with everything below it, or every name that begins with a prefix item.
 bool isSuiteItem(const QString &path, bool systemWide)
@@ -48,13 +43,14 @@ bool isSuiteItem(const QString &path, bool systemWide)
     };
     if (systemWide)
         return std::ranges::any_of(VXSuiteItems::kSystemWidePaths, [&](std::string_view item) {
-            return covers(fromView(item), false);
+            return covers(QString::fromUtf8(item), false);
         });
     return std::ranges::any_of(VXSuiteItems::kUserItems, [&](const VXSuiteItems::UserItem &item) {
         const QString base = item.base == VXSuiteItems::Base::UserLibrary
                                  ? kUserHome + QStringLiteral("/Library/")
                                  : QStringLiteral("/Library/Caches/");
-        return covers(base + fromView(item.relative), item.how == VXSuiteItems::How::ByPrefix);
+        return covers(base + QString::fromUtf8(item.relative),
+                      item.how == VXSuiteItems::How::ByPrefix);
     });
 }
 
