@@ -125,6 +125,33 @@ private Q_SLOTS:
         QCOMPARE(seen, expected);
     }
 
+    // Every translatable text of the window's description is in its English strings under
+    // the description's class, the context the loader translates it in; files() then holds
+    // every language to those strings.
+    void windowDescription()
+    {
+        QSet<QString> sources;
+        for (const Message &m :
+             readTs(translations().filePath(QStringLiteral("window_en.ts"))).messages)
+            if (m.context == u"SurveyWindow")
+                sources.insert(m.source);
+        QFile ui(qEnvironmentVariable("QV_SOURCE_DIR") +
+                 QStringLiteral("/resources/ui/SurveyWindow.ui"));
+        QVERIFY(ui.open(QIODevice::ReadOnly));
+        QXmlStreamReader xml(&ui);
+        int texts = 0;
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement || xml.name() != u"string" ||
+                xml.attributes().value(QLatin1String("notr")) == u"true")
+                continue;
+            const QString text = xml.readElementText();
+            QVERIFY2(sources.contains(text), qPrintable(text));
+            ++texts;
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QVERIFY(texts >= 30);
+    }
+
     // polkit shows the policy's own texts: one message per language we translate, each the
     // removal strings' translation of the English prompt.
     void policyPrompt()
