@@ -122,9 +122,8 @@ private Q_SLOTS:
         QFETCH(quint32, flags);
         VXNetlinkReachability backend;
         QCOMPARE(backend.createTarget(host), target);
-        if (!target)
-            return;
-        QCOMPARE(backend.currentFlags(), flags);
+        if (target)
+            QCOMPARE(backend.currentFlags(), flags);
     }
 };
 

@@ -104,9 +104,7 @@ private Q_SLOTS:
         QTest::newRow("pieces out of order")
             << QStringLiteral("rm -rf '/Library/Caches/com.varnix.Quorvelle'; ") + piece + tail;
         QTest::newRow("other path") << QStringLiteral("rm -rf '/'; ") + tail;
-        QTest::newRow("quote breaking out")
-            << QStringLiteral("rm -rf '/Library/Application Support/Quorvelle'; touch %1 '; ") +
-                   tail;
+        QTest::newRow("quote breaking out") << piece + QStringLiteral("touch %1 '; ") + tail;
     }
     // Refused text: a message on standard error, a non-zero exit, and nothing run. Only
     // refusals are tried here: an accepted command would remove the real machine's items.
