@@ -18,13 +18,6 @@ namespace {
 const QString kAccountHost = QStringLiteral("account.brelltan.net");
 using B = TestHttpsServer::Behaviour;
 
-// Runs the event loop until the queued quit of proceedUninstall arrives; 0 when it did.
-int awaitQuitRequest()
-{
-    QTimer::singleShot(15000, QCoreApplication::instance(), [] { QCoreApplication::exit(99); });
-    return QCoreApplication::exec();
-}
-
 } // namespace
 
 class TestSubmission : public QObject
@@ -85,7 +78,9 @@ private Q_SLOTS:
         controller.setUninstallingReason(3);
         controller.uninstall();
         VXUninstallSurveyController::setSubmissionTimeoutForTesting(60000);
-        QCOMPARE(awaitQuitRequest(), 0);
+        // The event loop runs until the queued quit of proceedUninstall arrives.
+        QTimer::singleShot(15000, &controller, [] { QCoreApplication::exit(99); });
+        QCOMPARE(QCoreApplication::exec(), 0);
 
         QVERIFY(server.requests.size() >= qMin(maxRequests, 1));
         QVERIFY(server.requests.size() <= maxRequests);
