@@ -134,15 +134,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("items");
         QTest::addColumn<QString>("log");
 
-        const QString p7 =
-            QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
         const QString other = QStringLiteral("/Library/LaunchDaemons/org.other.plist\n");
         QTest::newRow("nothing installed") << other + QStringLiteral(R"(
 /Library/Application Support/Quorvelle2/
 /Library/Caches/com.varnix.Quorvelle -> /outside/gone)")
                                            << QString();
         QTest::newRow("only one daemon folder")
-            << other + p7 + QStringLiteral("|/run.sh")
+            << other + QStringLiteral("/Library/LaunchDaemons/"
+                                      "net.brelltan.Quorvelle.plugin.AntiTheft.daemon|/run.sh")
             << QStringLiteral("Command: ") + expectedCommand(1 << 6);
 
         // In the command's order; links inside are removed, never followed.

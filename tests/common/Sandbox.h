@@ -21,8 +21,7 @@ public:
     {
         bool finished = false; // false: it did not start or ran past the time-out
         int exitCode = -1;
-        QByteArray standardOutput;
-        QByteArray standardError;
+        QByteArray standardOutput, standardError;
     };
 
     // True when bubblewrap is installed and can build a sandbox here.

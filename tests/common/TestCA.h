@@ -22,7 +22,6 @@ public:
     void trustInThisProcess() const;
 
 private:
-    QSslCertificate _ca;
-    QSslCertificate _serverCertificate;
+    QSslCertificate _ca, _serverCertificate;
     QSslKey _serverKey;
 };
