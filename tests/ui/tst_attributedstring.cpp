@@ -12,8 +12,6 @@
 using namespace Qt::StringLiterals;
 using namespace VXShortcuts;
 
-using Tags = QList<QPair<QString, QString>>;
-
 namespace {
 VXAttributes attrs(const QString &name, const QVariant &value)
 {
@@ -98,25 +96,6 @@ private Q_SLOTS:
         }
     }
 
-    // Each tag's attributes merged into its content, overlapping and enclosed tags too.
-    void unfoldTagsWithAttributtes()
-    {
-        for (auto [text, after, maskA, maskB] :
-             {std::tuple{u"<b>ab</b>-<b>cd</b>"_s, u"ab-cd"_s, u"xx-xx"_s, u"-----"_s},
-              {u"<b>x<i>y</b>z</i>"_s, u"xyz"_s, u"xx-"_s, u"-xx"_s},
-              {u"<i>a<b>b</b>c</i>"_s, u"abc"_s, u"-x-"_s, u"xxx"_s},
-              {u"ok <b>rest"_s, u"ok rest"_s, u"---xxxx"_s, u"-------"_s},
-              {u"nothing"_s, u"nothing"_s, u"-------"_s, u"-------"_s}}) {
-            VXAttributedString s(text, attrs(u"base"_s, 7));
-            VXShortcuts::unfoldTagsWithAttributtes(
-                s, {{u"b"_s, attrs(A, 1)}, {u"i"_s, attrs(B, 2)}, {u"u"_s, attrs(B, 3)}});
-            QCOMPARE(s.string(), after);
-            QCOMPARE(mask(s, A), maskA);
-            QCOMPARE(mask(s, B), maskB);
-            QCOMPARE(mask(s, u"base"_s), QString(after.size(), u'x'));
-        }
-    }
-
     void runsMergeSplitAndReplace()
     {
         VXAttributedString s(u"abcdef"_s);
@@ -168,34 +147,6 @@ private Q_SLOTS:
         QCOMPARE(fontAt(s, 0).fontName(), u"HelveticaNeue-Bold"_s);
     }
 
-    void wholeStringSetters()
-    {
-        VXAttributedString s(u"one\ntwo"_s);
-        VXParagraphStyle truncating;
-        truncating.lineBreakMode = VXLineBreakByTruncatingTail;
-        s.addAttribute(VXParagraphStyleAttributeName, QVariant::fromValue(truncating), {0, 3});
-        setAlignment(s, VXCenterTextAlignment);
-        const auto styleAt = [&](int i) {
-            return s.attributeAtIndex(VXParagraphStyleAttributeName, i).value<VXParagraphStyle>();
-        };
-        QCOMPARE(styleAt(0).alignment, std::uint64_t(VXCenterTextAlignment));
-        QCOMPARE(styleAt(0).lineBreakMode, std::uint64_t(VXLineBreakByTruncatingTail));
-        QCOMPARE(styleAt(6).alignment, std::uint64_t(VXCenterTextAlignment));
-        setColor(s, VXColor::redColor());
-        setUnderlinedStyle(s, 9);
-        VXRange effective;
-        QCOMPARE(s.attributeAtIndex(VXForegroundColorAttributeName, 4, &effective).value<VXColor>(),
-                 VXColor::redColor());
-        QCOMPARE(effective, (VXRange{0, 7}));
-        QCOMPARE(s.attributeAtIndex(VXUnderlineStyleAttributeName, 0).toLongLong(), 9);
-
-        VXAttributedString plain(u"xyz"_s);
-        setFontSize(plain, 8);
-        QCOMPARE(plain.attributeAtIndex(VXFontAttributeName, 0, &effective).value<VXFont>(),
-                 VXFont::systemFontOfSize(8));
-        QCOMPARE(effective, (VXRange{0, 3}));
-    }
-
     void constructors()
     {
         QVERIFY(!attributedStringWithString(std::nullopt, {}));
@@ -238,23 +189,6 @@ private Q_SLOTS:
                      .value<VXParagraphStyle>()
                      .alignment,
                  std::uint64_t(VXCenterTextAlignment));
-    }
-
-    // Later keys see the output of earlier ones, not the other way round.
-    void templates()
-    {
-        for (auto [tags, text, boldMask] :
-             {std::tuple{Tags{{u"%A%"_s, u"<b>%B%</b>"_s}, {u"%B%"_s, u"x"_s}}, u"x and x"_s,
-                         u"x------"_s},
-              {Tags{{u"%B%"_s, u"x"_s}, {u"%A%"_s, u"<b>%B%</b>"_s}}, u"%B% and x"_s,
-               u"xxx------"_s}}) {
-            const auto s = attributedStringWithTemplate(u"%A% and %B%"_s, tags);
-            QCOMPARE(s->string(), text);
-            QString bold;
-            for (std::uint64_t i = 0; i < s->length(); ++i)
-                bold += fontAt(*s, int(i)).isBold() ? u'x' : u'-';
-            QCOMPARE(bold, boldMask);
-        }
     }
 
     // Qt's own metrics are the oracle for the size of a one-font text.
