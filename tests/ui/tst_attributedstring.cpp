@@ -191,34 +191,6 @@ private Q_SLOTS:
                  std::uint64_t(VXCenterTextAlignment));
     }
 
-    // Qt's own metrics are the oracle for the size of a one-font text.
-    void geometry()
-    {
-        const VXFont font = VXFont::systemFontOfSize(15);
-        const QFontMetricsF metrics(font.qfont());
-        const VXAttributes inFont{{VXFontAttributeName, QVariant::fromValue(font)}};
-        const VXAttributedString s(u"hello world"_s, inFont);
-        const QSizeF oneLine = VXGeometry::sizeForWidth(s, 0);
-        QCOMPARE(oneLine.width(), metrics.horizontalAdvance(u"hello world"_s));
-        QCOMPARE(oneLine.height(), metrics.lineSpacing());
-        const double narrow = metrics.horizontalAdvance(u"hello "_s) + 1;
-        const QSizeF wrapped = VXGeometry::sizeForWidth(s, narrow);
-        QCOMPARE(wrapped.height(), 2 * metrics.lineSpacing());
-        QVERIFY(wrapped.width() <= narrow);
-        QCOMPARE(VXGeometry::heightForWidth(s, narrow), wrapped.height());
-
-        const VXAttributedString two(u"one\ntwo"_s, inFont);
-        QCOMPARE(VXGeometry::sizeForHeight(two, 0).height(), 2 * metrics.lineSpacing());
-        QCOMPARE(VXGeometry::sizeForHeight(two, 1.5 * metrics.lineSpacing()).height(),
-                 metrics.lineSpacing());
-        QCOMPARE(VXGeometry::widthForHeight(two, 0), std::max(metrics.horizontalAdvance(u"one"_s),
-                                                              metrics.horizontalAdvance(u"two"_s)));
-        // Without line fragments the origin is the baseline: the box starts the ascent above.
-        QCOMPARE(s.boundingRectWithSize({0, 0}, 0), QRectF(QPointF(0, -metrics.ascent()), oneLine));
-        QCOMPARE(VXGeometry::sizeForWidth(std::nullopt, 100), QSizeF(0, 0));
-        QCOMPARE(VXGeometry::sizeForHeight(std::nullopt, 100), QSizeF(0, 0));
-    }
-
     // Centred ink around the middle; a long title cut to one line inside its rectangle,
     // ending in the ellipsis Qt draws for U+2026, in the colour of the text before it.
     void drawingCentredAndTruncated()

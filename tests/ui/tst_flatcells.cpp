@@ -255,19 +255,6 @@ private Q_SLOTS:
             QCOMPARE((QRegion(matrix->rect()) - recorder.painted).isEmpty(), kit);
         }
     }
-
-    // The check box's title font follows the control size it was loaded with.
-    void checkboxTitleFont()
-    {
-        for (auto [controlSize, pointSize] : {std::pair{0, 12.0}, {1, 11.0}, {2, 9.0}, {5, 0.0}}) {
-            ButtonCellCoding coding;
-            coding.controlSize = controlSize;
-            const VXFlatCheckboxButtonCell cell(coding);
-            QCOMPARE(cell.titleFont()->pointSize(), pointSize);
-            QCOMPARE(cell.titleColor(), std::optional<VXColor>(VXColor::blackColor()));
-        }
-        QVERIFY(!VXFlatCheckboxButtonCell().titleFont());
-    }
 };
 
 QTEST_MAIN(tst_FlatCells)

@@ -1,11 +1,9 @@
 #include "VXAttributedString.h"
-#include "VXConvenienceMethods.h"
 #include "VXQuorvelleExtension.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
-#include <QSplitter>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QTest>
@@ -144,31 +142,6 @@ private Q_SLOTS:
         QCOMPARE(QuorvelleExtension::shouldHandleEvent(table, &event), expected);
         QCOMPARE(delegate.asked, 1); // asked on every call, whatever the answer
         setApplicationDelegate(nullptr);
-    }
-
-    // Side by side: the right edge of the last open pane up to the index; stacked: its
-    // bottom edge. Handles 4 wide.
-    void dividerPosition()
-    {
-        const auto h = Qt::Horizontal;
-        for (auto [orientation, sizes, index, expected] :
-             {std::tuple{h, QList<int>{50, 0, 142}, 1, 50.0},
-              {h, {50, 60, 82}, 1, 114.0},
-              {Qt::Vertical, {30, 40, 122}, 1, 74.0},
-              {h, {0, 0, 192}, 1, 0.0},
-              {h, {50, 60, 82}, -1, 0.0},
-              {h, {50, 60, 82}, 3, 0.0}}) {
-            QSplitter splitter{orientation};
-            splitter.setHandleWidth(4);
-            for (int i = 0; i < 3; ++i)
-                splitter.addWidget(new QWidget);
-            splitter.resize(200, 200);
-            splitter.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&splitter));
-            splitter.setSizes(sizes);
-            QCOMPARE(splitter.sizes(), sizes);
-            QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
-        }
     }
 };
 
