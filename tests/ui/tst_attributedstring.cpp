@@ -147,27 +147,6 @@ private Q_SLOTS:
         QCOMPARE(fontAt(s, 0).fontName(), u"HelveticaNeue-Bold"_s);
     }
 
-    void constructors()
-    {
-        QVERIFY(!attributedStringWithString(std::nullopt, {}));
-        QCOMPARE(attributedStringWithString(u"x"_s, attrs(A, 1))->attributesAtIndex(0),
-                 attrs(A, 1));
-        const VXAttributedString link =
-            hyperlinkFromString(u"go"_s, QUrl(u"https://example.org/a b"_s), 14);
-        QCOMPARE(link.attributeAtIndex(VXLinkAttributeName, 1).toString(),
-                 u"https://example.org/a%20b"_s);
-        QCOMPARE(link.attributeAtIndex(VXForegroundColorAttributeName, 0).value<VXColor>(),
-                 VXColor::blueColor());
-        QCOMPARE(link.attributeAtIndex(VXUnderlineStyleAttributeName, 0).toLongLong(), 1);
-        QCOMPARE(fontAt(link, 0), VXFont::systemFontOfSize(14));
-        QVERIFY(!hyperlinkFromString(u"go"_s, std::nullopt, 14)
-                     .attributesAtIndex(0)
-                     .contains(VXLinkAttributeName));
-        QCOMPARE(
-            htmlWrapperText(u"<b>x</b>"_s),
-            uR"(<?xml version="1.0" encoding="UTF-8"?><span style="font-family: Lucida Grande"><b>x</b></span>)"_s);
-    }
-
     void htmlReader()
     {
         const auto s = attributedStringWithHTMLString(

@@ -122,39 +122,6 @@ private Q_SLOTS:
         QVERIFY(near(at(image, 40, 12), Qt::blue));
     }
 
-    // The margins around what the standard cell asks for, with and without an image.
-    void cellSize()
-    {
-        // bordered, image left, width, margin
-        for (auto [bordered, image, width, margin] : {std::tuple{false, true, 200.0, 30.0},
-                                                      {false, false, 200.0, 20.0},
-                                                      {false, true, 25.0, 30.0},
-                                                      {true, true, 200.0, 20.0},
-                                                      {true, false, 15.0, 20.0}}) {
-            std::unique_ptr<ButtonCell> cell;
-            if (bordered)
-                cell = std::make_unique<VXFlatBorderedButtonCell>();
-            else
-                cell = std::make_unique<VXFlatButtonCell>();
-            ButtonCell standard;
-            for (ButtonCell *c : {cell.get(), &standard}) {
-                c->setTitle(
-                    QStringLiteral("A title that is long enough to wrap in a narrow button"));
-                if (image) {
-                    c->setImage(
-                        VXImageCreation::imageNamed(QStringLiteral("checkbox_mixed"), nullptr));
-                    c->setImagePosition(ButtonCell::ImageLeft);
-                }
-            }
-            const bool fits = width >= margin;
-            const QSizeF inner =
-                standard.cellSizeForBounds({0, 0, fits ? width - margin : width, 300});
-            QCOMPARE(cell->cellSizeForBounds({0, 0, width, 300}),
-                     fits ? QSizeF(inner.width() + margin, inner.height())
-                          : QSizeF(qMax(width, inner.width()), inner.height()));
-        }
-    }
-
     // Tick and dash where their points put them (drawn four times larger so the 2-point
     // strokes cover whole pixels), in their colours; the dash has no disabled colour.
     void checkMarks()
