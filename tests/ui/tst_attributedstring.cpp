@@ -147,29 +147,6 @@ private Q_SLOTS:
         QCOMPARE(fontAt(s, 0).fontName(), u"HelveticaNeue-Bold"_s);
     }
 
-    void htmlReader()
-    {
-        const auto s = attributedStringWithHTMLString(
-            u"a <b>bold</b> <a href=\"https://example.org/x\">link</a> &amp; <span style=\"font-family: Helvetica\">h</span>"_s);
-        QVERIFY(s);
-        QCOMPARE(s->string(), u"a bold link & h"_s);
-        QVERIFY(!fontAt(*s, 0).isBold());
-        QVERIFY(fontAt(*s, 3).isBold());
-        QCOMPARE(fontAt(*s, 0).pointSize(), 12.0);
-        QCOMPARE(s->attributeAtIndex(VXLinkAttributeName, 8).toUrl(),
-                 QUrl(u"https://example.org/x"_s));
-        QVERIFY(!s->attributesAtIndex(0).contains(VXLinkAttributeName));
-        // The wrapper's family is not installed here: the desktop's font stands in for it;
-        // a fragment's own family wins.
-        QCOMPARE(fontAt(*s, 0).familyName(), VXFont::systemFontOfSize(12).familyName());
-        QCOMPARE(fontAt(*s, 14).fontName(), u"Helvetica"_s);
-        const auto centred = attributedStringWithHTMLString(u"<p align=\"center\">c</p>"_s);
-        QCOMPARE(centred->attributeAtIndex(VXParagraphStyleAttributeName, 0)
-                     .value<VXParagraphStyle>()
-                     .alignment,
-                 std::uint64_t(VXCenterTextAlignment));
-    }
-
     // Centred ink around the middle; a long title cut to one line inside its rectangle,
     // ending in the ellipsis Qt draws for U+2026, in the colour of the text before it.
     void drawingCentredAndTruncated()
