@@ -1,7 +1,6 @@
 #include "VXAttributedString.h"
 #include "VXQuorvelleExtension.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -145,12 +144,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    // Two device pixels per point, as on a high-density screen.
-    qputenv("QT_SCALE_FACTOR", "2");
-    QApplication app(argc, argv);
-    TestViewHelpers test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TestViewHelpers)
 #include "tst_viewhelpers.moc"
