@@ -2,7 +2,6 @@
 #include "VXColorConvertion.h"
 #include "VXQuorvelleColor.h"
 
-#include <QApplication>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QTest>
