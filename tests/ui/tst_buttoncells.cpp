@@ -117,6 +117,8 @@ class tst_ButtonCells : public QObject
     }
 
 private Q_SLOTS:
+    // Drawing and loading artwork say nothing on the terminal.
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
     void initTestCase()
     {
         const QString d = _dir.path();
