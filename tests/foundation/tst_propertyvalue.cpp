@@ -242,6 +242,7 @@ private Q_SLOTS:
         row("0.5, 0", 0.5, qint64(0), false, true);
         row("0, 0.5", qint64(0), 0.5, false);
         row("unsigned 2^63, -1", quint64(1) << 63, qint64(-1), false, true, quint64(1) << 63);
+        row("unsigned 2^64 - 1, -1", ~quint64(0), qint64(-1), false, true, ~quint64(0));
         // Dictionaries compare as values, whatever the order of their members.
         const PropertyDictionary xy{{u"x"_qs, 1}, {u"y"_qs, u"two"}};
         const PropertyValue yx = PropertyDictionary{{u"y"_qs, u"two"}, {u"x"_qs, 1}};
