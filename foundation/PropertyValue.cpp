@@ -183,8 +183,13 @@ bool PropertyValue::operator==(const PropertyValue &other) const
     if (isNumber() && other.isNumber()) {
         if (type() == Type::Double || other.type() == Type::Double)
             return toDouble() == other.toDouble();
-        if (type() == Type::UnsignedInteger || other.type() == Type::UnsignedInteger)
-            return toUInt64() == other.toUInt64() && (toInt64() >= 0) == (other.toInt64() >= 0);
+        if (type() == Type::UnsignedInteger || other.type() == Type::UnsignedInteger) {
+            // Only a signed integer can be below zero: an unsigned one above 2^63 reads back
+            // negative through toInt64(), and -1 would then equal 2^64 - 1.
+            const bool negative = type() == Type::Integer && word<qint64>() < 0;
+            const bool otherNegative = other.type() == Type::Integer && other.word<qint64>() < 0;
+            return negative == otherNegative && toUInt64() == other.toUInt64();
+        }
         return toInt64() == other.toInt64();
     }
     if (type() != other.type())

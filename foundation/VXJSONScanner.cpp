@@ -258,30 +258,6 @@ bool VXJSONScanner::scanString(QStringView literal)
     return true;
 }
 
-bool VXJSONScanner::scanUpToString(QStringView literal)
-{
-    const qsizetype start = skippedLocation();
-    qsizetype found = QStringView(m_units, m_length).indexOf(literal, start, Qt::CaseInsensitive);
-    if (found < 0)
-        found = m_length;
-    m_location = found;
-    return found > start;
-}
-
-bool VXJSONScanner::scanCharactersFromSet(CharacterSet set, QStringView *into)
-{
-    const qsizetype start = skippedLocation();
-    qsizetype i = start;
-    while (i < m_length && set && set(m_units[i]))
-        ++i;
-    if (i == start)
-        return false;
-    if (into)
-        *into = QStringView(m_units + start, i - start);
-    m_location = i;
-    return true;
-}
-
 // The text's units of the kind the operations are instantiated for.
 template <> inline const char16_t *VXJSONScanner::units<char16_t>() const
 {

@@ -128,8 +128,6 @@ public:
     // Generic scanning. Each skips the characters to be skipped first; on failure the
     // scan location is left where it was.
     bool scanString(QStringView literal);
-    bool scanUpToString(QStringView literal);
-    bool scanCharactersFromSet(CharacterSet set, QStringView *into = nullptr);
     bool scanDouble(double *value);
 
     // JSON scanning. Out-slots are written only on success, and only if given.

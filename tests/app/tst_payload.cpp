@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,14 +24,6 @@ const QByteArray kMissing = "<missing file>";
 const char *const kFlags[] = {"notDisclosedPrice",    "priceTooHigh",       "uselessSoftware",
                               "tooComplexToUse",      "slowedDownComputer", "slowSupportResponse",
                               "unprofessionalSupport"};
-
-int flagsSet(const VXUninstallSurveyController &c)
-{
-    int n = 0;
-    for (const char *flag : kFlags)
-        n += c.property(flag).toBool() ? 1 : 0;
-    return n;
-}
 
 const QByteArray kSurveyOnly =
     R"({"comment":"","other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})";
@@ -52,224 +43,159 @@ class TestPayload : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void answersFollowTheReason_data();
-    void answersFollowTheReason();
-    void payload_data();
-    void payload();
-    void informationFileBounds_data();
-    void informationFileBounds();
-
-private:
     QTemporaryDir _dir;
+
+private Q_SLOTS:
+    void payload_data()
+    {
+        QTest::addColumn<QByteArray>("info");
+        QTest::addColumn<quint64>("reason");
+        QTest::addColumn<bool>("flags");
+        QTest::addColumn<QString>("comment");
+        QTest::addColumn<QByteArray>("expected"); // without "version"
+
+        // Flags and comment are set after the reason; the survey keys always go out.
+        const auto survey = [](const QByteArray &extra) {
+            QJsonObject o = parse(kSurveyOnly);
+            const QJsonObject e = parse(extra);
+            for (auto it = e.begin(); it != e.end(); ++it)
+                o.insert(it.key(), it.value());
+            return QJsonDocument(o).toJson(QJsonDocument::Compact);
+        };
+        QTest::newRow("price, flags") << kNoPath << quint64(2) << true << QString()
+                                      << survey(R"({"fairPrice":1,"easeofUse":1,"comment":"",
+                "priceIssues":{"priceNotDisclosedBeforeInstall":1,"priceTooHigh":1}})");
+        QTest::newRow("marketing") << kNoPath << quint64(3) << true << QString()
+                                   << survey(R"({"marketingIssues":1,"easeofUse":1})");
+        QTest::newRow("features, flags") << kNoPath << quint64(4) << true << QString()
+                                         << survey(R"({"featureSatisfaction":1,"easeofUse":1,
+                "featureIssues":{"featuresUnused":1,"easeofUse":1,"computerSlowedDown":1}})");
+        QTest::newRow("support, flags") << kNoPath << quint64(5) << true << QString()
+                                        << survey(R"({"supportQuality":1,"easeofUse":1,
+                "supportIssues":{"slowResponse":1,"unprofessionalSupport":1}})");
+
+        const QByteArray full =
+            R"({"userName":"ann","comment":"old","version":"0.1","priceIssues":{"x":1},"extra":[1,"two"]})";
+        QTest::newRow("file keys kept, survey keys replaced")
+            << full << quint64(1) << false << QStringLiteral("new")
+            << QByteArray(
+                   R"({"userName":"ann","comment":"new","priceIssues":{"x":1},"extra":[1,"two"],
+                "other":1,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
+        QTest::newRow("file's priceIssues replaced for the price reason")
+            << full << quint64(2) << false << QString()
+            << QByteArray(R"({"userName":"ann","comment":"","priceIssues":{},"extra":[1,"two"],
+                "other":0,"fairPrice":1,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
+        QTest::newRow("user name named like a survey key survives")
+            << QByteArray(R"({"userName":"x","other":"file"})") << quint64(5) << false << QString()
+            << QByteArray(R"({"userName":"x","supportIssues":{},"comment":"",
+                "other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":1})");
+        const QList<QPair<const char *, QByteArray>> surveyOnly = {
+            {"an array", "[1,2,3]"},
+            {"text that is no JSON", "no json at all"},
+            {"invalid UTF-8", "{\"userName\":\"\xff\xfe\"}"},
+            {"a missing file", kMissing},
+        };
+        for (const auto &[label, info] : surveyOnly) {
+            QTest::addRow("only survey keys from %s", label)
+                << info << quint64(0) << false << QString() << kSurveyOnly;
+        }
+    }
+
+    void payload()
+    {
+        QFETCH(QByteArray, info);
+        QFETCH(quint64, reason);
+        QFETCH(bool, flags);
+        QFETCH(QString, comment);
+        QFETCH(QByteArray, expected);
+
+        VXUninstallSurveyController controller;
+        QString path;
+        if (info == kMissing) {
+            path = _dir.filePath(QStringLiteral("does-not-exist.json"));
+        } else if (info != kNoPath) {
+            path = _dir.filePath(QStringLiteral("info.json"));
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            file.write(info);
+        }
+        if (!path.isNull())
+            QVERIFY(controller.applicationOpenFile(path));
+
+        controller.setUninstallingReason(reason);
+        const bool readable = !path.isNull() && info != kMissing && !info.contains('\xff');
+        QCOMPARE(controller.uninstallInfo(),
+                 readable ? QString::fromUtf8(info) : QStringLiteral("{}"));
+        // Flags and comment after the reason: choosing a reason clears them.
+        controller.setComment(comment);
+        for (const char *flag : kFlags)
+            QVERIFY(controller.setProperty(flag, flags));
+
+        const QString version =
+            VXThreadSafety::threadSafeMainBundle()
+                ->objectForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString"))
+                .value_or(PropertyValue())
+                .toString();
+        QVERIFY(!version.isEmpty());
+        QJsonObject want = parse(expected);
+        want.insert(QStringLiteral("version"), version);
+
+        const QJsonObject wire = parse(JSON::JSONString(controller.uninstallData()).toUtf8());
+        QCOMPARE(wire, want);
+    }
+
+    void informationFileBounds_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("expected"); // what uninstallInfo() gives, as UTF-8
+
+        const auto file = [this](const char *name, const QByteArray &content) {
+            const QString path = _dir.filePath(QLatin1String(name));
+            QFile f(path);
+            if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+                f.write(content);
+            return path;
+        };
+        // No real information file comes near 64 MiB: that much is read whole, one byte more
+        // than the bound is refused.
+        const qint64 large = 64 * 1024 * 1024;
+        const QByteArray atLimit = "{\"a\":\"" + QByteArray(large - 8, 'x') + "\"}";
+        QTest::newRow("64 MiB, the bound") << file("limit.json", atLimit) << atLimit;
+        const QByteArray over(VXUninstallSurveyController::kUninstallInfoMaxSize + 1, ' ');
+        QTest::newRow("one byte more than the bound")
+            << file("over.json", over) << QByteArray("{}");
+        const QString link = _dir.filePath(QStringLiteral("link.json"));
+        QFile::link(file("small.json", "{\"b\":1}"), link);
+        QTest::newRow("link to a file") << link << QByteArray("{\"b\":1}");
+        // The kernel reports no size for it: the text is read to its end all the same, as Qt
+        // reads it.
+        QFile procFile(QStringLiteral("/proc/version"));
+        if (procFile.open(QIODevice::ReadOnly))
+            QTest::newRow("file whose size shows as 0")
+                << procFile.fileName() << procFile.readAll();
+        // Its first page is never mapped: the read fails.
+        QTest::newRow("file that fails to read")
+            << QStringLiteral("/proc/self/mem") << QByteArray("{}");
+        QTest::newRow("folder") << _dir.path() << QByteArray("{}");
+        QTest::newRow("endless device") << QStringLiteral("/dev/zero") << QByteArray("{}");
+        const QString fifo = _dir.filePath(QStringLiteral("info.fifo"));
+        ::mkfifo(QFile::encodeName(fifo).constData(), 0600);
+        // No writer ever comes: a blocking open would hang here until the test's time-out.
+        QTest::newRow("FIFO without a writer") << fifo << QByteArray("{}");
+    }
+
+    void informationFileBounds()
+    {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, expected);
+        VXUninstallSurveyController controller;
+        controller.applicationOpenFile(path);
+        const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+        const uint before = openFiles();
+        QCOMPARE(controller.uninstallInfo().toUtf8(), expected);
+        QCOMPARE(openFiles(), before); // nothing is left open
+    }
 };
-
-void TestPayload::answersFollowTheReason_data()
-{
-    QTest::addColumn<quint64>("from");
-    QTest::addColumn<quint64>("to");
-    QTest::newRow("same reason keeps the answers") << quint64(2) << quint64(2);
-    QTest::newRow("2 to 4 discards") << quint64(2) << quint64(4);
-    QTest::newRow("back to none discards") << quint64(5) << quint64(0);
-    QTest::newRow("codes outside the table are stored") << quint64(0) << quint64(9);
-}
-
-// A new reason discards the answers given for the old one before anyone hears of the new
-// reason; the same reason again keeps them. Only real changes are announced, once each, and
-// an empty comment is an answer that no comment (null) is not.
-void TestPayload::answersFollowTheReason()
-{
-    QFETCH(quint64, from);
-    QFETCH(quint64, to);
-    const int resets = from != to ? 1 : 0;
-    VXUninstallSurveyController c;
-    QCOMPARE(flagsSet(c), 0);
-    QVERIFY(c.comment().isNull() && !c.isReasonSelected());
-    c.setUninstallingReason(from);
-    for (const char *flag : kFlags)
-        c.setProperty(flag, true);
-    c.setComment(QStringLiteral("zu teuer – wirklich"));
-
-    using C = VXUninstallSurveyController;
-    QSignalSpy reasonSpy(&c, &C::uninstallingReasonChanged);
-    QSignalSpy selectedSpy(&c, &C::reasonSelectedChanged);
-    QSignalSpy commentSpy(&c, &C::commentChanged);
-    QSignalSpy flagSpy(&c, &C::priceTooHighChanged);
-    int flagsSeen = -1;
-    quint64 reasonAtReset = 0;
-    connect(&c, &C::uninstallingReasonChanged, &c, [&] { flagsSeen = flagsSet(c); });
-    connect(&c, &C::priceTooHighChanged, &c, [&] { reasonAtReset = c.uninstallingReason(); });
-    c.setUninstallingReason(to);
-
-    QCOMPARE(c.uninstallingReason(), to);
-    QCOMPARE(c.isReasonSelected(), to != 0);
-    QCOMPARE(flagsSet(c), resets ? 0 : 7);
-    QCOMPARE(c.comment().isNull(), bool(resets));
-    for (QSignalSpy *spy : {&reasonSpy, &selectedSpy, &commentSpy, &flagSpy})
-        QCOMPARE(spy->count(), resets);
-    if (resets) {
-        QCOMPARE(selectedSpy.first().first().toBool(), to != 0);
-        QCOMPARE(flagsSeen, 0);
-        QCOMPARE(reasonAtReset, to);
-    }
-    c.setPriceTooHigh(c.priceTooHigh());
-    c.setComment(c.comment());
-    QCOMPARE(flagSpy.count() + commentSpy.count(), 2 * resets);
-    c.setComment(QStringLiteral(""));
-    QCOMPARE(commentSpy.count(), resets + 1);
-}
-
-void TestPayload::payload_data()
-{
-    QTest::addColumn<QByteArray>("info");
-    QTest::addColumn<quint64>("reason");
-    QTest::addColumn<bool>("flags");
-    QTest::addColumn<QString>("comment");
-    QTest::addColumn<QByteArray>("expected"); // without "version"
-
-    // Flags and comment are set after the reason; the survey keys always go out.
-    const auto survey = [](const QByteArray &extra) {
-        QJsonObject o = parse(kSurveyOnly);
-        const QJsonObject e = parse(extra);
-        for (auto it = e.begin(); it != e.end(); ++it)
-            o.insert(it.key(), it.value());
-        return QJsonDocument(o).toJson(QJsonDocument::Compact);
-    };
-    QTest::newRow("no reason") << kNoPath << quint64(0) << false << QString() << kSurveyOnly;
-    QTest::newRow("other, comment and flag")
-        << kNoPath << quint64(1) << true << QStringLiteral("why")
-        << survey(R"({"other":1,"comment":"why","easeofUse":1})");
-    QTest::newRow("price, no flag") << kNoPath << quint64(2) << false << QString()
-                                    << survey(R"({"fairPrice":1,"priceIssues":{}})");
-    QTest::newRow("price, flags") << kNoPath << quint64(2) << true << QString()
-                                  << survey(R"({"fairPrice":1,"easeofUse":1,"comment":"",
-            "priceIssues":{"priceNotDisclosedBeforeInstall":1,"priceTooHigh":1}})");
-    QTest::newRow("marketing") << kNoPath << quint64(3) << true << QString()
-                               << survey(R"({"marketingIssues":1,"easeofUse":1})");
-    QTest::newRow("features, flags") << kNoPath << quint64(4) << true << QString()
-                                     << survey(R"({"featureSatisfaction":1,"easeofUse":1,
-            "featureIssues":{"featuresUnused":1,"easeofUse":1,"computerSlowedDown":1}})");
-    QTest::newRow("support, flags") << kNoPath << quint64(5) << true << QString()
-                                    << survey(R"({"supportQuality":1,"easeofUse":1,
-            "supportIssues":{"slowResponse":1,"unprofessionalSupport":1}})");
-
-    const QByteArray full =
-        R"({"userName":"ann","comment":"old","version":"0.1","priceIssues":{"x":1},"extra":[1,"two"]})";
-    QTest::newRow("file keys kept, survey keys replaced")
-        << full << quint64(1) << false << QStringLiteral("new")
-        << QByteArray(R"({"userName":"ann","comment":"new","priceIssues":{"x":1},"extra":[1,"two"],
-            "other":1,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
-    QTest::newRow("file's priceIssues replaced for the price reason")
-        << full << quint64(2) << false << QString()
-        << QByteArray(R"({"userName":"ann","comment":"","priceIssues":{},"extra":[1,"two"],
-            "other":0,"fairPrice":1,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
-    QTest::newRow("user name named like a survey key survives")
-        << QByteArray(R"({"userName":"x","other":"file"})") << quint64(5) << false << QString()
-        << QByteArray(R"({"userName":"x","supportIssues":{},"comment":"",
-            "other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":1})");
-    const QList<QPair<const char *, QByteArray>> surveyOnly = {
-        {"an array", "[1,2,3]"},
-        {"text that is no JSON", "no json at all"},
-        {"invalid UTF-8", "{\"userName\":\"\xff\xfe\"}"},
-        {"a missing file", kMissing},
-    };
-    for (const auto &[label, info] : surveyOnly) {
-        QTest::addRow("only survey keys from %s", label)
-            << info << quint64(0) << false << QString() << kSurveyOnly;
-    }
-}
-
-void TestPayload::payload()
-{
-    QFETCH(QByteArray, info);
-    QFETCH(quint64, reason);
-    QFETCH(bool, flags);
-    QFETCH(QString, comment);
-    QFETCH(QByteArray, expected);
-
-    VXUninstallSurveyController controller;
-    QString path;
-    if (info == kMissing) {
-        path = _dir.filePath(QStringLiteral("does-not-exist.json"));
-    } else if (info != kNoPath) {
-        path = _dir.filePath(QStringLiteral("info.json"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(info);
-    }
-    if (!path.isNull())
-        QVERIFY(controller.applicationOpenFile(path));
-
-    controller.setUninstallingReason(reason);
-    const bool readable = !path.isNull() && info != kMissing && !info.contains('\xff');
-    QCOMPARE(controller.uninstallInfo(), readable ? QString::fromUtf8(info) : QStringLiteral("{}"));
-    // Flags and comment after the reason: choosing a reason clears them.
-    controller.setComment(comment);
-    for (const char *flag : kFlags)
-        QVERIFY(controller.setProperty(flag, flags));
-
-    const QString version =
-        VXThreadSafety::threadSafeMainBundle()
-            ->objectForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString"))
-            .value_or(PropertyValue())
-            .toString();
-    QVERIFY(!version.isEmpty());
-    QJsonObject want = parse(expected);
-    want.insert(QStringLiteral("version"), version);
-
-    const QJsonObject wire = parse(JSON::JSONString(controller.uninstallData()).toUtf8());
-    QCOMPARE(wire, want);
-}
-
-void TestPayload::informationFileBounds_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("expected"); // what uninstallInfo() gives, as UTF-8
-
-    const auto file = [this](const char *name, const QByteArray &content) {
-        const QString path = _dir.filePath(QLatin1String(name));
-        QFile f(path);
-        if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            f.write(content);
-        return path;
-    };
-    // No real information file comes near 64 MiB: that much is read whole, one byte more
-    // than the bound is refused.
-    const qint64 large = 64 * 1024 * 1024;
-    const QByteArray atLimit = "{\"a\":\"" + QByteArray(large - 8, 'x') + "\"}";
-    QTest::newRow("64 MiB, the bound") << file("limit.json", atLimit) << atLimit;
-    const QByteArray over(VXUninstallSurveyController::kUninstallInfoMaxSize + 1, ' ');
-    QTest::newRow("one byte more than the bound") << file("over.json", over) << QByteArray("{}");
-    const QString link = _dir.filePath(QStringLiteral("link.json"));
-    QFile::link(file("small.json", "{\"b\":1}"), link);
-    QTest::newRow("link to a file") << link << QByteArray("{\"b\":1}");
-    // The kernel reports no size for it: the text is read to its end all the same, as Qt
-    // reads it.
-    QFile procFile(QStringLiteral("/proc/version"));
-    if (procFile.open(QIODevice::ReadOnly))
-        QTest::newRow("file whose size shows as 0") << procFile.fileName() << procFile.readAll();
-    // Its first page is never mapped: the read fails.
-    QTest::newRow("file that fails to read")
-        << QStringLiteral("/proc/self/mem") << QByteArray("{}");
-    QTest::newRow("folder") << _dir.path() << QByteArray("{}");
-    QTest::newRow("endless device") << QStringLiteral("/dev/zero") << QByteArray("{}");
-    const QString fifo = _dir.filePath(QStringLiteral("info.fifo"));
-    ::mkfifo(QFile::encodeName(fifo).constData(), 0600);
-    // No writer ever comes: a blocking open would hang here until the test's time-out.
-    QTest::newRow("FIFO without a writer") << fifo << QByteArray("{}");
-}
-
-void TestPayload::informationFileBounds()
-{
-    QFETCH(QString, path);
-    QFETCH(QByteArray, expected);
-    VXUninstallSurveyController controller;
-    controller.applicationOpenFile(path);
-    const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
-    const uint before = openFiles();
-    QCOMPARE(controller.uninstallInfo().toUtf8(), expected);
-    QCOMPARE(openFiles(), before); // nothing is left open
-}
 
 QTEST_GUILESS_MAIN(TestPayload)
 #include "tst_payload.moc"

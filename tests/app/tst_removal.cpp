@@ -1,12 +1,16 @@
-// Removal of the suite against the real fixed paths inside a bubblewrap sandbox: /Library,
-// the home folder and an "outside" folder are test-owned temporary folders bound in. The
-// test re-runs itself inside, calls proceedUninstall() there and compares the trees.
+// The suite's removal: the privileged command as the removal composes it and as the
+// helper's gate lets it through, and the removal itself against the real fixed paths inside
+// a bubblewrap sandbox: /Library, the home folder and an "outside" folder are test-owned
+// temporary folders bound in. The test re-runs itself inside, calls proceedUninstall()
+// there and compares the trees.
 #include "LogCapture.h"
 #include "Sandbox.h"
+#include "VXSuiteItems.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -16,6 +20,29 @@
 #include <unistd.h>
 
 namespace {
+
+// The command as the removal writes it, spelled out here independently of the composer.
+QString expectedCommand(int mask)
+{
+    const QStringList paths = {
+        QStringLiteral("/Library/Application Support/Quorvelle"),
+        QStringLiteral("/Library/Caches/com.varnix.Quorvelle"),
+        QStringLiteral("/Library/LaunchDaemons/com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist"),
+        QStringLiteral("/Library/LaunchDaemons/com.varnix.Quorvelle.AntiVirus.plist"),
+        QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus"),
+        QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist"),
+        QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon"),
+        QStringLiteral(
+            "/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist")};
+    QString command;
+    for (int i = 0; i < paths.size(); ++i)
+        if (mask & (1 << i))
+            command += QStringLiteral("rm -rf '%1'; ").arg(paths.at(i));
+    return command +
+           QStringLiteral("launchctl remove com.varnix.Quorvelle.AntiVirus; launchctl remove "
+                          "com.varnix.Quorvelle.plugin.AntiTheft.daemon; launchctl remove "
+                          "net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
+}
 
 // Inside the sandbox: the removal as the window starts it; then wait until the detached
 // privileged shell is gone (pid 1 and we are left) and print the log lines.
@@ -44,7 +71,61 @@ class TestRemoval : public QObject
 {
     Q_OBJECT
 
+    QTemporaryDir _dir;
+
 private Q_SLOTS:
+    // Every command the removal can compose is one the helper accepts, and nothing else is.
+    void composedCommands()
+    {
+        QVERIFY(VXSuiteItems::composeCommand([](std::string_view) { return false; }).empty());
+        for (int mask = 1; mask < 256; ++mask) {
+            int index = 0;
+            const std::string composed = VXSuiteItems::composeCommand(
+                [&](std::string_view) { return (mask & (1 << index++)) != 0; });
+            QCOMPARE(QString::fromStdString(composed), expectedCommand(mask));
+            QVERIFY(VXSuiteItems::isComposedCommand(composed));
+        }
+    }
+
+    void helperRefuses_data()
+    {
+        QTest::addColumn<QString>("command");
+        const QString one = expectedCommand(1);
+        const QString piece = QStringLiteral("rm -rf '/Library/Application Support/Quorvelle'; ");
+        const QString tail = expectedCommand(0);
+        QTest::newRow("empty") << QString();
+        QTest::newRow("tail alone") << tail;
+        QTest::newRow("no tail") << piece;
+        QTest::newRow("another command") << QStringLiteral("touch %1");
+        QTest::newRow("appended command") << one + QStringLiteral("; touch %1");
+        QTest::newRow("prepended command") << QStringLiteral("touch %1; ") + one;
+        QTest::newRow("trailing line end") << one + u'\n';
+        QTest::newRow("piece twice") << piece + one;
+        QTest::newRow("pieces out of order")
+            << QStringLiteral("rm -rf '/Library/Caches/com.varnix.Quorvelle'; ") + piece + tail;
+        QTest::newRow("other path") << QStringLiteral("rm -rf '/'; ") + tail;
+        QTest::newRow("quote breaking out") << piece + QStringLiteral("touch %1 '; ") + tail;
+    }
+    // Refused text: a message on standard error, a non-zero exit, and nothing run. Only
+    // refusals are tried here: an accepted command would remove the real machine's items.
+    void helperRefuses()
+    {
+        QFETCH(QString, command);
+        const QString marker = _dir.filePath(QStringLiteral("ran"));
+        QFile::remove(marker);
+        command.replace(QStringLiteral("%1"), marker);
+        QVERIFY(!VXSuiteItems::isComposedCommand(command.toStdString()));
+        QProcess helper;
+        helper.start(QCoreApplication::applicationDirPath() +
+                         QStringLiteral("/quorvelle-privileged-helper"),
+                     {command});
+        QVERIFY(helper.waitForFinished(10000));
+        QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
+        QVERIFY(helper.exitCode() != 0);
+        QVERIFY(helper.readAllStandardError().contains("refused"));
+        QVERIFY(!QFile::exists(marker));
+    }
+
     // Items are "path" (a file), "path/" (a folder) or "path -> target" (a link), one a
     // line; "~" is the home folder inside. What precedes a "|" must be gone afterwards, with
     // all it holds; everything else must stay as it was.
@@ -53,20 +134,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("items");
         QTest::addColumn<QString>("log");
 
-        const QString tail =
-            QStringLiteral("launchctl remove com.varnix.Quorvelle.AntiVirus; launchctl remove "
-                           "com.varnix.Quorvelle.plugin.AntiTheft.daemon; launchctl remove "
-                           "net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
-        const QString p7 =
-            QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon");
         const QString other = QStringLiteral("/Library/LaunchDaemons/org.other.plist\n");
         QTest::newRow("nothing installed") << other + QStringLiteral(R"(
 /Library/Application Support/Quorvelle2/
 /Library/Caches/com.varnix.Quorvelle -> /outside/gone)")
                                            << QString();
         QTest::newRow("only one daemon folder")
-            << other + p7 + QStringLiteral("|/run.sh")
-            << QStringLiteral("Command: rm -rf '%1'; %2").arg(p7, tail);
+            << other + QStringLiteral("/Library/LaunchDaemons/"
+                                      "net.brelltan.Quorvelle.plugin.AntiTheft.daemon|/run.sh")
+            << QStringLiteral("Command: ") + expectedCommand(1 << 6);
 
         // In the command's order; links inside are removed, never followed.
         const QString system = QStringLiteral(R"(/Library/Application Support/Quorvelle|/
@@ -77,14 +153,11 @@ private Q_SLOTS:
 /Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist|
 /Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon|/
 /Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist|)");
-        QString command = QStringLiteral("Command: ");
-        for (const QString &line : system.split(u'\n'))
-            command += QStringLiteral("rm -rf '%1'; ").arg(line.section(u'|', 0, 0));
         QTest::newRow("every system-wide item") << system + QStringLiteral(R"(
 /Library/Application Support/Quorvelle/tree -> /outside/tree
 /Library/Application Support/quorvelle/
 /Library/Caches/com.varnix.Quorvelle.x
-/outside/tree/inner.txt)") << command + tail;
+/outside/tree/inner.txt)") << QStringLiteral("Command: ") + expectedCommand(255);
 
         // Exact items and name prefixes, compared case-sensitively; links are not followed;
         // the walk descends into nested folders and skips only "." and "..".

@@ -13,7 +13,7 @@ namespace {
 
 struct Message
 {
-    QString context, source, translation, type;
+    QString context, source, type, translation;
 };
 
 struct TsFile
@@ -34,28 +34,25 @@ TsFile readTs(const QString &path)
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
-        const auto name = xml.name();
-        const QString attribute =
-            xml.attributes()
-                .value(QLatin1String(name == QLatin1String("TS") ? "language" : "type"))
-                .toString();
-        if (name == QLatin1String("TS"))
-            ts.language = attribute;
-        else if (name == QLatin1String("name"))
+        if (xml.name() == u"TS")
+            ts.language = xml.attributes().value(QLatin1String("language")).toString();
+        else if (xml.name() == u"name")
             context = xml.readElementText();
-        else if (name == QLatin1String("source"))
+        else if (xml.name() == u"source")
             source = xml.readElementText();
-        else if (name == QLatin1String("translation"))
-            ts.messages.append({context, source, xml.readElementText(), attribute});
+        else if (xml.name() == u"translation") // a braced list runs in order: type, then text
+            ts.messages.append({context, source,
+                                xml.attributes().value(QLatin1String("type")).toString(),
+                                xml.readElementText()});
     }
     if (xml.hasError())
         ts.error = xml.errorString();
     return ts;
 }
 
-QString translationsFolder()
+QDir translations()
 {
-    return qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/resources/translations");
+    return QDir(qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/resources/translations"));
 }
 
 // The mnemonic letter of a control text ("&&" is a literal ampersand); empty without one.
@@ -87,11 +84,10 @@ private Q_SLOTS:
     void files_data()
     {
         QTest::addColumn<QString>("path");
-        const QStringList files =
-            QDir(translationsFolder()).entryList({QStringLiteral("*.ts")}, QDir::Files);
+        const QStringList files = translations().entryList({QStringLiteral("*.ts")}, QDir::Files);
         QVERIFY(files.size() >= 12); // three groups, four languages at least
         for (const QString &file : files)
-            QTest::newRow(qPrintable(file)) << QDir(translationsFolder()).filePath(file);
+            QTest::newRow(qPrintable(file)) << translations().filePath(file);
     }
 
     void files()
@@ -129,6 +125,33 @@ private Q_SLOTS:
         QCOMPARE(seen, expected);
     }
 
+    // Every translatable text of the window's description is in its English strings under
+    // the description's class, the context the loader translates it in; files() then holds
+    // every language to those strings.
+    void windowDescription()
+    {
+        QSet<QString> sources;
+        for (const Message &m :
+             readTs(translations().filePath(QStringLiteral("window_en.ts"))).messages)
+            if (m.context == u"SurveyWindow")
+                sources.insert(m.source);
+        QFile ui(qEnvironmentVariable("QV_SOURCE_DIR") +
+                 QStringLiteral("/resources/ui/SurveyWindow.ui"));
+        QVERIFY(ui.open(QIODevice::ReadOnly));
+        QXmlStreamReader xml(&ui);
+        int texts = 0;
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement || xml.name() != u"string" ||
+                xml.attributes().value(QLatin1String("notr")) == u"true")
+                continue;
+            const QString text = xml.readElementText();
+            QVERIFY2(sources.contains(text), qPrintable(text));
+            ++texts;
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QVERIFY(texts >= 30);
+    }
+
     // polkit shows the policy's own texts: one message per language we translate, each the
     // removal strings' translation of the English prompt.
     void policyPrompt()
@@ -149,10 +172,10 @@ private Q_SLOTS:
 
         QMap<QString, QString> expected;
         const QStringList files =
-            QDir(translationsFolder()).entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
+            translations().entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
         for (const QString &file : files) {
             const QString lang = QFileInfo(file).completeBaseName().section(u'_', 1);
-            const TsFile ts = readTs(QDir(translationsFolder()).filePath(file));
+            const TsFile ts = readTs(translations().filePath(file));
             QCOMPARE(ts.messages.size(), 1);
             expected.insert(lang == QLatin1String("en") ? QString() : lang,
                             ts.messages.first().translation);

@@ -1,21 +1,19 @@
 // The survey window on a small screen at 150 % font resolution (144 dpi, which Qt turns into
 // 1.5 device pixels per point): a 1024 x 768 screen is then 683 x 512 points. The offscreen
-// platform is given that screen through its configuration file.
+// platform is given that screen through its configuration file, tst_windowfit/screen.json.
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
 #include <QApplication>
 #include <QPlainTextEdit>
 #include <QScreen>
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
 VXSurveyWindowLoader::Loaded load()
 {
-    return VXSurveyWindowLoader::instantiate(QCoreApplication::applicationDirPath() +
-                                             QLatin1Char('/') +
+    return VXSurveyWindowLoader::instantiate(QCoreApplication::applicationDirPath() + u'/' +
                                              VXSurveyWindowLoader::mainWindowDescriptionName());
 }
 
@@ -107,15 +105,8 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    QTemporaryDir dir;
-    const QString config = dir.filePath(QStringLiteral("screen.json"));
-    QFile file(config);
-    if (!file.open(QIODevice::WriteOnly))
-        return 1;
-    file.write(R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1024, "height": 768,
-                   "logicalDpi": 144, "logicalBaseDpi": 96, "dpr": 1}]})");
-    file.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(config));
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + qgetenv("QV_SOURCE_DIR") +
+                                   "/tests/app/tst_windowfit/screen.json");
     QApplication app(argc, argv);
     tst_WindowFit test;
     return QTest::qExec(&test, argc, argv);

@@ -4,7 +4,6 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -14,18 +13,17 @@ namespace {
 
 // The one sandbox recipe lives in scripts/qv-sandbox; this is its C++ front for tests that
 // re-run themselves inside.
-Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
-                    const QString &roBind = {})
+Sandbox::Result run(const QStringList &command, const Sandbox::Options &options)
 {
     QStringList args{QStringLiteral("exec")};
     for (auto it = options.hosts.cbegin(); it != options.hosts.cend(); ++it)
         args << QStringLiteral("--host") << it.key() << it.value();
     for (const QString &dir : options.tmpfs)
         args << QStringLiteral("--tmpfs") << dir;
-    if (!roBind.isEmpty())
-        args << QStringLiteral("--ro-bind") << roBind << roBind;
-    // The harness's scripts (throwaway CA and the like) are reachable inside too.
-    args << QStringLiteral("--ro-bind") << Sandbox::scriptsDir() << Sandbox::scriptsDir();
+    // The program's own folder and the harness's scripts (throwaway CA and the like) are
+    // reachable inside, read-only.
+    for (const QString &dir : {QCoreApplication::applicationDirPath(), Sandbox::scriptsDir()})
+        args << QStringLiteral("--ro-bind") << dir << dir;
     for (const auto &[host, inside] : options.binds)
         args << QStringLiteral("--bind") << host << inside;
     for (auto it = options.environment.cbegin(); it != options.environment.cend(); ++it)
@@ -38,7 +36,6 @@ Sandbox::Result run(const QStringList &command, const Sandbox::Options &options,
 
 Sandbox::Result Sandbox::script(const QStringList &arguments)
 {
-    Result result;
     QProcess sandbox;
     sandbox.start(scriptsDir() + QStringLiteral("/qv-sandbox"), arguments);
     const bool ended = sandbox.waitForFinished(120000);
@@ -46,11 +43,8 @@ Sandbox::Result Sandbox::script(const QStringList &arguments)
         sandbox.kill();
         sandbox.waitForFinished(5000);
     }
-    result.finished = ended && sandbox.exitStatus() == QProcess::NormalExit;
-    result.exitCode = sandbox.exitCode();
-    result.standardOutput = sandbox.readAllStandardOutput();
-    result.standardError = sandbox.readAllStandardError();
-    return result;
+    return {ended && sandbox.exitStatus() == QProcess::NormalExit, sandbox.exitCode(),
+            sandbox.readAllStandardOutput(), sandbox.readAllStandardError()};
 }
 
 bool Sandbox::available()
@@ -62,10 +56,9 @@ bool Sandbox::available()
 
 Sandbox::Result Sandbox::runSelf(const QStringList &arguments, Options options)
 {
-    const QString program = QCoreApplication::applicationFilePath();
     options.environment.insert(QStringLiteral("QV_SANDBOXED"), QStringLiteral("1"));
     options.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    return run(QStringList{program} + arguments, options, QFileInfo(program).absolutePath());
+    return run(QStringList{QCoreApplication::applicationFilePath()} + arguments, options);
 }
 
 QString Sandbox::scriptsDir()

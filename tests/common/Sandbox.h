@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
 #include <QMap>
-#include <QPair>
-#include <QString>
 #include <QStringList>
 
 // Re-runs the calling test inside the bare sandbox of scripts/qv-sandbox (bubblewrap, a
@@ -25,8 +21,7 @@ public:
     {
         bool finished = false; // false: it did not start or ran past the time-out
         int exitCode = -1;
-        QByteArray standardOutput;
-        QByteArray standardError;
+        QByteArray standardOutput, standardError;
     };
 
     // True when bubblewrap is installed and can build a sandbox here.

@@ -2,6 +2,7 @@
 
 #include "Sandbox.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSslConfiguration>
@@ -20,6 +21,7 @@ std::optional<TestCA> TestCA::create(const QString &dir, const QString &hostName
 {
     // The one recipe for throwaway CAs, shared with the sandbox, the demo and the benchmarks.
     QProcess process;
+    QDir().mkpath(dir);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.start(Sandbox::scriptsDir() + QStringLiteral("/qv-ca"), {dir, hostName});
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit ||

@@ -7,7 +7,8 @@
 #include <optional>
 
 // A throwaway certificate authority and one server certificate for hostName signed by it,
-// made by scripts/qv-ca (the one recipe, also used by the sandbox) in a folder the caller owns.
+// made by scripts/qv-ca (the one recipe, also used by the sandbox) in a folder the caller owns
+// (made if missing).
 // Nothing is trusted until the caller calls trustInThisProcess().
 class TestCA
 {
@@ -21,7 +22,6 @@ public:
     void trustInThisProcess() const;
 
 private:
-    QSslCertificate _ca;
-    QSslCertificate _serverCertificate;
+    QSslCertificate _ca, _serverCertificate;
     QSslKey _serverKey;
 };

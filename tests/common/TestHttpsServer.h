@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QTcpServer>

@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 
 #include <sys/stat.h>
@@ -31,11 +32,6 @@ QStringList words(const char *text)
     return QString::fromUtf8(text).split(QLatin1Char(' '));
 }
 
-QString fromView(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
 // Whether the removal takes path away, by the uninstaller's own item table: the item itself
 // with everything below it, or every name that begins with a prefix item.
 bool isSuiteItem(const QString &path, bool systemWide)
@@ -45,20 +41,17 @@ bool isSuiteItem(const QString &path, bool systemWide)
         return prefix ? path.startsWith(item)
                       : path == item || path.startsWith(item + QLatin1Char('/'));
     };
-    if (systemWide) {
-        for (std::string_view item : VXSuiteItems::kSystemWidePaths)
-            if (covers(fromView(item), false))
-                return true;
-        return false;
-    }
-    for (const VXSuiteItems::UserItem &item : VXSuiteItems::kUserItems) {
+    if (systemWide)
+        return std::ranges::any_of(VXSuiteItems::kSystemWidePaths, [&](std::string_view item) {
+            return covers(QString::fromUtf8(item), false);
+        });
+    return std::ranges::any_of(VXSuiteItems::kUserItems, [&](const VXSuiteItems::UserItem &item) {
         const QString base = item.base == VXSuiteItems::Base::UserLibrary
                                  ? kUserHome + QStringLiteral("/Library/")
                                  : QStringLiteral("/Library/Caches/");
-        if (covers(base + fromView(item.relative), item.how == VXSuiteItems::How::ByPrefix))
-            return true;
-    }
-    return false;
+        return covers(base + QString::fromUtf8(item.relative),
+                      item.how == VXSuiteItems::How::ByPrefix);
+    });
 }
 
 // The machine after the removal: the per-user items always go, the system-wide ones only
@@ -112,7 +105,6 @@ class tst_Roads : public QObject
     Q_OBJECT
 
     QString _sandbox, _bin, _program, _tools, _display;
-    bool _captureErrors = false; // standard error read by the test instead of shown
     QProcess _xvfb;
 
     QProcessEnvironment displayEnvironment() const
@@ -178,7 +170,8 @@ class tst_Roads : public QObject
 
     std::unique_ptr<Launch>
     launch(const QStringList &options, const std::function<void(const QString &)> &twist = {},
-           const QStringList &arguments = {kUserHome + QStringLiteral("/uninstall-info.json")})
+           const QStringList &arguments = {kUserHome + QStringLiteral("/uninstall-info.json")},
+           QProcess::ProcessChannelMode channels = QProcess::MergedChannels)
     {
         auto l = std::make_unique<Launch>();
         const Sandbox::Result prepared =
@@ -199,8 +192,7 @@ class tst_Roads : public QObject
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
-        l->program.setProcessChannelMode(_captureErrors ? QProcess::SeparateChannels
-                                                        : QProcess::MergedChannels);
+        l->program.setProcessChannelMode(channels);
         l->clock.start();
         l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
                                                QStringLiteral("--program"), _program,
@@ -237,21 +229,18 @@ class tst_Roads : public QObject
         return ended && l.program.exitStatus() == QProcess::NormalExit && l.program.exitCode() == 0;
     }
 
-    // The two buttons sit in the window's bottom corners. The offer road clicks at the same
-    // place, so a layout that moves them fails there instead of silently missing here.
-    enum class Target
-    {
-        Uninstall,
-        Offer
-    };
-    void click(const QString &window, Target target, int count)
+    // The two buttons sit in the window's bottom corners: a click at `at` from the left
+    // edge, or from the right one when negative. The offer road clicks at the same place, so
+    // a layout that moves them fails there instead of silently missing here.
+    static constexpr int kOffer = 88, kUninstall = -60;
+    void click(const QString &window, int at, int count)
     {
         const QString size = x(words("xdotool getwindowgeometry --shell") << window);
         const auto value = [&size](const char *key) {
             const QString k = QLatin1String(key) + u'=';
             return size.mid(size.indexOf(k) + k.size()).section(u'\n', 0, 0).toInt();
         };
-        const int px = target == Target::Uninstall ? value("WIDTH") - 60 : 88;
+        const int px = at < 0 ? value("WIDTH") + at : at;
         x(words("xdotool mousemove --window")
           << window << QString::number(px) << QString::number(value("HEIGHT") - 28)
           << words("click --delay 80 --repeat") << QString::number(count) << QStringLiteral("1"));
@@ -382,9 +371,8 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(int, exitCode);
         QFETCH(QString, output);
-        _captureErrors = true;
-        auto l = launch({QStringLiteral("--offline")}, {}, arguments);
-        _captureErrors = false;
+        // Standard error read by the test instead of shown.
+        auto l = launch({QStringLiteral("--offline")}, {}, arguments, QProcess::SeparateChannels);
         QVERIFY(l);
         QVERIFY(l->program.waitForFinished(30000));
         QCOMPARE(l->program.exitCode(), exitCode);
@@ -403,7 +391,7 @@ private Q_SLOTS:
         const QString window = waitForWindow();
         QVERIFY(!window.isEmpty());
         keys("alt+o");
-        click(window, Target::Offer, 1);
+        click(window, kOffer, 1);
         QVERIFY(finished(*l));
         QCOMPARE(l->out("browser.log"), QByteArray(QV_EXPECTED_OFFER "\n"));
         QVERIFY(l->surveyBody().isEmpty());
@@ -534,12 +522,12 @@ private Q_SLOTS:
             if (action == Action::DoubleUninstall || action == Action::OfferDuringSend) {
                 // With the mouse, as a person would: Qt holds back input during the send and
                 // delivers it afterwards.
-                click(window, Target::Uninstall, 1);
+                click(window, kUninstall, 1);
                 QTest::qWait(500);
                 if (action == Action::DoubleUninstall)
-                    click(window, Target::Uninstall, 2);
+                    click(window, kUninstall, 2);
                 else
-                    click(window, Target::Offer, 1);
+                    click(window, kOffer, 1);
             } else {
                 keys("alt+u");
             }
@@ -575,10 +563,9 @@ private Q_SLOTS:
         const QStringList expected = afterRemoval(l->before, systemGone, stays);
         QCOMPARE(list(l->stage.path()), expected);
         // What stays is unchanged too: kind, mode and content.
-        QMap<QString, QString> unchanged;
-        for (auto it = l->snapshot.cbegin(); it != l->snapshot.cend(); ++it)
-            if (expected.contains(it.key()))
-                unchanged.insert(it.key(), it.value());
+        QMap<QString, QString> unchanged = l->snapshot;
+        unchanged.removeIf(
+            [&expected](const auto &item) { return !expected.contains(item.key()); });
         QCOMPARE(machine(l->stage.path()), unchanged);
     }
 };

@@ -39,7 +39,6 @@ class TestCryptor : public QObject
     QString m_privateTraditional; // "RSA PRIVATE KEY"
     QString m_public;             // subject public key info "PUBLIC KEY"
     QString m_publicPkcs1;        // "RSA PUBLIC KEY"
-    QString m_private2048;
 
     // Runs "openssl <command>" in the scratch folder and returns the file written by -out.
     QString openssl(const char *command)
@@ -71,36 +70,6 @@ private Q_SLOTS:
         m_privateTraditional = openssl("rsa -in private.pem -traditional -out traditional.pem");
         m_public = openssl("rsa -in private.pem -pubout -out public.pem");
         m_publicPkcs1 = openssl("rsa -in private.pem -RSAPublicKey_out -out pkcs1.pem");
-        m_private2048 = openssl("genrsa -out private2048.pem 2048");
-    }
-
-    // A key wider than 1024 bits wraps the 128-byte chunk length to zero: nothing goes through.
-    // The 1024-bit lengths of PKCS #1 and raw RSA show in the round trips' cipher sizes.
-    void chunkLengths_data()
-    {
-        QTest::addColumn<bool>("wide"); // the 2048-bit key
-        QTest::addColumn<int>("padding");
-        QTest::addColumn<int>("options");
-        QTest::addColumn<int>("plain");
-        QTest::addColumn<int>("cipher");
-        QTest::newRow("oaep") << false << 2 << 4 << 86 << 128;
-        QTest::newRow("sslv23") << false << 3 << 2 << 128 << 128;
-        QTest::newRow("zero is none") << false << 0 << 3 << 128 << 128;
-        QTest::newRow("wide, none") << true << 4 << 3 << 0 << 0;
-        QTest::newRow("wide, pkcs1") << true << 1 << 1 << 244 << 0;
-    }
-    void chunkLengths()
-    {
-        QFETCH(bool, wide);
-        QFETCH(int, padding);
-        const auto cryptor = make(wide ? m_private2048 : m_public, padding);
-        QTEST(cryptor->options(), "options");
-        QTEST(int(cryptor->decryptedChunkLength()), "plain");
-        QTEST(int(cryptor->encryptedChunkLength()), "cipher");
-        if (wide && padding == PKCS1) {
-            QVERIFY(!cryptor->encryptData(pattern(10)));
-            QVERIFY(!cryptor->decryptData(pattern(256)));
-        }
     }
 
     void roundTrip_data()
@@ -168,14 +137,10 @@ private Q_SLOTS:
         const QByteArray sslv23Cipher = make(m_public, SSLv23)->encryptData(pattern(100)).value();
         QTest::newRow("none, short block") << None << true << true << pattern(100) << QString();
         QTest::newRow("oaep private encrypt") << 2 << true << true << pattern(10) << QString();
-        QTest::newRow("pkcs1 decrypt of garbage")
-            << PKCS1 << true << false << pattern(128) << QString();
         QTest::newRow("sslv23 marker")
             << SSLv23 << true << false << sslv23Cipher << u"sslv3 rollback attack"_s;
         QTest::newRow("sslv23 private encrypt")
             << SSLv23 << true << true << pattern(100) << u"unknown padding type"_s;
-        QTest::newRow("sslv23 public decrypt")
-            << SSLv23 << false << false << sslv23Cipher << u"unknown padding type"_s;
     }
     void failingBlock()
     {
@@ -193,18 +158,8 @@ private Q_SLOTS:
                  qPrintable(lines.join(u'\n')));
     }
 
-    // A key block of the wrong kind is refused with two log lines: the refusal and the reason.
-    void unreadableKey()
-    {
-        LogCapture log;
-        QVERIFY(!VXCryptor::initWithRSAKeyFromString(m_publicPkcs1, PKCS1));
-        const QStringList lines = log.lines();
-        QCOMPARE(lines.size(), 2);
-        QCOMPARE(lines.at(0), u"Could not get RSA key"_s);
-        QVERIFY2(lines.at(1).startsWith(u"Encrypt error: error:"_s) &&
-                     lines.at(1).contains(u"no start line"_s),
-                 qPrintable(lines.at(1)));
-    }
+    // A key block of the wrong kind is refused.
+    void unreadableKey() { QVERIFY(!VXCryptor::initWithRSAKeyFromString(m_publicPkcs1, PKCS1)); }
 
     // SSLv23 is PKCS #1 type 2 padding whose last eight padding bytes are 0x03.
     void sslv23Padding()
@@ -239,21 +194,16 @@ private Q_SLOTS:
         QCOMPARE(VXCryptor::dataFromBase64(wrapped), data);
     }
 
+    // No text, no bytes, and text that is not base64 give nothing.
     void base64Edges()
     {
-        QCOMPARE(VXCryptor::base64FromData(QByteArray::fromHex("000102")), u"AAEC"_s);
         QVERIFY(!VXCryptor::base64FromData(QByteArray()));
         QVERIFY(!VXCryptor::dataFromBase64(QString()));
-        QCOMPARE(VXCryptor::dataFromBase64(u"\n"_s), QByteArray());
         QCOMPARE(VXCryptor::dataFromBase64(u"%%%%"_s), QByteArray());
         // Carriage returns stay in the decoder's input, where one inside the text ends it.
         QCOMPARE(VXCryptor::dataFromBase64(u"AA\r\nEC\r\n"_s), QByteArray());
-        QCOMPARE(VXCryptor::dataFromBase64(u"AA\nEC\n"_s), QByteArray::fromHex("000102"));
-
         const auto cryptor = make(m_private, PKCS1);
-        QVERIFY(!cryptor->decryptBase64(QString()));
         QVERIFY(!cryptor->decryptBase64(PropertyValue(qint64(42))));
-        QVERIFY(!cryptor->encryptBase64(QByteArray()));
         QCOMPARE(cryptor->encryptData(QByteArray()), QByteArray());
     }
 };

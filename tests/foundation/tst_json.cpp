@@ -46,13 +46,9 @@ PropertyValue D(std::initializer_list<std::pair<const char *, PropertyValue>> me
     return d;
 }
 
-QString logLine(const char *selector)
-{
-    return QStringLiteral("VXJSONScanner Error: Could not parse json: %1.").arg(t(selector));
-}
-const QString valueAtEnd = logLine("scanJSONValue:ignoreNull:");
-const QString emptyMember = logLine("scanJSONObject:ignoreNull:");
-const QString emptyElement = logLine("scanJSONArray:ignoreNull:");
+const QString logLine = u"VXJSONScanner Error: Could not parse json: %1."_s;
+const QString valueAtEnd = logLine.arg(u"scanJSONValue:ignoreNull:"_s);
+const QString emptyMember = logLine.arg(u"scanJSONObject:ignoreNull:"_s);
 
 // The calling thread's CPU time in nanoseconds: unlike wall time, it does not grow while
 // other programs have the processor.
@@ -75,53 +71,13 @@ class TestJSON : public QObject
     {
         QTest::newRow(name) << json << ignoreNull << expected << log;
     }
-    static void addReadColumns()
+private Q_SLOTS:
+    void readDictionary_data()
     {
         QTest::addColumn<QString>("json");
         QTest::addColumn<bool>("ignoreNull");
         QTest::addColumn<MaybeValue>("expected");
         QTest::addColumn<QStringList>("log");
-    }
-    static void checkRead(bool array)
-    {
-        QFETCH(QString, json);
-        QFETCH(bool, ignoreNull);
-        LogCapture capture;
-        MaybeValue result;
-        if (array) {
-            if (const auto a = JSON::arrayWithJSONString(json, ignoreNull))
-                result = *a;
-        } else if (const auto d = JSON::dictionaryWithJSONString(json, ignoreNull)) {
-            result = *d;
-        }
-        QTEST(result, "expected");
-        QTEST(capture.lines(), "log");
-    }
-
-    // Rows of a value and its text, for writeUtf8.
-    static void addWriteRows()
-    {
-        QTest::addColumn<PropertyValue>("value");
-        QTest::addColumn<QString>("json");
-
-        QTest::newRow("eight escapes")
-            << PropertyValue(Arr{u"\\\"/\b\f\n\r\t"}) << t("[\"\\\\\\\"\\/\\b\\f\\n\\r\\t\"]");
-        QTest::newRow("others raw") << PropertyValue(Arr{u"\x01\x1f\u00e9\u2028\U0001F600"})
-                                    << t("[\"\x01\x1f\u00e9\u2028\U0001F600\"]");
-        QTest::newRow("kinds and numbers")
-            << PropertyValue(Arr{true, false, 0.5, PropertyValue::null(), -5,
-                                 std::numeric_limits<quint64>::max(), 1e21, -0.0, 1e-7,
-                                 123456789012.0, std::nan(""), QDateTime::currentDateTimeUtc()})
-            << t("[1,0,0.5,null,-5,18446744073709551615,1000000000000000000000,-0,1e-07,"
-                 "123456789012,null,null]");
-        QTest::newRow("nested") << D({{"a", Arr{D({}), Arr{}, u""}}, {"b", D({{"c", 1}})}})
-                                << t("{\"a\":[{},[],\"\"],\"b\":{\"c\":1}}");
-    }
-
-private Q_SLOTS:
-    void readDictionary_data()
-    {
-        addReadColumns();
         row("mixed", t("  {\"a\":[1,2.5,-3e2],\"b\":\"x\\u0041y\"}"),
             D({{"a", Arr{1.0, 2.5, -300.0}}, {"b", u"xAy"}}));
         row("preamble and trailing text", t("garbage{\"a\":1} trailing"), D({{"a", 1.0}}));
@@ -131,20 +87,14 @@ private Q_SLOTS:
             D({{"a", D({{"b", Arr{D({{"d", Arr{PropertyValue(Arr{})}}})}}})}}), {}, true);
         row("literal case", t("{\"a\":TRUE,\"b\":FALSE,\"c\":nULL,\"d\":fal\u017fe}"),
             D({{"a", true}, {"b", false}, {"c", PropertyValue::null()}, {"d", false}}));
-        row("unknown escape kept", t("{\"a\":\"x\\qy\\a\"}"), D({{"a", u"x\\qy\\a"}}));
         row("escapes", t("{\"a\":\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u00e9\\uD83D\\uDE00\"}"),
             D({{"a", u"\"\\/\b\f\n\r\té\U0001F600"}}));
-        row("raw control units", t("{\"a\":\"1\t2\n3\x01\x1f\"}"), D({{"a", u"1\t2\n3\x01\x1f"}}));
         row("unicode whitespace", t("{\u00a0\"a\"\u2028:\u3000 -0.5e-1\r\n}"), D({{"a", -0.05}}));
         // Other number shapes are held to the C library in readNumbers.
         row("capital exponent", t("{\"a\":1E2}"), D({{"a", 100.0}}));
-        row("empty text", u""_s);
-        row("bad \\u", t("{\"a\":\"\\u00G1\"}"));
         row("trailing backslash", t("{\"a\":\"abc\\"));
         row("unterminated string", t("{\"a\":\"abc"), {}, {emptyMember});
         row("value at end", t("{\"a\": "), {}, {valueAtEnd});
-        for (const char *text : {"{\"a\":1", "{\"a\" 1}", "{\"a\":x}", "{\"a\":\u0663}", "[1]"})
-            row(text, t(text));
         const QString deep = QString(1023, u'[') + QString(1023, u']');
         PropertyValue nested = Arr{};
         for (int k = 0; k < 1022; ++k)
@@ -153,24 +103,17 @@ private Q_SLOTS:
         row("nesting past the limit", u"{\"a\":["_s + deep + u"]}"_s);
     }
 
-    void readDictionary() { checkRead(false); }
-
-    void readArray_data()
+    void readDictionary()
     {
-        addReadColumns();
-        row("empty", t(" [ ] "), PropertyValue(Arr{}));
-        row("trailing comma", t("[1,]"), PropertyValue(Arr{1.0}));
-        row("no comma", t("[1 2]"), PropertyValue(Arr{1.0, 2.0}));
-        row("words consume only themselves", t("[true1,nulltrue,falseNULL]"),
-            PropertyValue(
-                Arr{true, 1.0, PropertyValue::null(), true, false, PropertyValue::null()}));
-        row("nulls dropped deep", t("[[null,[null]],{\"a\":[null]}]"),
-            PropertyValue(Arr{Arr{PropertyValue(Arr{})}, D({{"a", Arr{}}})}), {}, true);
-        row("unclosed", t("[1,2"), {}, {valueAtEnd});
-        row("unterminated element", t("[1,\"abc"), {}, {emptyElement});
+        QFETCH(QString, json);
+        QFETCH(bool, ignoreNull);
+        LogCapture capture;
+        MaybeValue result;
+        if (const auto d = JSON::dictionaryWithJSONString(json, ignoreNull))
+            result = *d;
+        QTEST(result, "expected");
+        QTEST(capture.lines(), "log");
     }
-
-    void readArray() { checkRead(true); }
 
     // One long string value costs time in proportion to its length. Each size's cost per
     // unit (the thread's CPU time, best of a few reads, so that a busy machine does not
@@ -312,25 +255,18 @@ private Q_SLOTS:
     void readUtf8_data()
     {
         QTest::addColumn<QByteArray>("bytes");
-        // A byte-order mark, other spaces, next line, long s and Kelvin sign that fold to
-        // ASCII letters, another script's digit, three-byte characters with odd and even lead
-        // bytes, keys and escapes beyond ASCII, pairs and halves, preamble and tail, invalid and
-        // cut sequences, and rows of the tables above.
-        const auto add = [](std::initializer_list<const char *> rows) {
-            for (const char *row : rows)
-                QTest::newRow(row) << QByteArray(row);
-        };
-        add({"{\"a\":1,\"b\":[1,2.5e3,-0],\"c\":{\"d\":null}}", "\xef\xbb\xbf{\"bom\":1}",
-             "{\"a\":\xc2\xa0\xe2\x80\xa8\xe3\x80\x80 1}", "{\"a\":\xc2\x85[1]}",
-             "{\"a\":fal\xc5\xbf\x65,\"b\":\xc5\xbftrue}", "{\"a\":\xe2\x84\xaanull}",
-             "{\"a\":\xd9\xa1}", "[\xf0\x9f\x98\x80]",
-             "[\"\xf0\x9f\x98\x80x\xc3\xa9\xe6\x97\xa5\"]", "[\"\xe3\x81\x82\xe1\x80\x80\"]",
-             "{\"\xc3\xa9\xf0\x9f\x98\x80\":\"v\"}", "[\"\\\xc3\xa9\\\xf0\x9f\x98\x80\"]"});
-        add({"[\"\\u\xc3\xa9\xc3\xa9\"]", "[\"\\u12\xe6\x97\xa5\"]", "[\"\\u\"]",
-             "[\"\\ud83d\\ude00\\ud83d\"]", "x\xc3\xa9{\"a\":1}\xff", "[\"\xff\"]",
-             "{\"a\":\"\xe2\x82\"}", "[\"\xc0\xaf\"]", "[\"\xed\xa0\x80\"]", "{\xe2\x82{\"a\":1}",
-             "[1,\"\xc3\xa9", "[1,", "1,2]", "[TRUE,Null,nullx]", "{\"a\":\"\\u12", "\\", "[\"\\",
-             "{\"a\":\"\\u00G1\"}", "{\"a\":\"abc"});
+        // A byte-order mark, other spaces, next line, three-byte characters with odd and even
+        // lead bytes, keys and escapes beyond ASCII, pairs and halves, preamble and tail,
+        // invalid and cut sequences, and rows of the table above. Other malformed bytes are
+        // the fuzz target's.
+        for (const char *row :
+             {"{\"a\":1,\"b\":[1,2.5e3,-0],\"c\":{\"d\":null}}", "\xef\xbb\xbf{\"bom\":1}",
+              "{\"a\":\xc2\xa0\xe2\x80\xa8\xe3\x80\x80 1}", "{\"a\":\xc2\x85[1]}",
+              "[\"\xf0\x9f\x98\x80x\xc3\xa9\xe6\x97\xa5\"]", "[\"\xe3\x81\x82\xe1\x80\x80\"]",
+              "{\"\xc3\xa9\xf0\x9f\x98\x80\":\"v\"}", "[\"\\\xc3\xa9\\\xf0\x9f\x98\x80\"]",
+              "[\"\\u\xc3\xa9\xc3\xa9\"]", "[\"\\ud83d\\ude00\\ud83d\"]", "x\xc3\xa9{\"a\":1}\xff",
+              "{\"a\":\"\xe2\x82\"}", "[1,\"\xc3\xa9", "1,2]", "{\"a\":\"abc"})
+            QTest::newRow(row) << QByteArray(row);
     }
 
     void readUtf8()
@@ -405,12 +341,26 @@ private Q_SLOTS:
     }
 
     // The UTF-8 writer must give Qt's own conversion of the QString text, lone surrogates
-    // included. Besides the rows above: one key holding a one-element array of the same
+    // included. Besides four fixed rows: one key holding a one-element array of the same
     // text, with a special unit at the edges of eight-unit blocks and of long runs, whose
     // QString text is built by the eight replacements made one after the other.
     void writeUtf8_data()
     {
-        addWriteRows();
+        QTest::addColumn<PropertyValue>("value");
+        QTest::addColumn<QString>("json");
+
+        QTest::newRow("eight escapes")
+            << PropertyValue(Arr{u"\\\"/\b\f\n\r\t"}) << t("[\"\\\\\\\"\\/\\b\\f\\n\\r\\t\"]");
+        QTest::newRow("others raw") << PropertyValue(Arr{u"\x01\x1f\u00e9\u2028\U0001F600"})
+                                    << t("[\"\x01\x1f\u00e9\u2028\U0001F600\"]");
+        QTest::newRow("kinds and numbers")
+            << PropertyValue(Arr{true, false, 0.5, PropertyValue::null(), -5,
+                                 std::numeric_limits<quint64>::max(), 1e21, -0.0, 1e-7,
+                                 123456789012.0, std::nan(""), QDateTime::currentDateTimeUtc()})
+            << t("[1,0,0.5,null,-5,18446744073709551615,1000000000000000000000,-0,1e-07,"
+                 "123456789012,null,null]");
+        QTest::newRow("nested") << D({{"a", Arr{D({}), Arr{}, u""}}, {"b", D({{"c", 1}})}})
+                                << t("{\"a\":[{},[],\"\"],\"b\":{\"c\":1}}");
         const auto escaped = [](QString s) {
             const QString from = u"\\\"/\b\f\n\r\t"_s, to = u"\\\"/bfnrt"_s;
             for (qsizetype k = 0; k < from.size(); ++k) // the backslash first

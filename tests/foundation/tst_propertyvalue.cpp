@@ -91,40 +91,18 @@ void grow(PropertyValue &value, int mark)
     }
 }
 
-// Item trees: leaves carry "checked" (and a size and a name), groups carry "items".
-PropertyValue leaf(qint64 checked, std::optional<quint64> size = std::nullopt,
-                   const QString &name = {})
+// Item trees: leaves carry "checked" (and a size), groups carry "items".
+PropertyValue leaf(qint64 checked, std::optional<quint64> size = std::nullopt)
 {
     Dict d{{u"checked"_s, PropertyValue(checked)}};
     if (size)
         d.insert(u"size"_s, PropertyValue(*size));
-    if (!name.isEmpty())
-        d.insert(u"name"_s, PropertyValue(name));
     return PropertyValue(d);
 }
 
-PropertyValue group(const Array &children, const QString &name = {})
+PropertyValue group(const Array &children)
 {
-    Dict d{{u"items"_s, PropertyValue(children)}};
-    if (!name.isEmpty())
-        d.insert(u"name"_s, PropertyValue(name));
-    return PropertyValue(d);
-}
-
-// Both "checked" and "items": a leaf whose children are never visited.
-PropertyValue leafWithItems(qint64 checked, const Array &children)
-{
-    return PropertyValue(Dict{{u"checked"_s, PropertyValue(checked)},
-                              {u"size"_s, PropertyValue(quint64(7))},
-                              {u"items"_s, PropertyValue(children)}});
-}
-
-QStringList names(const Array &items)
-{
-    QStringList result;
-    for (const PropertyValue &item : items)
-        result << item.value(u"name"_s).value_or(PropertyValue()).toString();
-    return result;
+    return PropertyValue(Dict{{u"items"_s, PropertyValue(children)}});
 }
 } // namespace
 
@@ -254,33 +232,26 @@ private Q_SLOTS:
         QTest::addColumn<bool>("equal");
         QTest::addColumn<bool>("truth");            // of a
         QTest::addColumn<quint64>("unsignedValue"); // of a
+        const auto row = [](const char *name, const PropertyValue &a, const PropertyValue &b,
+                            bool equal, bool truth = false, quint64 unsignedValue = 0) {
+            QTest::newRow(name) << a << b << equal << truth << unsignedValue;
+        };
         const qint64 big = qint64(1) << 53;
-        QTest::newRow("2^53, 2^53 + 1")
-            << PropertyValue(big) << PropertyValue(big + 1) << false << true << quint64(big);
-        QTest::newRow("unsigned 5, 5.0")
-            << PropertyValue(quint64(5)) << PropertyValue(5.0) << true << true << quint64(5);
-        QTest::newRow("0.5, 0") << PropertyValue(0.5) << PropertyValue(qint64(0)) << false << true
-                                << quint64(0);
-        QTest::newRow("0, 0.5") << PropertyValue(qint64(0)) << PropertyValue(0.5) << false << false
-                                << quint64(0);
-        QTest::newRow("unsigned 2^63, -1")
-            << PropertyValue(quint64(1) << 63) << PropertyValue(qint64(-1)) << false << true
-            << (quint64(1) << 63);
+        row("2^53, 2^53 + 1", big, big + 1, false, true, quint64(big));
+        row("unsigned 5, 5.0", quint64(5), 5.0, true, true, quint64(5));
+        row("0.5, 0", 0.5, qint64(0), false, true);
+        row("0, 0.5", qint64(0), 0.5, false);
+        row("unsigned 2^63, -1", quint64(1) << 63, qint64(-1), false, true, quint64(1) << 63);
+        row("unsigned 2^64 - 1, -1", ~quint64(0), qint64(-1), false, true, ~quint64(0));
         // Dictionaries compare as values, whatever the order of their members.
         const PropertyDictionary xy{{u"x"_qs, 1}, {u"y"_qs, u"two"}};
         const PropertyValue yx = PropertyDictionary{{u"y"_qs, u"two"}, {u"x"_qs, 1}};
-        const auto dictionaryRow = [&](const char *name, const PropertyValue &b, bool equal) {
-            QTest::newRow(name) << PropertyValue(xy) << b << equal << false << quint64(0);
-        };
-        dictionaryRow("other order", yx, true);
-        dictionaryRow("member missing", PropertyDictionary{{u"x"_qs, 1}}, false);
-        dictionaryRow("member differs", PropertyDictionary{{u"x"_qs, 1}, {u"y"_qs, u"three"}},
-                      false);
-        QTest::newRow("nested") << PropertyValue(PropertyDictionary{{u"n"_qs, PropertyValue(xy)}})
-                                << PropertyValue(PropertyDictionary{{u"n"_qs, yx}}) << true << false
-                                << quint64(0);
-        QTest::newRow("string, null")
-            << PropertyValue(u"7") << PropertyValue::null() << false << false << quint64(0);
+        row("other order", xy, yx, true);
+        row("member missing", xy, PropertyDictionary{{u"x"_qs, 1}}, false);
+        row("member differs", xy, PropertyDictionary{{u"x"_qs, 1}, {u"y"_qs, u"three"}}, false);
+        row("nested", PropertyDictionary{{u"n"_qs, PropertyValue(xy)}},
+            PropertyDictionary{{u"n"_qs, yx}}, true);
+        row("string, null", u"7", PropertyValue::null(), false);
     }
     void values()
     {
@@ -292,63 +263,15 @@ private Q_SLOTS:
         QTEST(a.toUInt64(), "unsignedValue");
     }
 
-    void checkedState_data()
-    {
-        QTest::addColumn<PropertyValue>("item");
-        QTest::addColumn<qint64>("state");
-        QTest::newRow("mixed") << group({leaf(1), leaf(0)}) << qint64(-1);
-        QTest::newRow("groups 1 and -1")
-            << group({group({leaf(1)}), group({leaf(1), leaf(0)})}) << qint64(-1);
-        QTest::newRow("empty group") << group({}) << qint64(0);
-        QTest::newRow("leaf with items") << leafWithItems(1, {leaf(0), leaf(0)}) << qint64(1);
-        QTest::newRow("group containing leaf with items")
-            << group({leafWithItems(0, {leaf(1)}), leaf(0)}) << qint64(0);
-        QTest::newRow("-2 first is unseen") << group({leaf(-2), leaf(1)}) << qint64(1);
-        QTest::newRow("-2 later differs") << group({leaf(1), leaf(-2)}) << qint64(-1);
-        QTest::newRow("real read as integer")
-            << PropertyValue(Dict{{u"checked"_s, PropertyValue(1.9)}}) << qint64(1);
-        QTest::newRow("not a dictionary") << PropertyValue(u"x"_s) << qint64(0);
-        QTest::newRow("items not an array")
-            << PropertyValue(Dict{{u"items"_s, PropertyValue(qint64(1))}}) << qint64(0);
-    }
-    void checkedState()
-    {
-        QFETCH(PropertyValue, item);
-        QTEST(VXItemCheckedState(item), "state");
-        QTEST(VXItemsCheckedState(Array{item}), "state");
-    }
-
-    void setCheckedState()
-    {
-        PropertyValue tree =
-            group({leaf(0, 10, u"a"_s), leaf(1), leaf(0), group({leaf(0), leaf(-1)}),
-                   PropertyValue(Dict{}), leafWithItems(0, {leaf(0)})});
-        const PropertyValue before = tree;
-        QCOMPARE(VXItemSetCheckedState(tree, 1), quint64(6));
-        // The item with neither key stays at 0, so the whole is mixed.
-        QCOMPARE(VXItemCheckedState(tree), qint64(-1));
-        // Only "checked" changed: removing it leaves the trees equal.
-        const QStringList checked{u"checked"_s};
-        QCOMPARE(VXItemRemovingKeys(tree, checked), VXItemRemovingKeys(before, checked));
-        // The item with neither key gains none; the children of a leaf with items are not touched.
-        const Array after = tree.value(u"items"_s)->toArray();
-        QCOMPARE(after[4], PropertyValue(Dict{}));
-        QCOMPARE(after[5], leafWithItems(1, {leaf(0)}));
-
-        Array items{leaf(1), group({leaf(1)})};
-        QCOMPARE(VXItemsSetCheckedValue(items, PropertyValue(false)), quint64(2));
-        QCOMPARE(VXItemsCheckedCount(items), quint64(0));
-        QCOMPARE(items.first().value(u"checked"_s)->type(), PropertyValue::Type::Bool);
-        QCOMPARE(VXItemsSetCheckedState(items, 1), quint64(2));
-        QCOMPARE(VXItemsCheckedCount(items), quint64(2));
-    }
-
     void countsAndSums()
     {
         // An item with neither "checked" nor "items" counts for nothing.
-        Array items{leaf(1, 100), leaf(0, 50), leaf(1), group({leaf(3, 1000), group({})}),
-                    leafWithItems(1, {leaf(1, 9)})};
-        items.append(Dict{});
+        // Both "checked" and "items": a leaf whose children are never visited.
+        const Dict leafWithItems{{u"checked"_s, PropertyValue(qint64(1))},
+                                 {u"size"_s, PropertyValue(quint64(7))},
+                                 {u"items"_s, PropertyValue(Array{leaf(1, 9)})}};
+        Array items{leaf(1, 100),  leaf(0, 50), leaf(1), group({leaf(3, 1000), group({})}),
+                    leafWithItems, Dict{}};
         QCOMPARE(VXItemsCheckedCount(items), quint64(4));
         QCOMPARE(VXItemsSumOfKey(items, u"size"_s), quint64(100 + 50 + 1000 + 7));
         QCOMPARE(VXItemSumOfKey(group(items), u"checked"_s), quint64(1 + 0 + 1 + 3 + 1));
@@ -361,75 +284,6 @@ private Q_SLOTS:
         VXItemGatherCheckedStatistics(group(items), size, checked, leaves);
         QCOMPARE(std::tuple(size, checked, leaves),
                  std::tuple(quint64(100 + 100 + 1000 + 7), 2u + 4u, 3u + 5u));
-    }
-
-    void removingAndKeepingKeys()
-    {
-        const PropertyValue tree =
-            group({leaf(1, 10, u"a"_s), group({leaf(0, 20, u"b"_s)})}, u"root"_s);
-        const PropertyValue removed = VXItemRemovingKeys(tree, {u"size"_s, u"items"_s});
-        QCOMPARE(VXItemSumOfKey(removed, u"size"_s), quint64(0));
-        QCOMPARE(VXItemCheckedCount(removed), quint64(1));
-        QCOMPARE(names(removed.value(u"items"_s)->toArray()), QStringList({u"a"_s, QString()}));
-        QCOMPARE(VXItemSumOfKey(tree, u"size"_s), quint64(30)); // input untouched
-
-        const PropertyValue kept = VXItemKeepingKeys(tree, {u"name"_s});
-        const PropertyValue expected =
-            group({PropertyValue(Dict{{u"name"_s, PropertyValue(u"a")}}),
-                   group({PropertyValue(Dict{{u"name"_s, PropertyValue(u"b")}})})},
-                  u"root"_s);
-        QCOMPARE(kept, expected);
-        QCOMPARE(VXItemsKeepingKeys({tree}, {}).first().toDictionary().keys(),
-                 QStringList{u"items"_s});
-    }
-
-    void sorting()
-    {
-        PropertyValue tree =
-            group({leaf(0, 3, u"c"_s), leaf(0, 1, u"a"_s),
-                   group({leaf(0, 2, u"y"_s), leaf(0, 1, u"x"_s)}, u"b"_s), PropertyValue(Dict{})});
-        VXItemSortChildren(tree, {VXSortDescriptor{u"name"_s, true, {}}});
-        Array top = tree.value(u"items"_s)->toArray();
-        QCOMPARE(names(top), QStringList({QString(), u"a"_s, u"b"_s, u"c"_s}));
-        QCOMPARE(names(top[2].value(u"items"_s)->toArray()), QStringList({u"x"_s, u"y"_s}));
-
-        // Two keys, descending sizes, ties broken by name; numbers compare by value.
-        Array items{
-            leaf(0, 10, u"b"_s), leaf(0, 9, u"z"_s), leaf(0, 10, u"a"_s),
-            PropertyValue(Dict{{u"size"_s, PropertyValue(9.5)}, {u"name"_s, PropertyValue(u"r")}})};
-        VXItemsSortRecursively(
-            items, {VXSortDescriptor{u"size"_s, false, {}}, VXSortDescriptor{u"name"_s, true, {}}});
-        QCOMPARE(names(items), QStringList({u"a"_s, u"b"_s, u"r"_s, u"z"_s}));
-
-        const auto caseInsensitive = [](const PropertyValue &a, const PropertyValue &b) {
-            return QString::compare(a.toString(), b.toString(), Qt::CaseInsensitive);
-        };
-        Array words{leaf(0, 0, u"b"_s), leaf(0, 0, u"B"_s), leaf(0, 0, u"a"_s)};
-        VXItemsSortRecursively(words, {VXSortDescriptor{u"name"_s, true, caseInsensitive}});
-        QCOMPARE(names(words), QStringList({u"a"_s, u"b"_s, u"B"_s}));
-    }
-
-    void defaultComparison_data()
-    {
-        QTest::addColumn<PropertyValue>("a");
-        QTest::addColumn<PropertyValue>("b");
-        QTest::addColumn<int>("order");
-        QTest::newRow("-1 < max unsigned")
-            << PropertyValue(qint64(-1)) << PropertyValue(~quint64(0)) << -1;
-        QTest::newRow("true == 1") << PropertyValue(true) << PropertyValue(qint64(1)) << 0;
-        QTest::newRow("B < a") << PropertyValue(u"B") << PropertyValue(u"a") << -1;
-        QTest::newRow("data by bytes")
-            << PropertyValue(QByteArray("ab")) << PropertyValue(QByteArray("b")) << -1;
-        QTest::newRow("number before string")
-            << PropertyValue(qint64(9)) << PropertyValue(u"1") << -1;
-    }
-    void defaultComparison()
-    {
-        QFETCH(PropertyValue, a);
-        QFETCH(PropertyValue, b);
-        QFETCH(int, order);
-        QCOMPARE(VXSortDescriptor::defaultComparison(a, b), order);
-        QCOMPARE(VXSortDescriptor::defaultComparison(b, a), -order);
     }
 
     // The stored form: magic, version, count, then each index in eight big-endian bytes.

@@ -12,8 +12,6 @@
 using namespace Qt::StringLiterals;
 using namespace VXShortcuts;
 
-using Tags = QList<QPair<QString, QString>>;
-
 namespace {
 VXAttributes attrs(const QString &name, const QVariant &value)
 {
@@ -98,25 +96,6 @@ private Q_SLOTS:
         }
     }
 
-    // Each tag's attributes merged into its content, overlapping and enclosed tags too.
-    void unfoldTagsWithAttributtes()
-    {
-        for (auto [text, after, maskA, maskB] :
-             {std::tuple{u"<b>ab</b>-<b>cd</b>"_s, u"ab-cd"_s, u"xx-xx"_s, u"-----"_s},
-              {u"<b>x<i>y</b>z</i>"_s, u"xyz"_s, u"xx-"_s, u"-xx"_s},
-              {u"<i>a<b>b</b>c</i>"_s, u"abc"_s, u"-x-"_s, u"xxx"_s},
-              {u"ok <b>rest"_s, u"ok rest"_s, u"---xxxx"_s, u"-------"_s},
-              {u"nothing"_s, u"nothing"_s, u"-------"_s, u"-------"_s}}) {
-            VXAttributedString s(text, attrs(u"base"_s, 7));
-            VXShortcuts::unfoldTagsWithAttributtes(
-                s, {{u"b"_s, attrs(A, 1)}, {u"i"_s, attrs(B, 2)}, {u"u"_s, attrs(B, 3)}});
-            QCOMPARE(s.string(), after);
-            QCOMPARE(mask(s, A), maskA);
-            QCOMPARE(mask(s, B), maskB);
-            QCOMPARE(mask(s, u"base"_s), QString(after.size(), u'x'));
-        }
-    }
-
     void runsMergeSplitAndReplace()
     {
         VXAttributedString s(u"abcdef"_s);
@@ -166,123 +145,6 @@ private Q_SLOTS:
             QCOMPARE(fontAt(s, i).pointSize(), 20.0);
         applyFontTraits(s, VXBoldFontMask);
         QCOMPARE(fontAt(s, 0).fontName(), u"HelveticaNeue-Bold"_s);
-    }
-
-    void wholeStringSetters()
-    {
-        VXAttributedString s(u"one\ntwo"_s);
-        VXParagraphStyle truncating;
-        truncating.lineBreakMode = VXLineBreakByTruncatingTail;
-        s.addAttribute(VXParagraphStyleAttributeName, QVariant::fromValue(truncating), {0, 3});
-        setAlignment(s, VXCenterTextAlignment);
-        const auto styleAt = [&](int i) {
-            return s.attributeAtIndex(VXParagraphStyleAttributeName, i).value<VXParagraphStyle>();
-        };
-        QCOMPARE(styleAt(0).alignment, std::uint64_t(VXCenterTextAlignment));
-        QCOMPARE(styleAt(0).lineBreakMode, std::uint64_t(VXLineBreakByTruncatingTail));
-        QCOMPARE(styleAt(6).alignment, std::uint64_t(VXCenterTextAlignment));
-        setColor(s, VXColor::redColor());
-        setUnderlinedStyle(s, 9);
-        VXRange effective;
-        QCOMPARE(s.attributeAtIndex(VXForegroundColorAttributeName, 4, &effective).value<VXColor>(),
-                 VXColor::redColor());
-        QCOMPARE(effective, (VXRange{0, 7}));
-        QCOMPARE(s.attributeAtIndex(VXUnderlineStyleAttributeName, 0).toLongLong(), 9);
-
-        VXAttributedString plain(u"xyz"_s);
-        setFontSize(plain, 8);
-        QCOMPARE(plain.attributeAtIndex(VXFontAttributeName, 0, &effective).value<VXFont>(),
-                 VXFont::systemFontOfSize(8));
-        QCOMPARE(effective, (VXRange{0, 3}));
-    }
-
-    void constructors()
-    {
-        QVERIFY(!attributedStringWithString(std::nullopt, {}));
-        QCOMPARE(attributedStringWithString(u"x"_s, attrs(A, 1))->attributesAtIndex(0),
-                 attrs(A, 1));
-        const VXAttributedString link =
-            hyperlinkFromString(u"go"_s, QUrl(u"https://example.org/a b"_s), 14);
-        QCOMPARE(link.attributeAtIndex(VXLinkAttributeName, 1).toString(),
-                 u"https://example.org/a%20b"_s);
-        QCOMPARE(link.attributeAtIndex(VXForegroundColorAttributeName, 0).value<VXColor>(),
-                 VXColor::blueColor());
-        QCOMPARE(link.attributeAtIndex(VXUnderlineStyleAttributeName, 0).toLongLong(), 1);
-        QCOMPARE(fontAt(link, 0), VXFont::systemFontOfSize(14));
-        QVERIFY(!hyperlinkFromString(u"go"_s, std::nullopt, 14)
-                     .attributesAtIndex(0)
-                     .contains(VXLinkAttributeName));
-        QCOMPARE(
-            htmlWrapperText(u"<b>x</b>"_s),
-            uR"(<?xml version="1.0" encoding="UTF-8"?><span style="font-family: Lucida Grande"><b>x</b></span>)"_s);
-    }
-
-    void htmlReader()
-    {
-        const auto s = attributedStringWithHTMLString(
-            u"a <b>bold</b> <a href=\"https://example.org/x\">link</a> &amp; <span style=\"font-family: Helvetica\">h</span>"_s);
-        QVERIFY(s);
-        QCOMPARE(s->string(), u"a bold link & h"_s);
-        QVERIFY(!fontAt(*s, 0).isBold());
-        QVERIFY(fontAt(*s, 3).isBold());
-        QCOMPARE(fontAt(*s, 0).pointSize(), 12.0);
-        QCOMPARE(s->attributeAtIndex(VXLinkAttributeName, 8).toUrl(),
-                 QUrl(u"https://example.org/x"_s));
-        QVERIFY(!s->attributesAtIndex(0).contains(VXLinkAttributeName));
-        // The wrapper's family is not installed here: the desktop's font stands in for it;
-        // a fragment's own family wins.
-        QCOMPARE(fontAt(*s, 0).familyName(), VXFont::systemFontOfSize(12).familyName());
-        QCOMPARE(fontAt(*s, 14).fontName(), u"Helvetica"_s);
-        const auto centred = attributedStringWithHTMLString(u"<p align=\"center\">c</p>"_s);
-        QCOMPARE(centred->attributeAtIndex(VXParagraphStyleAttributeName, 0)
-                     .value<VXParagraphStyle>()
-                     .alignment,
-                 std::uint64_t(VXCenterTextAlignment));
-    }
-
-    // Later keys see the output of earlier ones, not the other way round.
-    void templates()
-    {
-        for (auto [tags, text, boldMask] :
-             {std::tuple{Tags{{u"%A%"_s, u"<b>%B%</b>"_s}, {u"%B%"_s, u"x"_s}}, u"x and x"_s,
-                         u"x------"_s},
-              {Tags{{u"%B%"_s, u"x"_s}, {u"%A%"_s, u"<b>%B%</b>"_s}}, u"%B% and x"_s,
-               u"xxx------"_s}}) {
-            const auto s = attributedStringWithTemplate(u"%A% and %B%"_s, tags);
-            QCOMPARE(s->string(), text);
-            QString bold;
-            for (std::uint64_t i = 0; i < s->length(); ++i)
-                bold += fontAt(*s, int(i)).isBold() ? u'x' : u'-';
-            QCOMPARE(bold, boldMask);
-        }
-    }
-
-    // Qt's own metrics are the oracle for the size of a one-font text.
-    void geometry()
-    {
-        const VXFont font = VXFont::systemFontOfSize(15);
-        const QFontMetricsF metrics(font.qfont());
-        const VXAttributes inFont{{VXFontAttributeName, QVariant::fromValue(font)}};
-        const VXAttributedString s(u"hello world"_s, inFont);
-        const QSizeF oneLine = VXGeometry::sizeForWidth(s, 0);
-        QCOMPARE(oneLine.width(), metrics.horizontalAdvance(u"hello world"_s));
-        QCOMPARE(oneLine.height(), metrics.lineSpacing());
-        const double narrow = metrics.horizontalAdvance(u"hello "_s) + 1;
-        const QSizeF wrapped = VXGeometry::sizeForWidth(s, narrow);
-        QCOMPARE(wrapped.height(), 2 * metrics.lineSpacing());
-        QVERIFY(wrapped.width() <= narrow);
-        QCOMPARE(VXGeometry::heightForWidth(s, narrow), wrapped.height());
-
-        const VXAttributedString two(u"one\ntwo"_s, inFont);
-        QCOMPARE(VXGeometry::sizeForHeight(two, 0).height(), 2 * metrics.lineSpacing());
-        QCOMPARE(VXGeometry::sizeForHeight(two, 1.5 * metrics.lineSpacing()).height(),
-                 metrics.lineSpacing());
-        QCOMPARE(VXGeometry::widthForHeight(two, 0), std::max(metrics.horizontalAdvance(u"one"_s),
-                                                              metrics.horizontalAdvance(u"two"_s)));
-        // Without line fragments the origin is the baseline: the box starts the ascent above.
-        QCOMPARE(s.boundingRectWithSize({0, 0}, 0), QRectF(QPointF(0, -metrics.ascent()), oneLine));
-        QCOMPARE(VXGeometry::sizeForWidth(std::nullopt, 100), QSizeF(0, 0));
-        QCOMPARE(VXGeometry::sizeForHeight(std::nullopt, 100), QSizeF(0, 0));
     }
 
     // Centred ink around the middle; a long title cut to one line inside its rectangle,

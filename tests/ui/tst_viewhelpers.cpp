@@ -1,23 +1,13 @@
-#include "Bundle.h"
 #include "VXAttributedString.h"
-#include "VXConvenienceMethods.h"
-#include "VXImageCreation.h"
 #include "VXQuorvelleExtension.h"
-#include "VXSystemRelease.h"
 
-#include <QApplication>
-#include <QDir>
 #include <QKeyEvent>
 #include <QScrollBar>
-#include <QSplitter>
 #include <QStandardItemModel>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
 #include <QVBoxLayout>
-
-using Quorvelle::Bundle;
 
 using namespace Qt::StringLiterals;
 using namespace QuorvelleExtension;
@@ -48,12 +38,6 @@ QList<int> selectedRows(const QAbstractItemView &view)
     return rows;
 }
 
-bool savePng(const QString &path, int w, int h, QColor color)
-{
-    QImage image(w, h, QImage::Format_ARGB32);
-    image.fill(color);
-    return QDir().mkpath(QFileInfo(path).absolutePath()) && image.save(path, "PNG");
-}
 } // namespace
 
 class TestViewHelpers : public QObject
@@ -122,14 +106,9 @@ private Q_SLOTS:
         row("left arrow", Qt::Key_Left, {}, true, false, 1, left, true);
         row("right arrow", Qt::Key_Right, {}, true, false, 1, QString(QChar(0xF703)), false);
         row("up arrow", Qt::Key_Up, {}, true, false, 1, QString(QChar(0xF700)), false);
-        row("down arrow", Qt::Key_Down, {}, true, false, 1, QString(QChar(0xF701)), false);
-        row("other key", Qt::Key_Home, {}, true, false, 1, {}, false);
-        row("typed text", Qt::Key_A, u"a"_s, true, false, 1, u"a"_s, false);
-        row("two characters", Qt::Key_Left, u"ab"_s, true, false, 1, u"ab"_s, false);
         row("not focused", Qt::Key_Left, {}, false, false, 1, left, false);
         row("editing", Qt::Key_Left, {}, true, true, 1, left, false);
         row("bar elsewhere", Qt::Key_Left, {}, true, false, 2, left, false);
-        row("no bar", Qt::Key_Left, {}, true, false, 0, left, false);
     }
 
     void shouldHandleEvent()
@@ -163,76 +142,7 @@ private Q_SLOTS:
         QCOMPARE(delegate.asked, 1); // asked on every call, whatever the answer
         setApplicationDelegate(nullptr);
     }
-
-    // Side by side: the right edge of the last open pane up to the index; stacked: its
-    // bottom edge. Handles 4 wide.
-    void dividerPosition()
-    {
-        const auto h = Qt::Horizontal;
-        for (auto [orientation, sizes, index, expected] :
-             {std::tuple{h, QList<int>{50, 0, 142}, 1, 50.0},
-              {h, {50, 60, 82}, 1, 114.0},
-              {Qt::Vertical, {30, 40, 122}, 1, 74.0},
-              {h, {0, 0, 192}, 1, 0.0},
-              {h, {50, 60, 82}, -1, 0.0},
-              {h, {50, 60, 82}, 3, 0.0}}) {
-            QSplitter splitter{orientation};
-            splitter.setHandleWidth(4);
-            for (int i = 0; i < 3; ++i)
-                splitter.addWidget(new QWidget);
-            splitter.resize(200, 200);
-            splitter.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&splitter));
-            splitter.setSizes(sizes);
-            QCOMPARE(splitter.sizes(), sizes);
-            QCOMPARE(VXConvenienceMethods::positionOfDividerAtIndex(&splitter, index), expected);
-        }
-    }
-
-    void images()
-    {
-        QTemporaryDir dir;
-        QVERIFY(savePng(dir.filePath(u"images/dot.png"_s), 4, 4, Qt::red));
-        QVERIFY(savePng(dir.filePath(u"images/dot@2x.png"_s), 8, 8, Qt::blue));
-        Bundle *bundle = Bundle::bundleWithPath(dir.path());
-        QVERIFY(bundle);
-
-        // The application's own images are the main bundle's.
-        const QString mainImage =
-            Bundle::mainBundle()->bundlePath() + u"/images/tst_viewhelpers_main.png"_s;
-        QVERIFY(savePng(mainImage, 2, 2, Qt::green));
-        const auto removeMain = qScopeGuard([&] { QFile::remove(mainImage); });
-
-        for (bool lion : {true, false}) {
-            VXSystemRelease::setLionOrGreaterForTesting(lion);
-            const auto dot = VXImageCreation::imageNamed(u"dot"_s, bundle);
-            QVERIFY(dot);
-            QCOMPARE(dot->name(), u"dot"_s);
-            QCOMPARE(dot->size(), QSizeF(4, 4));
-            // This process runs at two device pixels per point: the bundle lookup takes the
-            // double-resolution file, the older path-and-read road the plain one.
-            QCOMPARE(dot->image().width(), lion ? 8 : 4);
-            QCOMPARE(VXImageCreation::imageNamed(u"dot.png"_s, bundle)->size(), QSizeF(4, 4));
-            QVERIFY(!VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle));
-            QVERIFY(!VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, false));
-            const auto fallen =
-                VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, bundle, true);
-            QVERIFY(fallen);
-            QCOMPARE(fallen->image().pixelColor(0, 0), QColor(Qt::green));
-            QVERIFY(VXImageCreation::imageNamed(u"tst_viewhelpers_main"_s, nullptr));
-            QVERIFY(!VXImageCreation::imageNamed(u"missing"_s, bundle, true));
-            QVERIFY(!VXImageCreation::imageNamed(QString(), bundle, true));
-        }
-        VXSystemRelease::setLionOrGreaterForTesting(std::nullopt);
-    }
 };
 
-int main(int argc, char *argv[])
-{
-    // Two device pixels per point, as on a high-density screen.
-    qputenv("QT_SCALE_FACTOR", "2");
-    QApplication app(argc, argv);
-    TestViewHelpers test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TestViewHelpers)
 #include "tst_viewhelpers.moc"

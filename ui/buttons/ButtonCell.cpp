@@ -320,15 +320,22 @@ QRectF ButtonCell::titleRectForBounds(const QRectF &bounds) const
     const QRectF image = imageRectForBounds(bounds);
     if (image.isEmpty() || d->_imagePosition == ImageOverlaps)
         return bounds;
+    if (drawsMark())
+        return QRectF(QPointF(image.right() + kTitleGap, bounds.y()), bounds.bottomRight());
+    // The title's own place in the centred pair, so that it stands one gap from the image
+    // and is not centred again in all the room the image leaves.
+    const QSizeF title = titleSizeForWidth(bounds.width() - image.width() - kTitleGap);
+    const double width = std::min(std::ceil(title.width()), bounds.width());
+    const double height = std::min(std::ceil(title.height()), bounds.height());
     switch (d->_imagePosition) {
     case ImageLeft:
-        return QRectF(QPointF(image.right() + kTitleGap, bounds.y()), bounds.bottomRight());
+        return QRectF(image.right() + kTitleGap, bounds.y(), width, bounds.height());
     case ImageRight:
-        return QRectF(bounds.topLeft(), QPointF(image.left() - kTitleGap, bounds.bottom()));
+        return QRectF(image.left() - kTitleGap - width, bounds.y(), width, bounds.height());
     case ImageAbove:
-        return QRectF(QPointF(bounds.x(), image.bottom() + kTitleGap), bounds.bottomRight());
+        return QRectF(bounds.x(), image.bottom() + kTitleGap, bounds.width(), height);
     case ImageBelow:
-        return QRectF(bounds.topLeft(), QPointF(bounds.right(), image.top() - kTitleGap));
+        return QRectF(bounds.x(), image.top() - kTitleGap - height, bounds.width(), height);
     default:
         return bounds;
     }

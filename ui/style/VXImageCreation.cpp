@@ -83,8 +83,10 @@ std::optional<VXImage> imageForResource(const Bundle *bundle, const QString &nam
     std::optional<VXImage> plain = readImage(name, path);
     if (!plain || name.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return plain;
-    QImage dense(bundle->pathForResource(QStringLiteral("images/") + name + QStringLiteral("@2x"),
-                                         QStringLiteral("png")));
+    // Most images have no double-resolution file: no path, no read (Qt warns on an empty one).
+    const QString densePath = bundle->pathForResource(
+        QStringLiteral("images/") + name + QStringLiteral("@2x"), QStringLiteral("png"));
+    QImage dense = densePath.isEmpty() ? QImage() : QImage(densePath);
     if (dense.isNull())
         return plain;
     dense.setDevicePixelRatio(2.0);

@@ -4,8 +4,9 @@
 //   <METHOD> <scheme>://<Host><path>
 //   <body>
 //
-// usage: qv-account-service --cert C --key K --log FILE [--https-port 443] [--http-port 80]
-//                           [--status 200] [--silent] [--redirect URL] [--ready FILE]
+// usage: qv-account-service --cert C --key K --log FILE [--status 200] [--silent]
+//                           [--redirect URL] [--ready FILE]
+// It listens on loopback's ports 443 (HTTPS) and 80 (HTTP).
 #include "TestHttpsServer.h"
 
 #include <QCommandLineParser>
@@ -36,7 +37,6 @@ int main(int argc, char *argv[])
         return o;
     };
     const auto cert = option("cert"), key = option("key"), log = option("log");
-    const auto httpsPort = option("https-port", "443"), httpPort = option("http-port", "80");
     const auto status = option("status", "200"), redirect = option("redirect");
     const auto ready = option("ready");
     const QCommandLineOption silent(QStringLiteral("silent"));
@@ -76,8 +76,8 @@ int main(int argc, char *argv[])
             std::fflush(stdout);
         };
     }
-    if (!secure.listen(QHostAddress::LocalHost, quint16(parser.value(httpsPort).toUInt())) ||
-        !plain.listen(QHostAddress::LocalHost, quint16(parser.value(httpPort).toUInt()))) {
+    if (!secure.listen(QHostAddress::LocalHost, 443) ||
+        !plain.listen(QHostAddress::LocalHost, 80)) {
         std::fprintf(stderr, "qv-account-service: cannot listen\n");
         return 2;
     }
