@@ -1,8 +1,7 @@
 // The kit's Designer plugin as QUiLoader (and Designer) load it from the build tree: the widget
-// box's entries and the uninstaller's own window. (Every property of a form reaching its
-// widgets, through uic and through the installed plugin, is the install test's kit-designer-form.)
-#include <Quorvelle/Widgets/Button.h>
-
+// box's entries, each made into its widget. (Every property of a form reaching its widgets,
+// cell classes included, through uic and through the installed plugin, is the install test's
+// kit-designer-form.)
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
 
@@ -37,11 +36,6 @@ std::unique_ptr<QWidget> load(const QByteArray &description, QString *error)
     return form;
 }
 
-QByteArray sourceFile(const QString &path)
-{
-    QFile file(qEnvironmentVariable("QV_SOURCE_DIR") + path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 } // namespace
 
 class TestDesignerPlugin : public QObject
@@ -49,40 +43,6 @@ class TestDesignerPlugin : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // The uninstaller's own window, as Designer opens it: every kit widget it names is made
-    // by the plugin, with the cell its description asks for.
-    void surveyWindow()
-    {
-        const QByteArray description = sourceFile(u"/resources/ui/SurveyWindow.ui"_s);
-        QString error, objectName;
-        const auto window = load(description, &error);
-        QVERIFY2(window, qPrintable(error));
-        QXmlStreamReader reader(description);
-        int kitWidgets = 0;
-        while (!reader.atEnd()) {
-            if (reader.readNext() != QXmlStreamReader::StartElement)
-                continue;
-            const QXmlStreamAttributes attributes = reader.attributes();
-            if (reader.name() == "widget"_L1) {
-                objectName = attributes.value("name"_L1).toString();
-                const QString className = attributes.value("class"_L1).toString();
-                auto *made = window->findChild<QWidget *>(objectName);
-                QVERIFY2(!made || made == window.get() || made->inherits(qPrintable(className)),
-                         qPrintable(objectName + u" is no "_s + className));
-                kitWidgets +=
-                    className.startsWith("VX"_L1) || className.startsWith("Quorvelle::"_L1);
-            } else if (reader.name() == "property"_L1 &&
-                       attributes.value("name"_L1) == "cellClass"_L1) {
-                reader.readNextStartElement();
-                auto *button = window->findChild<Quorvelle::Button *>(objectName);
-                QVERIFY2(button && button->cellClass() == reader.readElementText(),
-                         qPrintable(objectName));
-            }
-        }
-        QVERIFY(!reader.hasError());
-        QVERIFY2(kitWidgets > 10, qPrintable(QString::number(kitWidgets)));
-    }
-
     // Every widget-box entry: in the kit's group, described, with an icon, an installed
     // header, and a DOM that QUiLoader turns into a widget of the entry's class.
     void widgetBox()

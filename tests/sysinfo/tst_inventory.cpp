@@ -70,11 +70,6 @@ private Q_SLOTS:
                               "+~/Applications/Mine.app/",
                               "/Applications/plain-file.app=no folder"}
             << QStringList();
-        QTest::newRow("the desktop-entry answer stands alone")
-            << 0
-            << QByteArrayList{"/Applications/Foo.app/",
-                              "+~/.local/share/applications/e.desktop=" ENTRY}
-            << QStringList();
         QTest::newRow("application entries, sub-folders too, hidden ones not")
             << 1
             << QByteArrayList{"+" APPS "e.desktop=" ENTRY,
@@ -124,8 +119,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("browser");
         QTest::newRow("sub-folder ID, one-letter name") << QByteArray("kde4-k.desktop\n")
                                                         << u"k"_s;
-        QTest::newRow("blank stays encoded") << QByteArray("My Browser.desktop;")
-                                             << u"My%20Browser"_s;
         QTest::newRow("no handler installed") << QByteArray("absent.desktop") << u"(nil)"_s;
     }
     void defaultBrowser()
