@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Feeds the flag values and notices a system reachability service would deliver.
@@ -80,8 +82,7 @@ private Q_SLOTS:
         backend->hasTarget = hasTarget;
         backend->flags = first;
         VXNetworkReachability reachability(
-            backend,
-            QUrl(QStringLiteral("http://127.0.0.1:%1/ping.html").arg(server.serverPort())));
+            backend, QUrl(u"http://127.0.0.1:%1/ping.html"_s.arg(server.serverPort())));
         QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
         QCOMPARE(backend->scheduled, hasTarget);
         if (notices.isEmpty())
@@ -108,12 +109,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("host");
         QTest::addColumn<bool>("target");
         QTest::addColumn<quint32>("flags");
-        QTest::newRow("loopback name") << QStringLiteral("localhost") << true << R;
-        QTest::newRow("reserved, never resolves") << QStringLiteral("host.invalid") << true << 0u;
+        QTest::newRow("loopback name") << u"localhost"_s << true << R;
+        QTest::newRow("reserved, never resolves") << u"host.invalid"_s << true << 0u;
         QTest::newRow("empty") << QString() << false << 0u;
-        QTest::newRow("empty label") << QStringLiteral("account..example") << false << 0u;
-        QTest::newRow("long label") << QString(64, QLatin1Char('a')) << false << 0u;
-        QTest::newRow("too long") << QString(254, QLatin1Char('a')) << false << 0u;
+        QTest::newRow("empty label") << u"account..example"_s << false << 0u;
+        QTest::newRow("long label") << QString(64, u'a') << false << 0u;
+        QTest::newRow("too long") << QString(254, u'a') << false << 0u;
     }
     void linuxHostNames()
     {

@@ -1,8 +1,7 @@
 #include "LogCapture.h"
+#include "Tools.h"
 #include "VXCryptor.h"
 
-#include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -43,15 +42,13 @@ class TestCryptor : public QObject
     // Runs "openssl <command>" in the scratch folder and returns the file written by -out.
     QString openssl(const char *command)
     {
-        const QStringList arguments = QString::fromLatin1(command).split(QLatin1Char(' '));
-        QProcess process;
-        process.setWorkingDirectory(m_dir.path());
-        process.start(u"openssl"_s, arguments);
-        const bool ran = process.waitForFinished(120000) && process.exitCode() == 0;
-        QFile file(m_dir.filePath(arguments.value(arguments.indexOf(u"-out"_s) + 1)));
-        if (!ran || !file.open(QIODevice::ReadOnly))
-            qFatal("openssl %s failed: %s", command, process.readAllStandardError().constData());
-        return QString::fromLatin1(file.readAll());
+        const QStringList arguments = QString::fromLatin1(command).split(u' ');
+        const Tools::Outcome ran = Tools::run(u"openssl"_s, arguments, 120000, {}, m_dir.path());
+        const QByteArray written =
+            Tools::readFile(m_dir.filePath(arguments.value(arguments.indexOf(u"-out"_s) + 1)));
+        if (ran.exitCode != 0 || written.isEmpty())
+            qFatal("openssl %s failed: %s", command, ran.errors.constData());
+        return QString::fromLatin1(written);
     }
 
     std::unique_ptr<VXCryptor> make(const QString &pem, int padding)
@@ -190,7 +187,7 @@ private Q_SLOTS:
         QCOMPARE(text, QString::fromLatin1(data.toBase64()));
         QString wrapped;
         for (qsizetype i = 0; i < text.size(); i += 3)
-            wrapped += text.mid(i, 3) + QLatin1Char('\n');
+            wrapped += text.mid(i, 3) + u'\n';
         QCOMPARE(VXCryptor::dataFromBase64(wrapped), data);
     }
 
