@@ -6,8 +6,6 @@
 #include "PixelProbe.h"
 #include "VXButtonCell.h"
 #include "VXButtonCellQuorvelle.h"
-#include "VXFlatCheckboxButtonCell.h"
-#include "VXFlatRadioButtonCell.h"
 #include "VXGeneralButtonCell.h"
 #include "VXTrackingButton.h"
 
@@ -166,25 +164,6 @@ private Q_SLOTS:
             QCOMPARE(cell->showsStateBy(), quint64(C::ChangeBackgroundCellMask));
             QCOMPARE(cell->action(), QByteArray("press"));
         }
-    }
-
-    // A cell loaded from a description is of the class the description names.
-    void cellWithClassName()
-    {
-        const auto made = [](const char *name) -> QString {
-            const auto cell = ButtonCell::cellWithClassName(QLatin1String(name), {});
-            if (dynamic_cast<VXFlatCheckboxButtonCell *>(cell.get()))
-                return u"VXFlatCheckboxButtonCell"_s;
-            if (dynamic_cast<VXFlatRadioButtonCell *>(cell.get()))
-                return u"VXFlatRadioButtonCell"_s;
-            if (dynamic_cast<VXGeneralButtonCell *>(cell.get()))
-                return u"VXGeneralButtonCell"_s;
-            return cell ? u"other"_s : u"none"_s;
-        };
-        for (const char *name :
-             {"VXGeneralButtonCell", "VXFlatCheckboxButtonCell", "VXFlatRadioButtonCell"})
-            QCOMPARE(made(name), QLatin1String(name));
-        QCOMPARE(made("NoSuchCell"), u"none"_s);
     }
 
     void highlightedOrPressed_data()
