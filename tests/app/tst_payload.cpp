@@ -41,6 +41,11 @@ QJsonObject parse(const QByteArray &text)
 
 } // namespace
 
+// information file (or a marker), reason, every flag set, comment; the payload without
+// "version"
+using PayloadRow = std::tuple<QByteArray, quint64, bool, QString, QByteArray>;
+Q_DECLARE_METATYPE(PayloadRow)
+
 class TestPayload : public QObject
 {
     Q_OBJECT
@@ -50,11 +55,7 @@ class TestPayload : public QObject
 private Q_SLOTS:
     void payload_data()
     {
-        QTest::addColumn<QByteArray>("info");
-        QTest::addColumn<quint64>("reason");
-        QTest::addColumn<bool>("flags");
-        QTest::addColumn<QString>("comment");
-        QTest::addColumn<QByteArray>("expected"); // without "version"
+        QTest::addColumn<PayloadRow>("row");
 
         // Flags and comment are set after the reason; the survey keys always go out.
         const auto survey = [](const QByteArray &extra) {
@@ -64,33 +65,33 @@ private Q_SLOTS:
                 o.insert(it.key(), it.value());
             return QJsonDocument(o).toJson(QJsonDocument::Compact);
         };
-        QTest::newRow("price, flags") << kNoPath << quint64(2) << true << QString()
-                                      << survey(R"({"fairPrice":1,"easeofUse":1,"comment":"",
-                "priceIssues":{"priceNotDisclosedBeforeInstall":1,"priceTooHigh":1}})");
-        QTest::newRow("marketing") << kNoPath << quint64(3) << true << QString()
-                                   << survey(R"({"marketingIssues":1,"easeofUse":1})");
-        QTest::newRow("features, flags") << kNoPath << quint64(4) << true << QString()
-                                         << survey(R"({"featureSatisfaction":1,"easeofUse":1,
-                "featureIssues":{"featuresUnused":1,"easeofUse":1,"computerSlowedDown":1}})");
-        QTest::newRow("support, flags") << kNoPath << quint64(5) << true << QString()
-                                        << survey(R"({"supportQuality":1,"easeofUse":1,
-                "supportIssues":{"slowResponse":1,"unprofessionalSupport":1}})");
+        QTest::newRow("price, flags") << PayloadRow{
+            kNoPath, 2, true, QString(), survey(R"({"fairPrice":1,"easeofUse":1,"comment":"",
+                "priceIssues":{"priceNotDisclosedBeforeInstall":1,"priceTooHigh":1}})")};
+        QTest::newRow("marketing") << PayloadRow{kNoPath, 3, true, QString(),
+                                                 survey(R"({"marketingIssues":1,"easeofUse":1})")};
+        QTest::newRow("features, flags") << PayloadRow{
+            kNoPath, 4, true, QString(), survey(R"({"featureSatisfaction":1,"easeofUse":1,
+                "featureIssues":{"featuresUnused":1,"easeofUse":1,"computerSlowedDown":1}})")};
+        QTest::newRow("support, flags")
+            << PayloadRow{kNoPath, 5, true, QString(), survey(R"({"supportQuality":1,"easeofUse":1,
+                "supportIssues":{"slowResponse":1,"unprofessionalSupport":1}})")};
 
         const QByteArray full =
             R"({"userName":"ann","comment":"old","version":"0.1","priceIssues":{"x":1},"extra":[1,"two"]})";
-        QTest::newRow("file keys kept, survey keys replaced")
-            << full << quint64(1) << false << u"new"_s
-            << QByteArray(
-                   R"({"userName":"ann","comment":"new","priceIssues":{"x":1},"extra":[1,"two"],
-                "other":1,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
-        QTest::newRow("file's priceIssues replaced for the price reason")
-            << full << quint64(2) << false << QString()
-            << QByteArray(R"({"userName":"ann","comment":"","priceIssues":{},"extra":[1,"two"],
-                "other":0,"fairPrice":1,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})");
+        QTest::newRow("file keys kept, survey keys replaced") << PayloadRow{
+            full, 1, false, u"new"_s,
+            QByteArray(
+                R"({"userName":"ann","comment":"new","priceIssues":{"x":1},"extra":[1,"two"],
+                "other":1,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})")};
+        QTest::newRow("file's priceIssues replaced for the price reason") << PayloadRow{
+            full, 2, false, QString(),
+            QByteArray(R"({"userName":"ann","comment":"","priceIssues":{},"extra":[1,"two"],
+                "other":0,"fairPrice":1,"featureSatisfaction":0,"easeofUse":0,"supportQuality":0})")};
         QTest::newRow("user name named like a survey key survives")
-            << QByteArray(R"({"userName":"x","other":"file"})") << quint64(5) << false << QString()
-            << QByteArray(R"({"userName":"x","supportIssues":{},"comment":"",
-                "other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":1})");
+            << PayloadRow{QByteArray(R"({"userName":"x","other":"file"})"), 5, false, QString(),
+                          QByteArray(R"({"userName":"x","supportIssues":{},"comment":"",
+                "other":0,"fairPrice":0,"featureSatisfaction":0,"easeofUse":0,"supportQuality":1})")};
         const QList<QPair<const char *, QByteArray>> surveyOnly = {
             {"an array", "[1,2,3]"},
             {"text that is no JSON", "no json at all"},
@@ -99,17 +100,14 @@ private Q_SLOTS:
         };
         for (const auto &[label, info] : surveyOnly) {
             QTest::addRow("only survey keys from %s", label)
-                << info << quint64(0) << false << QString() << kSurveyOnly;
+                << PayloadRow{info, 0, false, QString(), kSurveyOnly};
         }
     }
 
     void payload()
     {
-        QFETCH(QByteArray, info);
-        QFETCH(quint64, reason);
-        QFETCH(bool, flags);
-        QFETCH(QString, comment);
-        QFETCH(QByteArray, expected);
+        QFETCH(PayloadRow, row);
+        const auto [info, reason, flags, comment, expected] = row;
 
         VXUninstallSurveyController controller;
         QString path;

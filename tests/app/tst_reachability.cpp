@@ -32,6 +32,11 @@ using B = TestHttpsServer::Behaviour;
 
 } // namespace
 
+// has a target, first flags, the ping page's status (0: no answer), notices, then: reachable,
+// changes signalled, probes sent
+using TransitionRow = std::tuple<bool, quint32, int, QList<quint32>, bool, int, int>;
+Q_DECLARE_METATYPE(TransitionRow)
+
 class tst_Reachability : public QObject
 {
     Q_OBJECT
@@ -42,38 +47,27 @@ private Q_SLOTS:
     // brings it back. Without a target nothing ever makes it reachable.
     void transitions_data()
     {
-        QTest::addColumn<bool>("hasTarget");
-        QTest::addColumn<quint32>("first");
-        QTest::addColumn<int>("serverStatus");
-        QTest::addColumn<QList<quint32>>("notices");
-        QTest::addColumn<bool>("reachable");
-        QTest::addColumn<int>("changes");
-        QTest::addColumn<int>("probes");
+        QTest::addColumn<TransitionRow>("row");
         using N = QList<quint32>;
         const N none;
         // Bits other than the two that count change nothing.
         QTest::newRow("first: reachable + other bits")
-            << true << (R | 1u | 8u | 0x10000u) << 404 << none << true << 0 << 0;
+            << TransitionRow{true, (R | 1u | 8u | 0x10000u), 404, none, true, 0, 0};
         QTest::newRow("first: connection required")
-            << true << (R | C) << 404 << none << false << 0 << 0;
-        QTest::newRow("first: no flags") << true << 0u << 404 << none << false << 0 << 0;
-        QTest::newRow("no target") << false << R << 404 << N{R} << false << 0 << 0;
-        QTest::newRow("lost, 404 answers") << true << R << 404 << N{0} << true << 2 << 1;
-        QTest::newRow("lost, 302 answers") << true << R << 302 << N{R | C} << true << 2 << 1;
-        QTest::newRow("lost, silent server") << true << R << 0 << N{0} << false << 1 << 1;
-        QTest::newRow("lost twice, one probe") << true << R << 0 << N{0, C} << false << 1 << 1;
-        QTest::newRow("lost, notice back") << true << R << 0 << N{0, R} << true << 2 << 1;
-        QTest::newRow("reachable again") << true << R << 0 << N{R, R} << true << 0 << 0;
+            << TransitionRow{true, (R | C), 404, none, false, 0, 0};
+        QTest::newRow("first: no flags") << TransitionRow{true, 0u, 404, none, false, 0, 0};
+        QTest::newRow("no target") << TransitionRow{false, R, 404, N{R}, false, 0, 0};
+        QTest::newRow("lost, 404 answers") << TransitionRow{true, R, 404, N{0}, true, 2, 1};
+        QTest::newRow("lost, 302 answers") << TransitionRow{true, R, 302, N{R | C}, true, 2, 1};
+        QTest::newRow("lost, silent server") << TransitionRow{true, R, 0, N{0}, false, 1, 1};
+        QTest::newRow("lost twice, one probe") << TransitionRow{true, R, 0, N{0, C}, false, 1, 1};
+        QTest::newRow("lost, notice back") << TransitionRow{true, R, 0, N{0, R}, true, 2, 1};
+        QTest::newRow("reachable again") << TransitionRow{true, R, 0, N{R, R}, true, 0, 0};
     }
     void transitions()
     {
-        QFETCH(bool, hasTarget);
-        QFETCH(quint32, first);
-        QFETCH(int, serverStatus);
-        QFETCH(QList<quint32>, notices);
-        QFETCH(bool, reachable);
-        QFETCH(int, changes);
-        QFETCH(int, probes);
+        QFETCH(TransitionRow, row);
+        const auto [hasTarget, first, serverStatus, notices, reachable, changes, probes] = row;
         // The account service's ping page on loopback: a fixed status, or no answer (0).
         TestHttpsServer server;
         server.setBehaviour(serverStatus ? B::Answer : B::NeverAnswer, serverStatus);

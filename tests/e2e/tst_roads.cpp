@@ -100,6 +100,11 @@ enum class Survey
     Full,       // once, with the information file's keys
     InfoIgnored // once, without any key of the information file
 };
+// The uninstaller's options, a change to the stage before the run, what is done at the
+// window, what the service must have seen, seconds from launch to the end, and whether the
+// system-wide items go.
+using FaultRow = std::tuple<QStringList, QString, Action, Survey, int, bool>;
+Q_DECLARE_METATYPE(FaultRow)
 
 class tst_Roads : public QObject
 {
@@ -393,16 +398,11 @@ private Q_SLOTS:
     // request, and the survey sent at most once and only to the account service.
     void faults_data()
     {
-        QTest::addColumn<QStringList>("options");
-        QTest::addColumn<QString>("twist"); // a change to the stage before the run
-        QTest::addColumn<Action>("action");
-        QTest::addColumn<Survey>("survey");
-        QTest::addColumn<int>("bound"); // seconds from launch to the end
-        QTest::addColumn<bool>("systemGone");
+        QTest::addColumn<FaultRow>("row");
         const auto row = [](const char *name, const QStringList &options, const char *twist,
                             Action action, Survey survey, int bound, bool systemGone = true) {
-            QTest::newRow(name) << options << QString::fromLatin1(twist) << action << survey
-                                << bound << systemGone;
+            QTest::newRow(name) << FaultRow{
+                options, QString::fromLatin1(twist), action, survey, bound, systemGone};
         };
         const Action none = Action::None, answer = Action::Survey;
         // The short-timeout build: the silent service costs 3 s, not a minute.
@@ -445,12 +445,8 @@ private Q_SLOTS:
 
     void faults()
     {
-        QFETCH(QStringList, options);
-        QFETCH(QString, twist);
-        QFETCH(Action, action);
-        QFETCH(Survey, survey);
-        QFETCH(int, bound);
-        QFETCH(bool, systemGone);
+        QFETCH(FaultRow, row);
+        const auto [options, twist, action, survey, bound, systemGone] = row;
         if (options.contains(u"--as-user"_s) && ::geteuid() != 0)
             QSKIP("the ordinary-user road needs root to build its polkit sandbox");
 

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLibraryInfo>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -282,15 +283,10 @@ private Q_SLOTS:
     {
         if (!QStandardPaths::findExecutable(u"desktop-file-validate"_s).isEmpty())
             QCOMPARE(run(u"desktop-file-validate"_s, {kRoot + kEntry}), QString());
-        QMap<QString, QString> keys;
-        for (const QByteArray &line : contents(kRoot + kEntry).split('\n')) {
-            if (line.indexOf('=') > 0)
-                keys.insert(QString::fromUtf8(line.left(line.indexOf('='))),
-                            QString::fromUtf8(line.mid(line.indexOf('=') + 1)));
-        }
-        QCOMPARE(keys.value(u"NoDisplay"_s), u"true"_s);
-        QCOMPARE(keys.value(u"Icon"_s), kDesktopId);
-        const QString command = keys.value(u"Exec"_s).section(u' ', 0, 0);
+        const QSettings entry(kRoot + kEntry, QSettings::IniFormat);
+        QCOMPARE(entry.value(u"Desktop Entry/NoDisplay"_s).toString(), u"true"_s);
+        QCOMPARE(entry.value(u"Desktop Entry/Icon"_s).toString(), kDesktopId);
+        const QString command = entry.value(u"Desktop Entry/Exec"_s).toString().section(u' ', 0, 0);
         QVERIFY2(QFileInfo(kRoot + u"/usr/bin/"_s + command).isExecutable(), qPrintable(command));
     }
 
