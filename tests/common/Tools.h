@@ -5,7 +5,8 @@
 #include <QStringList>
 #include <QXmlStreamReader>
 
-// Small chores every kind of test has: running a program to its end, reading a file.
+// Small chores every kind of test has: running a program to its end, reading a file whole,
+// walking an XML file.
 namespace Tools {
 
 struct Outcome
