@@ -2,6 +2,7 @@
 
 #include "VXCommandLine.h"
 #include "VXConfiguration.h"
+#include "VXNetworkReachability.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
@@ -12,6 +13,7 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QTimer>
 #include <QTranslator>
 #include <QWidget>
 
@@ -73,12 +75,11 @@ int VXApplicationMain(int argc, char *argv[])
         break;
     }
 
+    // The window's first question is whether the account service's host resolves: the
+    // lookup runs on the resolver's thread while the application and the window are made.
+    VXNetworkReachability::startResolvingAccountHost();
+
     QApplication application(argc, argv);
-    // The windows' icon, for task bars that show the window's own (X11's _NET_WM_ICON): the
-    // icon theme's for the desktop entry's name, so a theme can restyle it, else the
-    // program's copy. Both are SVG, drawn by Qt's SVG icon engine (package libqt6svg6).
-    QApplication::setWindowIcon(QIcon::fromTheme(QGuiApplication::desktopFileName(),
-                                                 QIcon(QStringLiteral(":/icons/uninstaller.svg"))));
     // Closing the survey window is not a way out: the program ends through its buttons.
     QApplication::setQuitOnLastWindowClosed(false);
     const Translations translations;
@@ -93,6 +94,17 @@ int VXApplicationMain(int argc, char *argv[])
     // full minute.
     loaded.controller->setSubmissionTimeoutForTesting(QV_TEST_SUBMISSION_TIMEOUT_MS);
 #endif
+
+    // The windows' icon, for task bars that show the window's own (X11's _NET_WM_ICON): the
+    // icon theme's for the desktop entry's name, so a theme can restyle it, else the
+    // program's copy. Both are SVG, drawn by Qt's SVG icon engine (package libqt6svg6).
+    // Given on the event loop's first pass, after the window was shown: finding it, loading
+    // the SVG engine and drawing it at the task bar's sizes would otherwise hold the window
+    // back, and nothing inside the window depends on it.
+    QTimer::singleShot(0, &application, [] {
+        QApplication::setWindowIcon(QIcon::fromTheme(
+            QGuiApplication::desktopFileName(), QIcon(QStringLiteral(":/icons/uninstaller.svg"))));
+    });
 
     // The suite launches the uninstaller with one document, the uninstall-information file.
     const VXCommandLine line = VXCommandLine::parse(QCoreApplication::arguments());
