@@ -4,6 +4,8 @@
 #include <QHashFunctions>
 
 #include <algorithm>
+#include <bit>
+#include <limits>
 #include <cstring>
 #include <memory>
 
@@ -13,8 +15,8 @@ using namespace PropertyStorage;
 using Entry = PropertyDictionary::Entry;
 
 // A dictionary's region: the header, `capacity` entries, then (for nine or more) the hash
-// index of slotCount(capacity) slots, each 0 for free or an entry's position plus one. The
-// index uses linear probing.
+// index of slotCount(capacity) slots, each 0 for free or else a tag in its high bits and an
+// entry's position plus one in its low bits. The index uses linear probing.
 namespace {
 
 bool sameKey(const QString &stored, QStringView key)
@@ -26,13 +28,38 @@ bool sameKey(const QString &stored, QStringView key)
             std::memcmp(stored.constData(), key.data(), size_t(key.size()) * 2) == 0);
 }
 
-quint32 indexMask(const Region *region)
+// How a region's slots divide: the position takes the bits its capacity needs, the tag
+// (high bits of the key's hash) the rest, so that a probe reads another member's key only
+// when the tags agree.
+struct SlotLayout
 {
-    return quint32(slotCount(region->capacity) - 1);
-}
+    quint32 positionMask;
+    size_t indexMask;
 
-// The entry holding `key`, and where its index slot is or would go.
-Entry *findIn(Region *region, QStringView key, quint32 **slotOut = nullptr)
+    explicit SlotLayout(const Region *region)
+        : positionMask(std::bit_width(region->capacity) >= 32
+                           ? ~quint32(0)
+                           : (quint32(1) << std::bit_width(region->capacity)) - 1),
+          indexMask(size_t(slotCount(region->capacity) - 1))
+    {
+    }
+    quint32 tag(size_t hash) const
+    {
+        return quint32(hash >> (std::numeric_limits<size_t>::digits - 32)) & ~positionMask;
+    }
+    bool tagged(quint32 slot, quint32 tag) const { return (slot & ~positionMask) == tag; }
+    quint32 position(quint32 slot) const { return (slot & positionMask) - 1; }
+};
+
+// Where a missing key's slot goes, and what it will hold beside the position.
+struct FreeSlot
+{
+    quint32 *slot = nullptr;
+    quint32 tag = 0;
+};
+
+// The entry holding `key`, and where its index slot would go.
+Entry *findIn(Region *region, QStringView key, FreeSlot *freeSlot = nullptr)
 {
     Entry *all = entriesOf(region);
     if (!slotCount(region->capacity)) {
@@ -43,16 +70,18 @@ Entry *findIn(Region *region, QStringView key, quint32 **slotOut = nullptr)
         return nullptr;
     }
     quint32 *table = indexSlotsOf(region);
-    const quint32 mask = indexMask(region);
-    for (size_t s = keyHash(key) & mask;; s = (s + 1) & mask) {
+    const SlotLayout layout(region);
+    const size_t hash = keyHash(key);
+    const quint32 tag = layout.tag(hash);
+    for (size_t s = hash & layout.indexMask;; s = (s + 1) & layout.indexMask) {
         const quint32 slot = table[s];
         if (!slot) {
-            if (slotOut)
-                *slotOut = table + s;
+            if (freeSlot)
+                *freeSlot = FreeSlot{table + s, tag};
             return nullptr;
         }
-        if (sameKey(all[slot - 1].key, key))
-            return all + (slot - 1);
+        if (layout.tagged(slot, tag) && sameKey(all[layout.position(slot)].key, key))
+            return all + layout.position(slot);
     }
 }
 
@@ -63,23 +92,24 @@ void rebuildIndex(Region *region)
         return;
     quint32 *table = indexSlotsOf(region);
     std::memset(table, 0, size_t(slots) * sizeof(quint32));
-    const quint32 mask = indexMask(region);
+    const SlotLayout layout(region);
     Entry *all = entriesOf(region);
     for (quint32 k = 0; k < region->size; ++k) {
-        size_t s = keyHash(all[k].key) & mask;
+        const size_t hash = keyHash(all[k].key);
+        size_t s = hash & layout.indexMask;
         while (table[s])
-            s = (s + 1) & mask;
-        table[s] = k + 1;
+            s = (s + 1) & layout.indexMask;
+        table[s] = layout.tag(hash) | (k + 1);
     }
 }
 
-// Room is there; `slot` is where findIn() said the key would go (indexed regions only).
-Entry &emplace(Region *region, QString &&key, PropertyValue &&value, quint32 *slot)
+// Room is there; `freeSlot` is where findIn() said the key would go (indexed regions only).
+Entry &emplace(Region *region, QString &&key, PropertyValue &&value, const FreeSlot &freeSlot)
 {
     Entry *entry = new (entriesOf(region) + region->size) Entry{std::move(key), std::move(value)};
     ++region->size;
-    if (slot)
-        *slot = region->size;
+    if (freeSlot.slot)
+        *freeSlot.slot = freeSlot.tag | region->size;
     return *entry;
 }
 
@@ -130,19 +160,36 @@ void PropertyStorage::adoptEntries(Region *region, Entry *first, Entry *last, Ke
         return;
     }
     quint32 *const table = indexSlotsOf(region);
-    const size_t mask = size_t(slots - 1);
-    for (Entry *entry = first; entry != last; ++entry) {
+    const SlotLayout layout(region);
+    // The keys are hashed a few members ahead and their slots fetched into the cache
+    // meanwhile: in a large object nearly every slot is a cache miss, and waiting for each
+    // in turn was most of the time of filling the index.
+    constexpr qsizetype ahead = 8;
+    size_t pending[ahead];
+    const auto hashAhead = [&](const Entry *entry) {
         const size_t hash = hashes ? hashes->hash(entry->key) : keyHash(entry->key);
-        size_t s = hash & mask;
-        while (table[s] && !sameKey(entries[table[s] - 1].key, entry->key))
-            s = (s + 1) & mask;
+        __builtin_prefetch(table + (hash & layout.indexMask));
+        return hash;
+    };
+    for (qsizetype k = 0; k < ahead && k < last - first; ++k)
+        pending[k] = hashAhead(first + k);
+    for (Entry *entry = first; entry != last; ++entry) {
+        size_t &next = pending[(entry - first) % ahead];
+        const size_t hash = next;
+        if (last - entry > ahead)
+            next = hashAhead(entry + ahead);
+        const quint32 tag = layout.tag(hash);
+        size_t s = hash & layout.indexMask;
+        while (table[s] && !(layout.tagged(table[s], tag) &&
+                             sameKey(entries[layout.position(table[s])].key, entry->key)))
+            s = (s + 1) & layout.indexMask;
         if (table[s]) {
-            replaceValue(region, entries[table[s] - 1].value, entry->value);
+            replaceValue(region, entries[layout.position(table[s])].value, entry->value);
             std::destroy_at(entry);
             continue;
         }
         copyValues(entries + region->size, entry, 2);
-        table[s] = ++region->size;
+        table[s] = tag | ++region->size;
     }
 }
 
@@ -163,7 +210,7 @@ PropertyDictionary PropertyDictionary::fromEntries(Entry *first, Entry *last)
         return dictionary;
     dictionary.d = allocateRegion(true, last - first);
     for (Entry *entry = first; entry != last; ++entry) {
-        quint32 *slot = nullptr;
+        FreeSlot slot;
         if (Entry *existing = findIn(dictionary.d, entry->key, &slot))
             existing->value = std::move(entry->value);
         else
@@ -222,7 +269,7 @@ Entry &PropertyDictionary::append(QString &&key, PropertyValue &&value)
     const qsizetype size = this->size();
     if (!d || !isDetached(d) || size == qsizetype(d->capacity))
         detach(size < 4 ? 4 : size * 2);
-    quint32 *slot = nullptr;
+    FreeSlot slot;
     findIn(d, key, &slot);
     return emplace(d, std::move(key), std::move(value), slot);
 }

@@ -1,13 +1,18 @@
 #include "PropertyStorage.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 #include <memory>
 
 namespace Quorvelle::PropertyStorage {
 
 Block *allocateBlock(qsizetype bytes)
 {
-    void *memory = ::operator new(sizeof(Block) + size_t(bytes));
+    // (std::malloc, as the reader's stacks, whose buffers may become blocks.)
+    void *memory = std::malloc(sizeof(Block) + size_t(bytes));
+    if (!memory)
+        throw std::bad_alloc();
     Block *block = new (memory) Block;
     block->ref.storeRelaxed(1);
     block->frozen = 0;
@@ -20,6 +25,18 @@ Region *allocateRegion(bool dictionary, qsizetype capacity)
 {
     Block *block = allocateBlock(dictionary ? dictionaryBytes(capacity) : arrayBytes(capacity));
     return placeRegion(block, dictionary, capacity);
+}
+
+Region *regionInBuffer(void *buffer, bool dictionary, qsizetype count)
+{
+    Block *block = new (buffer) Block;
+    block->ref.storeRelaxed(1);
+    block->frozen = 0;
+    block->capacity = dictionary ? dictionaryBytes(count) : arrayBytes(count);
+    block->used = 0;
+    // placeRegion writes only the header and the index, which lie before and after the
+    // elements.
+    return placeRegion(block, dictionary, count);
 }
 
 namespace {
@@ -117,7 +134,7 @@ void destroyBlock(Block *block)
         at += regionBytes(region);
     }
     block->~Block();
-    ::operator delete(static_cast<void *>(block));
+    std::free(block);
 }
 
 Arena::Arena(qsizetype textBytes)

@@ -95,6 +95,17 @@ inline void copyValues(void *to, const void *from, qsizetype count)
 // An empty region in a block of its own, whose one reference the caller holds.
 Region *allocateRegion(bool dictionary, qsizetype capacity);
 
+// What a buffer keeps in front of a container's elements to become the container's block.
+constexpr size_t bufferPrefix = sizeof(Block) + sizeof(Region);
+static_assert(bufferPrefix % alignof(PropertyValue) == 0);
+
+// The block of one container made in place from `buffer` (from std::malloc, of
+// bufferPrefix + dictionaryBytes(count) - sizeof(Region) bytes for a dictionary, the same
+// with arrayBytes for an array), whose `count` elements or members already stand after the
+// prefix: the headers are written (the index cleared) and the region is empty, its one
+// reference held by the caller. The elements are then adopted as for any region.
+Region *regionInBuffer(void *buffer, bool dictionary, qsizetype count);
+
 // The hash of a dictionary key, as the index uses it.
 size_t keyHash(QStringView key);
 

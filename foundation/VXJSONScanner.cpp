@@ -190,6 +190,9 @@ struct StackCache
 };
 thread_local StackCache stackCache;
 constexpr qsizetype keptStackSize = 4096;
+// A container larger than this, gathered from the bottom of its stack, keeps the stack's
+// buffer as its block instead of being copied (and its elements' pages touched again).
+constexpr qsizetype inPlaceBytes = 1 << 20;
 } // namespace
 
 VXJSONScanner::VXJSONScanner(const QString &string)
@@ -690,8 +693,19 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
         return false;
     PropertyValue::Dictionary dictionary;
     if (const qsizetype count = m_members.size() - base) {
-        Quorvelle::PropertyStorage::Region *region = m_arena.place(true, count);
-        PropertyValue::Dictionary::Entry *members = m_members.data() + base;
+        using namespace Quorvelle::PropertyStorage;
+        Region *region;
+        PropertyValue::Dictionary::Entry *members;
+        if (base == 0 && dictionaryBytes(count) > inPlaceBytes) {
+            // The members stay where they are; the stack's buffer becomes their block.
+            region = regionInBuffer(
+                m_members.takeBuffer(bufferPrefix - sizeof(Region) + size_t(dictionaryBytes(count))),
+                true, count);
+            members = entriesOf(region);
+        } else {
+            region = m_arena.place(true, count);
+            members = m_members.data() + base;
+        }
         for (qsizetype k = 0; k < count; ++k)
             m_arena.adoptInto(region, members[k].value);
         if (count >= Quorvelle::PropertyStorage::indexedFrom && !m_keyHashes)
@@ -749,9 +763,19 @@ template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool 
         return false;
     PropertyValue::Array array;
     if (const qsizetype count = m_elements.size() - base) {
-        Quorvelle::PropertyStorage::Region *region = m_arena.place(false, count);
-        m_arena.fillArray(region, m_elements.data() + base, count);
-        m_elements.forget(base);
+        using namespace Quorvelle::PropertyStorage;
+        Region *region;
+        if (base == 0 && arrayBytes(count) > inPlaceBytes) {
+            // The elements stay where they are; the stack's buffer becomes their block.
+            region = regionInBuffer(
+                m_elements.takeBuffer(bufferPrefix - sizeof(Region) + size_t(arrayBytes(count))),
+                false, count);
+            m_arena.fillArray(region, elementsOf(region), count);
+        } else {
+            region = m_arena.place(false, count);
+            m_arena.fillArray(region, m_elements.data() + base, count);
+            m_elements.forget(base);
+        }
         array = PropertyValue::Array::fromRegion(region);
     }
     new (out) PropertyValue(std::move(array));

@@ -14,17 +14,21 @@
 #include <vector>
 
 // A stack of values that move by their bytes (PropertyValue, dictionary entries), from which
-// a finished container takes its elements by copying their bytes into its region.
+// a finished container takes its elements by copying their bytes into its region. Its
+// buffer keeps room for a block's and a region's headers in front of the first value, so
+// that a large container gathered from the bottom can keep the buffer as its block.
 template <typename T> class ValueStack
 {
 public:
+    static constexpr size_t prefix = Quorvelle::PropertyStorage::bufferPrefix;
+
     ValueStack() = default;
     ValueStack(const ValueStack &) = delete;
     ValueStack &operator=(const ValueStack &) = delete;
     ~ValueStack()
     {
         truncate(0);
-        std::free(m_data);
+        std::free(buffer());
     }
 
     qsizetype size() const { return m_size; }
@@ -75,16 +79,28 @@ public:
         std::swap(m_size, other.m_size);
         std::swap(m_capacity, other.m_capacity);
     }
+    // Hands over the whole buffer (from std::malloc), resized to `bytes`, with the values,
+    // which start at `prefix` bytes into it; the stack is left empty, without a buffer.
+    void *takeBuffer(size_t bytes)
+    {
+        void *taken = std::realloc(buffer(), bytes);
+        if (!taken)
+            throw std::bad_alloc();
+        m_data = nullptr;
+        m_size = m_capacity = 0;
+        return taken;
+    }
 
 private:
+    void *buffer() const { return m_data ? reinterpret_cast<char *>(m_data) - prefix : nullptr; }
     void grow()
     {
         const qsizetype capacity = m_capacity ? 2 * m_capacity : 64;
         // The values are relocatable, so realloc may move them.
-        void *data = std::realloc(static_cast<void *>(m_data), size_t(capacity) * sizeof(T));
+        void *data = std::realloc(buffer(), prefix + size_t(capacity) * sizeof(T));
         if (!data)
             throw std::bad_alloc();
-        m_data = static_cast<T *>(data);
+        m_data = reinterpret_cast<T *>(static_cast<char *>(data) + prefix);
         m_capacity = capacity;
     }
 

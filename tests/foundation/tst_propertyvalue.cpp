@@ -192,6 +192,22 @@ private Q_SLOTS:
             R"({"a":{"b":[1,{"c":2}]},"a":{"d":[3]},"z":[{"y":[4],"y":{"x":5}},{"w":{},"w":[]}]})";
         QTest::newRow("duplicates") << duplicates << QString();
         QTest::newRow("duplicates, kept member") << duplicates << u"z/0"_qs;
+        // Containers above 1 MB at the bottom of the reader's stacks keep the stack's
+        // buffer: one object of 30,000 members (the last thousand repeat earlier keys) and
+        // one array of 50,000 elements, each with containers among its members.
+        QByteArray wide = "{";
+        for (int n = 0; n < 31000; ++n)
+            wide += (n ? ",\"k" : "\"k") + QByteArray::number(n % 30000) + "\":" +
+                    (n % 3 ? QByteArray::number(n) : "[" + QByteArray::number(n) + ",{}]");
+        wide += "}";
+        QTest::newRow("large object") << wide << QString();
+        QTest::newRow("large object, kept member") << wide << u"k29997"_qs;
+        QByteArray list = "{\"list\":[";
+        for (int n = 0; n < 50000; ++n)
+            list += (n ? "," : "") + (n % 3 ? QByteArray::number(n) : "{\"n\":[" + QByteArray::number(n) + "]}");
+        list += "]}";
+        QTest::newRow("large array") << list << u"list"_qs;
+        QTest::newRow("large array, kept element") << list << u"list/49998"_qs;
     }
 
     void piecesOfAParse()
