@@ -8,6 +8,7 @@
 
 #include <Quorvelle/Foundation/Bundle.h>
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
@@ -18,6 +19,8 @@
 #include <QWidget>
 
 #include <cstdio>
+#include <functional>
+#include <memory>
 
 using Quorvelle::Bundle;
 
@@ -41,6 +44,20 @@ struct Translations
             QCoreApplication::installTranslator(&window);
     }
 };
+
+// Runs work on context's thread after the event loop's first aboutToBlock: by then the
+// window system's connection has been flushed (the window's map request with it), and a
+// zero timer alone would run before that, in the same pass.
+void whenEventLoopFirstWaits(QObject *context, std::function<void()> work)
+{
+    auto *dispatcher = QAbstractEventDispatcher::instance(context->thread());
+    auto once = std::make_shared<QMetaObject::Connection>();
+    *once = QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, context,
+                             [once, context, work = std::move(work)] {
+                                 QObject::disconnect(*once);
+                                 QTimer::singleShot(0, context, work);
+                             });
+}
 
 void print(FILE *stream, const QString &text)
 {
@@ -98,10 +115,10 @@ int VXApplicationMain(int argc, char *argv[])
     // The windows' icon, for task bars that show the window's own (X11's _NET_WM_ICON): the
     // icon theme's for the desktop entry's name, so a theme can restyle it, else the
     // program's copy. Both are SVG, drawn by Qt's SVG icon engine (package libqt6svg6).
-    // Given on the event loop's first pass, after the window was shown: finding it, loading
-    // the SVG engine and drawing it at the task bar's sizes would otherwise hold the window
-    // back, and nothing inside the window depends on it.
-    QTimer::singleShot(0, &application, [] {
+    // Given once the event loop has sent the window's map request and would wait: finding
+    // the icon, loading the SVG engine and drawing it at the task bar's sizes would
+    // otherwise hold the window back, and nothing inside the window depends on it.
+    whenEventLoopFirstWaits(&application, [] {
         QApplication::setWindowIcon(QIcon::fromTheme(
             QGuiApplication::desktopFileName(), QIcon(QStringLiteral(":/icons/uninstaller.svg"))));
     });
