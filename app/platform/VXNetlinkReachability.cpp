@@ -59,10 +59,17 @@ Lookup *claimEarlyLookup(const QByteArray &host)
 // off, so one that cannot be called off is left to it.
 void abandon(Lookup *lookup)
 {
-    int state = gai_error(&lookup->request);
-    if (state == EAI_INPROGRESS && gai_cancel(&lookup->request) != EAI_CANCELED)
-        return;
-    if (state == 0)
+    if (gai_error(&lookup->request) == EAI_INPROGRESS) {
+        const int cancel = gai_cancel(&lookup->request);
+        if (cancel == EAI_CANCELED) {
+            delete lookup;
+            return;
+        }
+        if (cancel != EAI_ALLDONE)
+            return;
+    }
+    // Finished (perhaps while being called off): its answer, if any, is ours to free.
+    if (gai_error(&lookup->request) == 0)
         freeaddrinfo(lookup->request.ar_result);
     delete lookup;
 }
