@@ -316,10 +316,13 @@ private Q_SLOTS:
         // WM_CLASS(STRING) = "instance", "class"
         const QString wmClass = x(words("xprop -id") << window << QStringLiteral("WM_CLASS"));
         QCOMPARE(wmClass.section(QLatin1Char('"'), -2, -2), startupClass);
-        const QString icon = x(words("xprop -id") << window << QStringLiteral("_NET_WM_ICON"));
-        QVERIFY2(icon.startsWith(QStringLiteral("_NET_WM_ICON(CARDINAL)")) &&
-                     icon.contains(QStringLiteral("Icon (64 x 64)")),
-                 qPrintable(icon.left(200)));
+        // (The icon is given just after the window is mapped.)
+        QString icon;
+        QTRY_VERIFY2_WITH_TIMEOUT(
+            (icon = x(words("xprop -id") << window << QStringLiteral("_NET_WM_ICON")))
+                    .startsWith(QStringLiteral("_NET_WM_ICON(CARDINAL)")) &&
+                icon.contains(QStringLiteral("Icon (64 x 64)")),
+            qPrintable(icon.left(200)), 5000);
         // Features reason, two of its boxes, then a comment with non-ASCII text.
         keys("alt+f alt+c alt+s alt+t");
         const QString comment = QStringLiteral("Zu langsam, äöü ß € & a=b + c");
