@@ -2,20 +2,25 @@
 
 #include "VXCommandLine.h"
 #include "VXConfiguration.h"
+#include "VXNetworkReachability.h"
 #include "VXSurveyWindowLoader.h"
 #include "VXUninstallSurveyController.h"
 
 #include <Quorvelle/Foundation/Bundle.h>
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QTimer>
 #include <QTranslator>
 #include <QWidget>
 
 #include <cstdio>
+#include <functional>
+#include <memory>
 
 using Quorvelle::Bundle;
 
@@ -39,6 +44,20 @@ struct Translations
             QCoreApplication::installTranslator(&window);
     }
 };
+
+// Runs work on context's thread after the event loop's first aboutToBlock: by then the
+// window system's connection has been flushed (the window's map request with it), and a
+// zero timer alone would run before that, in the same pass.
+void whenEventLoopFirstWaits(QObject *context, std::function<void()> work)
+{
+    auto *dispatcher = QAbstractEventDispatcher::instance(context->thread());
+    auto once = std::make_shared<QMetaObject::Connection>();
+    *once = QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, context,
+                             [once, context, work = std::move(work)] {
+                                 QObject::disconnect(*once);
+                                 QTimer::singleShot(0, context, work);
+                             });
+}
 
 void print(FILE *stream, const QString &text)
 {
@@ -73,12 +92,11 @@ int VXApplicationMain(int argc, char *argv[])
         break;
     }
 
+    // The window's first question is whether the account service's host resolves: the
+    // lookup runs on the resolver's thread while the application and the window are made.
+    VXNetworkReachability::startResolvingAccountHost();
+
     QApplication application(argc, argv);
-    // The windows' icon, for task bars that show the window's own (X11's _NET_WM_ICON): the
-    // icon theme's for the desktop entry's name, so a theme can restyle it, else the
-    // program's copy. Both are SVG, drawn by Qt's SVG icon engine (package libqt6svg6).
-    QApplication::setWindowIcon(QIcon::fromTheme(QGuiApplication::desktopFileName(),
-                                                 QIcon(QStringLiteral(":/icons/uninstaller.svg"))));
     // Closing the survey window is not a way out: the program ends through its buttons.
     QApplication::setQuitOnLastWindowClosed(false);
     const Translations translations;
@@ -93,6 +111,17 @@ int VXApplicationMain(int argc, char *argv[])
     // full minute.
     loaded.controller->setSubmissionTimeoutForTesting(QV_TEST_SUBMISSION_TIMEOUT_MS);
 #endif
+
+    // The windows' icon, for task bars that show the window's own (X11's _NET_WM_ICON): the
+    // icon theme's for the desktop entry's name, so a theme can restyle it, else the
+    // program's copy. Both are SVG, drawn by Qt's SVG icon engine (package libqt6svg6).
+    // Given once the event loop has sent the window's map request and would wait: finding
+    // the icon, loading the SVG engine and drawing it at the task bar's sizes would
+    // otherwise hold the window back, and nothing inside the window depends on it.
+    whenEventLoopFirstWaits(&application, [] {
+        QApplication::setWindowIcon(QIcon::fromTheme(
+            QGuiApplication::desktopFileName(), QIcon(QStringLiteral(":/icons/uninstaller.svg"))));
+    });
 
     // The suite launches the uninstaller with one document, the uninstall-information file.
     const VXCommandLine line = VXCommandLine::parse(QCoreApplication::arguments());

@@ -7,13 +7,28 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
+namespace {
+
+QUrl accountPingURL()
+{
+    return VXProductInformation::accountServiceURLWithPath(QStringLiteral("/ping.html"));
+}
+
+} // namespace
+
 VXNetworkReachability *VXNetworkReachability::reachability()
 {
     // Never destroyed: the target stays scheduled for the life of the process.
-    static VXNetworkReachability *shared = new VXNetworkReachability(
-        new VXNetlinkReachability,
-        VXProductInformation::accountServiceURLWithPath(QStringLiteral("/ping.html")));
+    static VXNetworkReachability *shared =
+        new VXNetworkReachability(new VXNetlinkReachability, accountPingURL());
     return shared;
+}
+
+void VXNetworkReachability::startResolvingAccountHost()
+{
+    const QString host = accountPingURL().host();
+    if (VXNetlinkReachability::isValidHostName(host))
+        VXNetlinkReachability::startLookup(host.toLatin1());
 }
 
 VXNetworkReachability::VXNetworkReachability(VXReachabilityBackend *backend, const QUrl &pingURL,

@@ -35,6 +35,9 @@ public:
     // The shared instance, created on the first call (which runs the synchronous first
     // test of the account-service host) and kept for the life of the process.
     static VXNetworkReachability *reachability();
+    // Starts resolving the account-service host ahead of the first reachability() call,
+    // which then waits only for what is left of the lookup. No Qt object is needed.
+    static void startResolvingAccountHost();
 
     // Reachability of pingURL's host through backend (taken over). The first test runs
     // here, synchronously.

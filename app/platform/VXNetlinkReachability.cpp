@@ -8,10 +8,12 @@
 #include <ctime>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
+#include <mutex>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -23,6 +25,54 @@ struct Lookup
     addrinfo hints{};
     gaicb request{};
 };
+
+// Submits a lookup of host to the resolver's thread; null when it refused.
+Lookup *submitLookup(const QByteArray &host)
+{
+    auto *lookup = new Lookup;
+    lookup->host = host;
+    lookup->hints.ai_family = AF_UNSPEC;
+    lookup->hints.ai_socktype = SOCK_DGRAM;
+    lookup->request.ar_name = lookup->host.constData();
+    lookup->request.ar_request = &lookup->hints;
+    gaicb *list[] = {&lookup->request};
+    if (getaddrinfo_a(GAI_NOWAIT, list, 1, nullptr) != 0) {
+        delete lookup;
+        return nullptr;
+    }
+    return lookup;
+}
+
+// The lookup startLookup began and nobody has claimed yet.
+std::mutex earlyMutex;
+Lookup *earlyLookup = nullptr;
+
+Lookup *claimEarlyLookup(const QByteArray &host)
+{
+    const std::lock_guard lock(earlyMutex);
+    if (!earlyLookup || earlyLookup->host != host)
+        return nullptr;
+    return std::exchange(earlyLookup, nullptr);
+}
+
+// Ends a lookup nobody waits for. One still running owns its buffers until it is called
+// off, so one that cannot be called off is left to it.
+void abandon(Lookup *lookup)
+{
+    if (gai_error(&lookup->request) == EAI_INPROGRESS) {
+        const int cancel = gai_cancel(&lookup->request);
+        if (cancel == EAI_CANCELED) {
+            delete lookup;
+            return;
+        }
+        if (cancel != EAI_ALLDONE)
+            return;
+    }
+    // Finished (perhaps while being called off): its answer, if any, is ours to free.
+    if (gai_error(&lookup->request) == 0)
+        freeaddrinfo(lookup->request.ar_result);
+    delete lookup;
+}
 
 bool hasRoute(const addrinfo *ai)
 {
@@ -95,17 +145,11 @@ quint32 VXNetlinkReachability::flagsForHost(const QByteArray &host,
 {
     if (host.isEmpty())
         return 0;
-    auto *lookup = new Lookup;
-    lookup->host = host;
-    lookup->hints.ai_family = AF_UNSPEC;
-    lookup->hints.ai_socktype = SOCK_DGRAM;
-    lookup->request.ar_name = lookup->host.constData();
-    lookup->request.ar_request = &lookup->hints;
-    gaicb *list[] = {&lookup->request};
-    if (getaddrinfo_a(GAI_NOWAIT, list, 1, nullptr) != 0) {
-        delete lookup;
+    Lookup *lookup = claimEarlyLookup(host);
+    if (!lookup)
+        lookup = submitLookup(host);
+    if (!lookup)
         return 0;
-    }
 
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     int state = EAI_INPROGRESS;
@@ -139,6 +183,20 @@ quint32 VXNetlinkReachability::flagsForHost(const QByteArray &host,
     }
     delete lookup;
     return flags;
+}
+
+void VXNetlinkReachability::startLookup(const QByteArray &host)
+{
+    if (host.isEmpty())
+        return;
+    Lookup *lookup = submitLookup(host);
+    Lookup *replaced = nullptr;
+    {
+        const std::lock_guard lock(earlyMutex);
+        replaced = std::exchange(earlyLookup, lookup);
+    }
+    if (replaced)
+        abandon(replaced);
 }
 
 void VXNetlinkReachability::schedule()

@@ -35,6 +35,12 @@ public:
     static bool isValidHostName(const QString &host);
     // Resolution bounded by timeout, then a route check for every address found.
     static quint32 flagsForHost(const QByteArray &host, std::chrono::milliseconds timeout);
+    // Starts resolving host now, on the resolver's own thread, so that the first
+    // flagsForHost for that host (whose time-out still counts from its own call) finds the
+    // answer ready or on its way. The launch does this for the account host before it
+    // builds the window. A later call replaces an unclaimed earlier one; safe from any
+    // thread, and before any Qt object exists.
+    static void startLookup(const QByteArray &host);
 
 private:
     void readNotices();

@@ -120,6 +120,30 @@ private Q_SLOTS:
         if (target)
             QCOMPARE(backend.currentFlags(), flags);
     }
+
+    // A lookup started ahead answers only for its own host, and the latest one counts.
+    void earlyLookup_data()
+    {
+        QTest::addColumn<QStringList>("early");
+        QTest::addColumn<QString>("asked");
+        QTest::addColumn<quint32>("flags");
+        const QString loop = u"localhost"_s, never = u"host.invalid"_s;
+        QTest::newRow("claimed") << QStringList{loop} << loop << R;
+        QTest::newRow("another host's, resolving") << QStringList{loop} << never << 0u;
+        QTest::newRow("another host's, failing") << QStringList{never} << loop << R;
+        QTest::newRow("replaced by a later one") << QStringList{never, loop} << loop << R;
+        QTest::newRow("replaced, asked for the first") << QStringList{loop, never} << loop << R;
+    }
+    void earlyLookup()
+    {
+        QFETCH(QStringList, early);
+        QFETCH(QString, asked);
+        QFETCH(quint32, flags);
+        for (const QString &host : std::as_const(early))
+            VXNetlinkReachability::startLookup(host.toLatin1());
+        QCOMPARE(VXNetlinkReachability::flagsForHost(asked.toLatin1(), std::chrono::seconds(5)),
+                 flags);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_Reachability)

@@ -313,9 +313,12 @@ private Q_SLOTS:
         // WM_CLASS(STRING) = "instance", "class"
         const QString wmClass = x(words("xprop -id") << window << u"WM_CLASS"_s);
         QCOMPARE(wmClass.section(u'"', -2, -2), startupClass);
-        const QString icon = x(words("xprop -id") << window << u"_NET_WM_ICON"_s);
-        QVERIFY2(icon.startsWith(u"_NET_WM_ICON(CARDINAL)"_s) && icon.contains(u"Icon (64 x 64)"_s),
-                 qPrintable(icon.left(200)));
+        // (The icon is given just after the window is mapped.)
+        QString icon;
+        QTRY_VERIFY2_WITH_TIMEOUT((icon = x(words("xprop -id") << window << u"_NET_WM_ICON"_s))
+                                          .startsWith(u"_NET_WM_ICON(CARDINAL)"_s) &&
+                                      icon.contains(u"Icon (64 x 64)"_s),
+                                  qPrintable(icon.left(200)), 5000);
         // Features reason, two of its boxes, then a comment with non-ASCII text.
         keys("alt+f alt+c alt+s alt+t");
         const QString comment = u"Zu langsam, äöü ß € & a=b + c"_s;
