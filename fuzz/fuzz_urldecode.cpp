@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size));
     const std::optional<QString> decoded = QuorvelleString::URLDecodedString(text);
     // "%" stays unescaped when encoding, so only strings without it go round.
-    if (decoded && !decoded->contains(QLatin1Char('%'))) {
+    if (decoded && !decoded->contains(u'%')) {
         const QString encoded = QuorvelleString::URLEncodedString(*decoded);
         if (QuorvelleString::URLDecodedString(encoded) != decoded)
             std::abort();

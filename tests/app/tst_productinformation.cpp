@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace VXProductInformation;
 
 class TestProductInformation : public QObject
@@ -17,37 +19,27 @@ private Q_SLOTS:
 
         const QString n; // absent
         QTest::newRow("scheme, service and path")
-            << URLWithScheme(QStringLiteral("https"), QStringLiteral("account"),
-                             QStringLiteral("/mac/uninstall-survey"))
-            << QStringLiteral("https://account.brelltan.net/mac/uninstall-survey");
+            << URLWithScheme(u"https"_s, u"account"_s, u"/mac/uninstall-survey"_s)
+            << u"https://account.brelltan.net/mac/uninstall-survey"_s;
         QTest::newRow("no service")
-            << URLWithScheme(QStringLiteral("http"), n, QStringLiteral("/x"))
-            << QStringLiteral("http://brelltan.net/x");
+            << URLWithScheme(u"http"_s, n, u"/x"_s) << u"http://brelltan.net/x"_s;
         QTest::newRow("path glued without separator")
-            << URLWithScheme(QStringLiteral("http"), QStringLiteral("www"),
-                             QStringLiteral(":8080/a"))
-            << QStringLiteral("http://www.brelltan.net:8080/a");
+            << URLWithScheme(u"http"_s, u"www"_s, u":8080/a"_s)
+            << u"http://www.brelltan.net:8080/a"_s;
         QTest::newRow("path format")
-            << URLWithScheme(QStringLiteral("https"), QStringLiteral("api"),
-                             QStringLiteral("/v%1/users/%2"), 2, QStringLiteral("ann"))
-            << QStringLiteral("https://api.brelltan.net/v2/users/ann");
+            << URLWithScheme(u"https"_s, u"api"_s, u"/v%1/users/%2"_s, 2, u"ann"_s)
+            << u"https://api.brelltan.net/v2/users/ann"_s;
         QTest::newRow("invalid text gives no URL")
-            << URLWithScheme(QStringLiteral("http"), QStringLiteral("account"),
-                             QStringLiteral("/a b"))
-            << QString();
-        QTest::newRow("account, plain") << accountServiceURLWithPath(QStringLiteral("/ping.html"))
-                                        << QStringLiteral("http://account.brelltan.net/ping.html");
-        QTest::newRow("account, secure")
-            << accountServiceSecureURLWithPath(QStringLiteral("/p?q=1"))
-            << QStringLiteral("https://account.brelltan.net/p?q=1");
-        QTest::newRow("buy now, query verbatim")
-            << buyNowPageURLWithParams(QStringLiteral("a=1&b=%2F"))
-            << QStringLiteral("http://www.quorvelle.com/buy-now?a=1&b=%2F");
-        QTest::newRow("product site")
-            << productWebSiteURL() << QStringLiteral("http://www.quorvelle.com");
-        QTest::newRow("EULA") << productEULAWebPageURL()
-                              << QStringLiteral("http://www.quorvelle.com/eula");
-        QTest::newRow("company") << companyWebsiteURL() << QStringLiteral("http://brelltan.net");
+            << URLWithScheme(u"http"_s, u"account"_s, u"/a b"_s) << QString();
+        QTest::newRow("account, plain") << accountServiceURLWithPath(u"/ping.html"_s)
+                                        << u"http://account.brelltan.net/ping.html"_s;
+        QTest::newRow("account, secure") << accountServiceSecureURLWithPath(u"/p?q=1"_s)
+                                         << u"https://account.brelltan.net/p?q=1"_s;
+        QTest::newRow("buy now, query verbatim") << buyNowPageURLWithParams(u"a=1&b=%2F"_s)
+                                                 << u"http://www.quorvelle.com/buy-now?a=1&b=%2F"_s;
+        QTest::newRow("product site") << productWebSiteURL() << u"http://www.quorvelle.com"_s;
+        QTest::newRow("EULA") << productEULAWebPageURL() << u"http://www.quorvelle.com/eula"_s;
+        QTest::newRow("company") << companyWebsiteURL() << u"http://brelltan.net"_s;
     }
     // The expectations assume the default configuration of the build.
     void composition()

@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Feeds the flag values and notices a system reachability service would deliver.
@@ -30,6 +32,11 @@ using B = TestHttpsServer::Behaviour;
 
 } // namespace
 
+// has a target, first flags, the ping page's status (0: no answer), notices, then: reachable,
+// changes signalled, probes sent
+using TransitionRow = std::tuple<bool, quint32, int, QList<quint32>, bool, int, int>;
+Q_DECLARE_METATYPE(TransitionRow)
+
 class tst_Reachability : public QObject
 {
     Q_OBJECT
@@ -40,38 +47,27 @@ private Q_SLOTS:
     // brings it back. Without a target nothing ever makes it reachable.
     void transitions_data()
     {
-        QTest::addColumn<bool>("hasTarget");
-        QTest::addColumn<quint32>("first");
-        QTest::addColumn<int>("serverStatus");
-        QTest::addColumn<QList<quint32>>("notices");
-        QTest::addColumn<bool>("reachable");
-        QTest::addColumn<int>("changes");
-        QTest::addColumn<int>("probes");
+        QTest::addColumn<TransitionRow>("row");
         using N = QList<quint32>;
         const N none;
         // Bits other than the two that count change nothing.
         QTest::newRow("first: reachable + other bits")
-            << true << (R | 1u | 8u | 0x10000u) << 404 << none << true << 0 << 0;
+            << TransitionRow{true, (R | 1u | 8u | 0x10000u), 404, none, true, 0, 0};
         QTest::newRow("first: connection required")
-            << true << (R | C) << 404 << none << false << 0 << 0;
-        QTest::newRow("first: no flags") << true << 0u << 404 << none << false << 0 << 0;
-        QTest::newRow("no target") << false << R << 404 << N{R} << false << 0 << 0;
-        QTest::newRow("lost, 404 answers") << true << R << 404 << N{0} << true << 2 << 1;
-        QTest::newRow("lost, 302 answers") << true << R << 302 << N{R | C} << true << 2 << 1;
-        QTest::newRow("lost, silent server") << true << R << 0 << N{0} << false << 1 << 1;
-        QTest::newRow("lost twice, one probe") << true << R << 0 << N{0, C} << false << 1 << 1;
-        QTest::newRow("lost, notice back") << true << R << 0 << N{0, R} << true << 2 << 1;
-        QTest::newRow("reachable again") << true << R << 0 << N{R, R} << true << 0 << 0;
+            << TransitionRow{true, (R | C), 404, none, false, 0, 0};
+        QTest::newRow("first: no flags") << TransitionRow{true, 0u, 404, none, false, 0, 0};
+        QTest::newRow("no target") << TransitionRow{false, R, 404, N{R}, false, 0, 0};
+        QTest::newRow("lost, 404 answers") << TransitionRow{true, R, 404, N{0}, true, 2, 1};
+        QTest::newRow("lost, 302 answers") << TransitionRow{true, R, 302, N{R | C}, true, 2, 1};
+        QTest::newRow("lost, silent server") << TransitionRow{true, R, 0, N{0}, false, 1, 1};
+        QTest::newRow("lost twice, one probe") << TransitionRow{true, R, 0, N{0, C}, false, 1, 1};
+        QTest::newRow("lost, notice back") << TransitionRow{true, R, 0, N{0, R}, true, 2, 1};
+        QTest::newRow("reachable again") << TransitionRow{true, R, 0, N{R, R}, true, 0, 0};
     }
     void transitions()
     {
-        QFETCH(bool, hasTarget);
-        QFETCH(quint32, first);
-        QFETCH(int, serverStatus);
-        QFETCH(QList<quint32>, notices);
-        QFETCH(bool, reachable);
-        QFETCH(int, changes);
-        QFETCH(int, probes);
+        QFETCH(TransitionRow, row);
+        const auto [hasTarget, first, serverStatus, notices, reachable, changes, probes] = row;
         // The account service's ping page on loopback: a fixed status, or no answer (0).
         TestHttpsServer server;
         server.setBehaviour(serverStatus ? B::Answer : B::NeverAnswer, serverStatus);
@@ -80,8 +76,7 @@ private Q_SLOTS:
         backend->hasTarget = hasTarget;
         backend->flags = first;
         VXNetworkReachability reachability(
-            backend,
-            QUrl(QStringLiteral("http://127.0.0.1:%1/ping.html").arg(server.serverPort())));
+            backend, QUrl(u"http://127.0.0.1:%1/ping.html"_s.arg(server.serverPort())));
         QSignalSpy spy(&reachability, &VXNetworkReachability::reachabilityChanged);
         QCOMPARE(backend->scheduled, hasTarget);
         if (notices.isEmpty())
@@ -108,12 +103,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("host");
         QTest::addColumn<bool>("target");
         QTest::addColumn<quint32>("flags");
-        QTest::newRow("loopback name") << QStringLiteral("localhost") << true << R;
-        QTest::newRow("reserved, never resolves") << QStringLiteral("host.invalid") << true << 0u;
+        QTest::newRow("loopback name") << u"localhost"_s << true << R;
+        QTest::newRow("reserved, never resolves") << u"host.invalid"_s << true << 0u;
         QTest::newRow("empty") << QString() << false << 0u;
-        QTest::newRow("empty label") << QStringLiteral("account..example") << false << 0u;
-        QTest::newRow("long label") << QString(64, QLatin1Char('a')) << false << 0u;
-        QTest::newRow("too long") << QString(254, QLatin1Char('a')) << false << 0u;
+        QTest::newRow("empty label") << u"account..example"_s << false << 0u;
+        QTest::newRow("long label") << QString(64, u'a') << false << 0u;
+        QTest::newRow("too long") << QString(254, u'a') << false << 0u;
     }
     void linuxHostNames()
     {
@@ -132,7 +127,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("early");
         QTest::addColumn<QString>("asked");
         QTest::addColumn<quint32>("flags");
-        const QString loop = QStringLiteral("localhost"), never = QStringLiteral("host.invalid");
+        const QString loop = u"localhost"_s, never = u"host.invalid"_s;
         QTest::newRow("claimed") << QStringList{loop} << loop << R;
         QTest::newRow("another host's, resolving") << QStringList{loop} << never << 0u;
         QTest::newRow("another host's, failing") << QStringList{never} << loop << R;

@@ -10,7 +10,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -19,25 +18,27 @@
 #include <cstdio>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The command as the removal writes it, spelled out here independently of the composer.
 QString expectedCommand(int mask)
 {
     const QStringList paths = {
-        QStringLiteral("/Library/Application Support/Quorvelle"),
-        QStringLiteral("/Library/Caches/com.varnix.Quorvelle"),
-        QStringLiteral("/Library/LaunchDaemons/com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist"),
-        QStringLiteral("/Library/LaunchDaemons/com.varnix.Quorvelle.AntiVirus.plist"),
-        QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus"),
-        QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist"),
-        QStringLiteral("/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon"),
+        u"/Library/Application Support/Quorvelle"_s,
+        u"/Library/Caches/com.varnix.Quorvelle"_s,
+        u"/Library/LaunchDaemons/com.varnix.Quorvelle.plugin.AntiTheft.daemon.plist"_s,
+        u"/Library/LaunchDaemons/com.varnix.Quorvelle.AntiVirus.plist"_s,
+        u"/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus"_s,
+        u"/Library/LaunchDaemons/net.brelltan.Quorvelle.AntiVirus.plist"_s,
+        u"/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon"_s,
         QStringLiteral(
             "/Library/LaunchDaemons/net.brelltan.Quorvelle.plugin.AntiTheft.daemon.plist")};
     QString command;
     for (int i = 0; i < paths.size(); ++i)
         if (mask & (1 << i))
-            command += QStringLiteral("rm -rf '%1'; ").arg(paths.at(i));
+            command += u"rm -rf '%1'; "_s.arg(paths.at(i));
     return command +
            QStringLiteral("launchctl remove com.varnix.Quorvelle.AntiVirus; launchctl remove "
                           "com.varnix.Quorvelle.plugin.AntiTheft.daemon; launchctl remove "
@@ -56,8 +57,7 @@ int runInsideSandbox(int argc, char *argv[])
     const int quitCode = QCoreApplication::exec();
     QElapsedTimer waited;
     waited.start();
-    while (QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs).size() >
-               2 &&
+    while (QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs).size() > 2 &&
            waited.elapsed() < 20000)
         QThread::msleep(20);
     for (const QString &line : capture.lines())
@@ -91,38 +91,35 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("command");
         const QString one = expectedCommand(1);
-        const QString piece = QStringLiteral("rm -rf '/Library/Application Support/Quorvelle'; ");
+        const QString piece = u"rm -rf '/Library/Application Support/Quorvelle'; "_s;
         const QString tail = expectedCommand(0);
         QTest::newRow("empty") << QString();
         QTest::newRow("tail alone") << tail;
         QTest::newRow("no tail") << piece;
-        QTest::newRow("another command") << QStringLiteral("touch %1");
-        QTest::newRow("appended command") << one + QStringLiteral("; touch %1");
-        QTest::newRow("prepended command") << QStringLiteral("touch %1; ") + one;
+        QTest::newRow("another command") << u"touch %1"_s;
+        QTest::newRow("appended command") << one + u"; touch %1"_s;
+        QTest::newRow("prepended command") << u"touch %1; "_s + one;
         QTest::newRow("trailing line end") << one + u'\n';
         QTest::newRow("piece twice") << piece + one;
         QTest::newRow("pieces out of order")
-            << QStringLiteral("rm -rf '/Library/Caches/com.varnix.Quorvelle'; ") + piece + tail;
-        QTest::newRow("other path") << QStringLiteral("rm -rf '/'; ") + tail;
-        QTest::newRow("quote breaking out") << piece + QStringLiteral("touch %1 '; ") + tail;
+            << u"rm -rf '/Library/Caches/com.varnix.Quorvelle'; "_s + piece + tail;
+        QTest::newRow("other path") << u"rm -rf '/'; "_s + tail;
+        QTest::newRow("quote breaking out") << piece + u"touch %1 '; "_s + tail;
     }
     // Refused text: a message on standard error, a non-zero exit, and nothing run. Only
     // refusals are tried here: an accepted command would remove the real machine's items.
     void helperRefuses()
     {
         QFETCH(QString, command);
-        const QString marker = _dir.filePath(QStringLiteral("ran"));
+        const QString marker = _dir.filePath(u"ran"_s);
         QFile::remove(marker);
-        command.replace(QStringLiteral("%1"), marker);
+        command.replace(u"%1"_s, marker);
         QVERIFY(!VXSuiteItems::isComposedCommand(command.toStdString()));
-        QProcess helper;
-        helper.start(QCoreApplication::applicationDirPath() +
-                         QStringLiteral("/quorvelle-privileged-helper"),
-                     {command});
-        QVERIFY(helper.waitForFinished(10000));
-        QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
-        QVERIFY(helper.exitCode() != 0);
-        QVERIFY(helper.readAllStandardError().contains("refused"));
+        const Tools::Outcome helper =
+            Tools::run(QCoreApplication::applicationDirPath() + u"/quorvelle-privileged-helper"_s,
+                       {command}, 10000);
+        QVERIFY(helper.exitCode > 0); // ended by itself, with a failure
+        QVERIFY(helper.errors.contains("refused"));
         QVERIFY(!QFile::exists(marker));
     }
 
@@ -134,7 +131,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("items");
         QTest::addColumn<QString>("log");
 
-        const QString other = QStringLiteral("/Library/LaunchDaemons/org.other.plist\n");
+        const QString other = u"/Library/LaunchDaemons/org.other.plist\n"_s;
         QTest::newRow("nothing installed") << other + QStringLiteral(R"(
 /Library/Application Support/Quorvelle2/
 /Library/Caches/com.varnix.Quorvelle -> /outside/gone)")
@@ -142,7 +139,7 @@ private Q_SLOTS:
         QTest::newRow("only one daemon folder")
             << other + QStringLiteral("/Library/LaunchDaemons/"
                                       "net.brelltan.Quorvelle.plugin.AntiTheft.daemon|/run.sh")
-            << QStringLiteral("Command: ") + expectedCommand(1 << 6);
+            << u"Command: "_s + expectedCommand(1 << 6);
 
         // In the command's order; links inside are removed, never followed.
         const QString system = QStringLiteral(R"(/Library/Application Support/Quorvelle|/
@@ -157,7 +154,7 @@ private Q_SLOTS:
 /Library/Application Support/Quorvelle/tree -> /outside/tree
 /Library/Application Support/quorvelle/
 /Library/Caches/com.varnix.Quorvelle.x
-/outside/tree/inner.txt)") << QStringLiteral("Command: ") + expectedCommand(255);
+/outside/tree/inner.txt)") << u"Command: "_s + expectedCommand(255);
 
         // Exact items and name prefixes, compared case-sensitively; links are not followed;
         // the walk descends into nested folders and skips only "." and "..".
@@ -199,7 +196,7 @@ private Q_SLOTS:
         const QString host = root.path();
         // Where a path inside the sandbox lives on the host, as the snapshot names it.
         const auto relative = [](const QString &inside) {
-            return inside.startsWith(u'~') ? QStringLiteral("home") + inside.mid(1) : inside.mid(1);
+            return inside.startsWith(u'~') ? u"home"_s + inside.mid(1) : inside.mid(1);
         };
         for (const char *dir : {"Library", "home", "outside"})
             QVERIFY(QDir(host).mkpath(QLatin1String(dir)));
@@ -209,7 +206,7 @@ private Q_SLOTS:
             if (mark >= 0)
                 removed << item.left(mark);
             item.remove(u'|');
-            const qsizetype arrow = item.indexOf(QStringLiteral(" -> "));
+            const qsizetype arrow = item.indexOf(u" -> "_s);
             const QString path = host + u'/' + relative(arrow < 0 ? item : item.left(arrow));
             QVERIFY(QDir().mkpath(path.endsWith(u'/') ? path : QFileInfo(path).path()));
             if (arrow >= 0) {
@@ -231,16 +228,15 @@ private Q_SLOTS:
         }
 
         Sandbox::Options options;
-        options.binds = {{host + QStringLiteral("/Library"), QStringLiteral("/Library")},
-                         {host + QStringLiteral("/home"), QStringLiteral("/home/tester")},
-                         {host + QStringLiteral("/outside"), QStringLiteral("/outside")}};
-        options.environment.insert(QStringLiteral("HOME"), QStringLiteral("/home/tester"));
-        const Sandbox::Result result =
-            Sandbox::runSelf({QStringLiteral("--remove-inside-sandbox")}, options);
-        QVERIFY2(result.finished, result.standardError.constData());
-        QCOMPARE(result.exitCode, 0); // the application was asked to quit
+        options.binds = {{host + u"/Library"_s, u"/Library"_s},
+                         {host + u"/home"_s, u"/home/tester"_s},
+                         {host + u"/outside"_s, u"/outside"_s}};
+        options.environment.insert(u"HOME"_s, u"/home/tester"_s);
+        const Sandbox::Result result = Sandbox::runSelf({u"--remove-inside-sandbox"_s}, options);
+        // 0: the application was asked to quit.
+        QVERIFY2(result.exitCode == 0, result.errors.constData());
         QStringList logged;
-        for (const QByteArray &line : result.standardOutput.split('\n')) {
+        for (const QByteArray &line : result.output.split('\n')) {
             if (line.startsWith("LOG "))
                 logged.append(QString::fromUtf8(line.mid(4)));
         }

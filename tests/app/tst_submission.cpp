@@ -13,9 +13,11 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kAccountHost = QStringLiteral("account.brelltan.net");
+const QString kAccountHost = u"account.brelltan.net"_s;
 using B = TestHttpsServer::Behaviour;
 
 } // namespace
@@ -31,8 +33,8 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(Sandbox::insideSandbox());
-        _ca = TestCA::create(_dir.filePath(QStringLiteral("t")), kAccountHost);
-        _untrustedCa = TestCA::create(_dir.filePath(QStringLiteral("u")), kAccountHost);
+        _ca = TestCA::create(_dir.filePath(u"t"_s), kAccountHost);
+        _untrustedCa = TestCA::create(_dir.filePath(u"u"_s), kAccountHost);
         QVERIFY(_ca && _untrustedCa);
         _ca->trustInThisProcess();
     }
@@ -70,8 +72,7 @@ private Q_SLOTS:
         server.setRedirectLocation("http://" + kAccountHost.toUtf8() +
                                    ":8080/mac/uninstall-survey");
 
-        const QString installed =
-            QDir::homePath() + QStringLiteral("/Library/Application Support/Quorvelle");
+        const QString installed = QDir::homePath() + u"/Library/Application Support/Quorvelle"_s;
         QVERIFY(QDir().mkpath(installed));
         VXUninstallSurveyController::setSubmissionTimeoutForTesting(1500);
         VXUninstallSurveyController controller;
@@ -102,13 +103,13 @@ int main(int argc, char *argv[])
         return 0;
     }
     Sandbox::Options options;
-    options.hosts.insert(kAccountHost, QStringLiteral("127.0.0.1"));
-    options.tmpfs = {QStringLiteral("/Library"), QStringLiteral("/home/tester")};
-    options.environment.insert(QStringLiteral("HOME"), QStringLiteral("/home/tester"));
+    options.hosts.insert(kAccountHost, u"127.0.0.1"_s);
+    options.tmpfs = {u"/Library"_s, u"/home/tester"_s};
+    options.environment.insert(u"HOME"_s, u"/home/tester"_s);
     const Sandbox::Result result = Sandbox::runSelf(app.arguments().mid(1), options);
-    std::fwrite(result.standardOutput.constData(), 1, size_t(result.standardOutput.size()), stdout);
-    std::fwrite(result.standardError.constData(), 1, size_t(result.standardError.size()), stderr);
-    return result.finished ? result.exitCode : 1;
+    std::fwrite(result.output.constData(), 1, size_t(result.output.size()), stdout);
+    std::fwrite(result.errors.constData(), 1, size_t(result.errors.size()), stderr);
+    return result.exitCode < 0 ? 1 : result.exitCode;
 }
 
 #include "tst_submission.moc"

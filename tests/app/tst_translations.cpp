@@ -1,13 +1,15 @@
 // The program's translations as shipped: every .ts file finished and free of obsolete
 // entries, every language carrying the same texts as English, keyboard mnemonics and
 // printf/Qt placeholders kept, and the polkit prompt equal to the removal strings.
+#include "Tools.h"
+
 #include <QDir>
-#include <QFile>
 #include <QMap>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
-#include <QXmlStreamReader>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -26,39 +28,30 @@ struct TsFile
 TsFile readTs(const QString &path)
 {
     TsFile ts;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {{}, {}, file.errorString()};
-    QXmlStreamReader xml(&file);
     QString context, source;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
+    ts.error = Tools::forEachElement(path, [&](QXmlStreamReader &xml) {
         if (xml.name() == u"TS")
-            ts.language = xml.attributes().value(QLatin1String("language")).toString();
+            ts.language = xml.attributes().value("language"_L1).toString();
         else if (xml.name() == u"name")
             context = xml.readElementText();
         else if (xml.name() == u"source")
             source = xml.readElementText();
         else if (xml.name() == u"translation") // a braced list runs in order: type, then text
-            ts.messages.append({context, source,
-                                xml.attributes().value(QLatin1String("type")).toString(),
+            ts.messages.append({context, source, xml.attributes().value("type"_L1).toString(),
                                 xml.readElementText()});
-    }
-    if (xml.hasError())
-        ts.error = xml.errorString();
+    });
     return ts;
 }
 
 QDir translations()
 {
-    return QDir(qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/resources/translations"));
+    return QDir(qEnvironmentVariable("QV_SOURCE_DIR") + u"/resources/translations"_s);
 }
 
 // The mnemonic letter of a control text ("&&" is a literal ampersand); empty without one.
 QString mnemonic(const QString &text)
 {
-    static const QRegularExpression marker(QStringLiteral("(?<!&)&([^&])"));
+    static const QRegularExpression marker(u"(?<!&)&([^&])"_s);
     const QRegularExpressionMatch m = marker.match(text);
     return m.hasMatch() ? m.captured(1).toLower() : QString();
 }
@@ -84,7 +77,7 @@ private Q_SLOTS:
     void files_data()
     {
         QTest::addColumn<QString>("path");
-        const QStringList files = translations().entryList({QStringLiteral("*.ts")}, QDir::Files);
+        const QStringList files = translations().entryList({u"*.ts"_s}, QDir::Files);
         QVERIFY(files.size() >= 12); // three groups, four languages at least
         for (const QString &file : files)
             QTest::newRow(qPrintable(file)) << translations().filePath(file);
@@ -100,7 +93,7 @@ private Q_SLOTS:
         const QString lang = QFileInfo(path).completeBaseName().section(u'_', 1);
         QVERIFY2(ts.language.startsWith(lang), qPrintable(ts.language));
 
-        const QString english = path.section(u'_', 0, -2) + QStringLiteral("_en.ts");
+        const QString english = path.section(u'_', 0, -2) + u"_en.ts"_s;
         QSet<QString> expected;
         for (const Message &m : readTs(english).messages)
             expected.insert(m.context + u'\x1f' + m.source);
@@ -108,17 +101,17 @@ private Q_SLOTS:
         QSet<QString> seen;
         QMap<QString, QString> letters; // mnemonic -> source, per window
         for (const Message &m : ts.messages) {
-            const QString where = m.context + QStringLiteral(": ") + m.source;
-            QVERIFY2(m.type.isEmpty(), qPrintable(m.type + QStringLiteral(" entry, ") + where));
-            QVERIFY2(!m.translation.isEmpty(), qPrintable(QStringLiteral("empty, ") + where));
+            const QString where = m.context + u": "_s + m.source;
+            QVERIFY2(m.type.isEmpty(), qPrintable(m.type + u" entry, "_s + where));
+            QVERIFY2(!m.translation.isEmpty(), qPrintable(u"empty, "_s + where));
             seen.insert(m.context + u'\x1f' + m.source);
             QCOMPARE(placeholders(m.translation), placeholders(m.source));
             const QString letter = mnemonic(m.translation);
             QCOMPARE(letter.isEmpty(), mnemonic(m.source).isEmpty());
             if (!letter.isEmpty()) {
                 QVERIFY2(!letters.contains(letter),
-                         qPrintable(QStringLiteral("mnemonic %1 twice: ").arg(letter) + where +
-                                    QStringLiteral(" / ") + letters.value(letter)));
+                         qPrintable(u"mnemonic %1 twice: "_s.arg(letter) + where + u" / "_s +
+                                    letters.value(letter)));
                 letters.insert(letter, m.source);
             }
         }
@@ -131,54 +124,48 @@ private Q_SLOTS:
     void windowDescription()
     {
         QSet<QString> sources;
-        for (const Message &m :
-             readTs(translations().filePath(QStringLiteral("window_en.ts"))).messages)
+        for (const Message &m : readTs(translations().filePath(u"window_en.ts"_s)).messages)
             if (m.context == u"SurveyWindow")
                 sources.insert(m.source);
-        QFile ui(qEnvironmentVariable("QV_SOURCE_DIR") +
-                 QStringLiteral("/resources/ui/SurveyWindow.ui"));
-        QVERIFY(ui.open(QIODevice::ReadOnly));
-        QXmlStreamReader xml(&ui);
-        int texts = 0;
-        while (!xml.atEnd()) {
-            if (xml.readNext() != QXmlStreamReader::StartElement || xml.name() != u"string" ||
-                xml.attributes().value(QLatin1String("notr")) == u"true")
-                continue;
-            const QString text = xml.readElementText();
+        QStringList texts;
+        const QString error = Tools::forEachElement(
+            qEnvironmentVariable("QV_SOURCE_DIR") + u"/resources/ui/SurveyWindow.ui"_s,
+            [&texts](QXmlStreamReader &xml) {
+                if (xml.name() == u"string" && xml.attributes().value("notr"_L1) != u"true")
+                    texts.append(xml.readElementText());
+            });
+        QVERIFY2(error.isNull(), qPrintable(error));
+        QVERIFY(texts.size() >= 30);
+        for (const QString &text : texts)
             QVERIFY2(sources.contains(text), qPrintable(text));
-            ++texts;
-        }
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-        QVERIFY(texts >= 30);
     }
 
     // polkit shows the policy's own texts: one message per language we translate, each the
     // removal strings' translation of the English prompt.
     void policyPrompt()
     {
-        QFile policy(qEnvironmentVariable("QV_SOURCE_DIR") +
-                     QStringLiteral("/resources/polkit/net.brelltan.Quorvelle.policy.in"));
-        QVERIFY(policy.open(QIODevice::ReadOnly));
         QMap<QString, QString> messages;
-        QXmlStreamReader xml(&policy);
-        while (!xml.atEnd()) {
-            if (xml.readNext() == QXmlStreamReader::StartElement &&
-                xml.name() == QLatin1String("message")) {
-                const QString lang = xml.attributes().value(QStringLiteral("xml:lang")).toString();
-                messages.insert(lang, xml.readElementText());
-            }
-        }
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        const QString error =
+            Tools::forEachElement(qEnvironmentVariable("QV_SOURCE_DIR") +
+                                      u"/resources/polkit/net.brelltan.Quorvelle.policy.in"_s,
+                                  [&messages](QXmlStreamReader &xml) {
+                                      if (xml.name() != "message"_L1)
+                                          return;
+                                      // Before the text: reading it moves the reader past the
+                                      // attributes.
+                                      const QString lang =
+                                          xml.attributes().value(u"xml:lang"_s).toString();
+                                      messages.insert(lang, xml.readElementText());
+                                  });
+        QVERIFY2(error.isNull(), qPrintable(error));
 
         QMap<QString, QString> expected;
-        const QStringList files =
-            translations().entryList({QStringLiteral("removal_*.ts")}, QDir::Files);
+        const QStringList files = translations().entryList({u"removal_*.ts"_s}, QDir::Files);
         for (const QString &file : files) {
             const QString lang = QFileInfo(file).completeBaseName().section(u'_', 1);
             const TsFile ts = readTs(translations().filePath(file));
             QCOMPARE(ts.messages.size(), 1);
-            expected.insert(lang == QLatin1String("en") ? QString() : lang,
-                            ts.messages.first().translation);
+            expected.insert(lang == "en"_L1 ? QString() : lang, ts.messages.first().translation);
         }
         QCOMPARE(messages, expected);
     }

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 using Quorvelle::Button;
 using Quorvelle::ButtonCell;
 
@@ -26,9 +28,9 @@ VXSurveyWindowLoader::Loaded load()
 
 // The check boxes each reason shows; every other box is hidden.
 const QMap<quint64, QString> detailsOfReason = {
-    {2, QStringLiteral("notDisclosedPrice priceTooHigh")},
-    {4, QStringLiteral("uselessSoftware tooComplexToUse slowedDownComputer")},
-    {5, QStringLiteral("slowSupportResponse unprofessionalSupport")},
+    {2, u"notDisclosedPrice priceTooHigh"_s},
+    {4, u"uselessSoftware tooComplexToUse slowedDownComputer"_s},
+    {5, u"slowSupportResponse unprofessionalSupport"_s},
 };
 
 // The reasons' radio buttons (RadioButton) or the detail check boxes (SwitchButton).
@@ -86,8 +88,7 @@ private Q_SLOTS:
         QWidget *window = loaded.window.get();
         VXUninstallSurveyController *controller = loaded.controller.get();
         window->show();
-        auto *uninstallButton =
-            window->findChild<QAbstractButton *>(QStringLiteral("uninstallButton"));
+        auto *uninstallButton = window->findChild<QAbstractButton *>(u"uninstallButton"_s);
         QVERIFY(uninstallButton);
         QVERIFY(!uninstallButton->isEnabled());
         for (Button *box : buttons(window))
@@ -100,9 +101,9 @@ private Q_SLOTS:
         QVERIFY(uninstallButton->isEnabled());
 
         auto *comment = window->findChild<QPlainTextEdit *>();
-        QTest::keyClicks(comment, QStringLiteral("Too dear & = +"));
-        comment->insertPlainText(QStringLiteral(" äöü"));
-        QCOMPARE(controller->comment(), QStringLiteral("Too dear & = + äöü"));
+        QTest::keyClicks(comment, u"Too dear & = +"_s);
+        comment->insertPlainText(u" äöü"_s);
+        QCOMPARE(controller->comment(), u"Too dear & = + äöü"_s);
 
         const QStringList shown = detailsOfReason.value(reason).split(u' ');
         for (Button *box : buttons(window)) {
@@ -186,13 +187,13 @@ private Q_SLOTS:
             button->setFocus(Qt::FocusReason(focus));
         QCOMPARE(button->hasFocus(), focus >= 0);
         const QImage after = window->grab().toImage();
-        if (name.endsWith(QLatin1String("Button"))) {
+        if (name.endsWith("Button"_L1)) {
             double best = 1.0;
             for (int x : {1, 2}) {
                 const QPoint p = button->mapTo(window, QPoint(x, button->height() / 2));
                 best = std::max(best, contrast(before.pixelColor(p), after.pixelColor(p)));
             }
-            QVERIFY2(best >= 3.0, qPrintable(QStringLiteral("best change %1:1").arg(best)));
+            QVERIFY2(best >= 3.0, qPrintable(u"best change %1:1"_s.arg(best)));
             return;
         }
 
@@ -204,7 +205,7 @@ private Q_SLOTS:
         const QColor pixel = after.pixelColor(probe);
         const double ratio = contrast(pixel, Qt::white);
         QVERIFY2(ring ? ratio >= 3.0 : ratio < 3.0,
-                 qPrintable(pixel.name() + QStringLiteral(" %1:1").arg(ratio)));
+                 qPrintable(pixel.name() + u" %1:1"_s.arg(ratio)));
     }
 
     // Arrow keys in the reasons choose the reason they move to, as in any radio group, so
@@ -219,8 +220,7 @@ private Q_SLOTS:
         window->show();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window));
-        auto *uninstallButton =
-            window->findChild<QAbstractButton *>(QStringLiteral("uninstallButton"));
+        auto *uninstallButton = window->findChild<QAbstractButton *>(u"uninstallButton"_s);
         QCOMPARE(QApplication::focusWidget(), radioFor(window, 2));
         QVERIFY(!uninstallButton->isEnabled());
 
@@ -235,7 +235,7 @@ private Q_SLOTS:
         }
 
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        auto *box = window->findChild<Button *>(QStringLiteral("notDisclosedPriceBox"));
+        auto *box = window->findChild<Button *>(u"notDisclosedPriceBox"_s);
         QCOMPARE(QApplication::focusWidget(), box);
         QTest::keyClick(box, Qt::Key_Space);
         QVERIFY(box->isChecked() && controller->notDisclosedPrice());
@@ -243,9 +243,9 @@ private Q_SLOTS:
         QVERIFY(!controller->notDisclosedPrice());
 
         // A screen reader names the reasons' group by the question above it, which labels it.
-        auto *heading = window->findChild<QLabel *>(QStringLiteral("headingLabel"));
-        QAccessibleInterface *group = QAccessible::queryAccessibleInterface(
-            window->findChild<QWidget *>(QStringLiteral("reasonsMatrix")));
+        auto *heading = window->findChild<QLabel *>(u"headingLabel"_s);
+        QAccessibleInterface *group =
+            QAccessible::queryAccessibleInterface(window->findChild<QWidget *>(u"reasonsMatrix"_s));
         QVERIFY(heading && group);
         QCOMPARE(group->role(), QAccessible::Grouping);
         QCOMPARE(group->text(QAccessible::Name), heading->text());

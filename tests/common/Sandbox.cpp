@@ -4,10 +4,11 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -15,20 +16,20 @@ namespace {
 // re-run themselves inside.
 Sandbox::Result run(const QStringList &command, const Sandbox::Options &options)
 {
-    QStringList args{QStringLiteral("exec")};
+    QStringList args{u"exec"_s};
     for (auto it = options.hosts.cbegin(); it != options.hosts.cend(); ++it)
-        args << QStringLiteral("--host") << it.key() << it.value();
+        args << u"--host"_s << it.key() << it.value();
     for (const QString &dir : options.tmpfs)
-        args << QStringLiteral("--tmpfs") << dir;
+        args << u"--tmpfs"_s << dir;
     // The program's own folder and the harness's scripts (throwaway CA and the like) are
     // reachable inside, read-only.
     for (const QString &dir : {QCoreApplication::applicationDirPath(), Sandbox::scriptsDir()})
-        args << QStringLiteral("--ro-bind") << dir << dir;
+        args << u"--ro-bind"_s << dir << dir;
     for (const auto &[host, inside] : options.binds)
-        args << QStringLiteral("--bind") << host << inside;
+        args << u"--bind"_s << host << inside;
     for (auto it = options.environment.cbegin(); it != options.environment.cend(); ++it)
-        args << QStringLiteral("--setenv") << it.key() << it.value();
-    args << QStringLiteral("--") << command;
+        args << u"--setenv"_s << it.key() << it.value();
+    args << u"--"_s << command;
     return Sandbox::script(args);
 }
 
@@ -36,28 +37,20 @@ Sandbox::Result run(const QStringList &command, const Sandbox::Options &options)
 
 Sandbox::Result Sandbox::script(const QStringList &arguments)
 {
-    QProcess sandbox;
-    sandbox.start(scriptsDir() + QStringLiteral("/qv-sandbox"), arguments);
-    const bool ended = sandbox.waitForFinished(120000);
-    if (!ended) {
-        sandbox.kill();
-        sandbox.waitForFinished(5000);
-    }
-    return {ended && sandbox.exitStatus() == QProcess::NormalExit, sandbox.exitCode(),
-            sandbox.readAllStandardOutput(), sandbox.readAllStandardError()};
+    return Tools::run(scriptsDir() + u"/qv-sandbox"_s, arguments, 120000);
 }
 
 bool Sandbox::available()
 {
-    static const bool ok = !QStandardPaths::findExecutable(QStringLiteral("bwrap")).isEmpty() &&
-                           run({QStringLiteral("/bin/true")}, {}).exitCode == 0;
+    static const bool ok = !QStandardPaths::findExecutable(u"bwrap"_s).isEmpty() &&
+                           run({u"/bin/true"_s}, {}).exitCode == 0;
     return ok;
 }
 
 Sandbox::Result Sandbox::runSelf(const QStringList &arguments, Options options)
 {
-    options.environment.insert(QStringLiteral("QV_SANDBOXED"), QStringLiteral("1"));
-    options.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    options.environment.insert(u"QV_SANDBOXED"_s, u"1"_s);
+    options.environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
     return run(QStringList{QCoreApplication::applicationFilePath()} + arguments, options);
 }
 
@@ -68,7 +61,7 @@ QString Sandbox::scriptsDir()
 
 bool Sandbox::insideSandbox()
 {
-    return qEnvironmentVariable("QV_SANDBOXED") == QStringLiteral("1");
+    return qEnvironmentVariable("QV_SANDBOXED") == u"1"_s;
 }
 
 QMap<QString, QString> Sandbox::snapshot(const QString &root)
@@ -82,18 +75,17 @@ QMap<QString, QString> Sandbox::snapshot(const QString &root)
         if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
             continue;
         const QString mode = QString::number(st.st_mode & 07777, 8);
-        QString entry = QStringLiteral("dir ") + mode;
+        QString entry = u"dir "_s + mode;
         if (S_ISLNK(st.st_mode)) {
-            entry = QStringLiteral("link -> ") + QFile::symLinkTarget(path);
+            entry = u"link -> "_s + QFile::symLinkTarget(path);
         } else if (!S_ISDIR(st.st_mode) && !S_ISREG(st.st_mode)) {
-            entry = QStringLiteral("special ") + mode; // a FIFO would block a reader
+            entry = u"special "_s + mode; // a FIFO would block a reader
         } else if (!S_ISDIR(st.st_mode)) {
             QFile file(path);
             QCryptographicHash hash(QCryptographicHash::Sha256);
             if (file.open(QIODevice::ReadOnly))
                 hash.addData(&file);
-            entry =
-                QStringLiteral("file %1 %2").arg(mode, QString::fromLatin1(hash.result().toHex()));
+            entry = u"file %1 %2"_s.arg(mode, QString::fromLatin1(hash.result().toHex()));
         }
         tree.insert(QDir(root).relativeFilePath(path), entry);
     }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Tools.h"
+
 #include <QMap>
-#include <QStringList>
 
 // Re-runs the calling test inside the bare sandbox of scripts/qv-sandbox (bubblewrap, a
 // fresh tmpfs root: /usr and /etc read-only, private /proc, /dev and /tmp, every namespace,
@@ -17,12 +18,7 @@ public:
         QMap<QString, QString> environment;   // added to a cleared environment
     };
 
-    struct Result
-    {
-        bool finished = false; // false: it did not start or ran past the time-out
-        int exitCode = -1;
-        QByteArray standardOutput, standardError;
-    };
+    using Result = Tools::Outcome;
 
     // True when bubblewrap is installed and can build a sandbox here.
     static bool available();

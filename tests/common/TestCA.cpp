@@ -3,38 +3,27 @@
 #include "Sandbox.h"
 
 #include <QDir>
-#include <QFile>
-#include <QProcess>
 #include <QSslConfiguration>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
+using Tools::readFile;
 
 std::optional<TestCA> TestCA::create(const QString &dir, const QString &hostName)
 {
     // The one recipe for throwaway CAs, shared with the sandbox, the demo and the benchmarks.
-    QProcess process;
     QDir().mkpath(dir);
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(Sandbox::scriptsDir() + QStringLiteral("/qv-ca"), {dir, hostName});
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit ||
-        process.exitCode() != 0) {
-        qWarning("scripts/qv-ca failed for %s", qPrintable(dir));
+    const Tools::Outcome made =
+        Tools::run(Sandbox::scriptsDir() + u"/qv-ca"_s, {dir, hostName}, 60000);
+    if (made.exitCode != 0) {
+        qWarning("scripts/qv-ca failed for %s: %s", qPrintable(dir), made.errors.constData());
         return std::nullopt;
     }
 
     TestCA ca;
-    ca._ca = QSslCertificate(readFile(dir + QStringLiteral("/ca.crt")), QSsl::Pem);
-    ca._serverCertificate =
-        QSslCertificate(readFile(dir + QStringLiteral("/server.crt")), QSsl::Pem);
-    ca._serverKey = QSslKey(readFile(dir + QStringLiteral("/server.key")), QSsl::Ec, QSsl::Pem);
+    ca._ca = QSslCertificate(readFile(dir + u"/ca.crt"_s), QSsl::Pem);
+    ca._serverCertificate = QSslCertificate(readFile(dir + u"/server.crt"_s), QSsl::Pem);
+    ca._serverKey = QSslKey(readFile(dir + u"/server.key"_s), QSsl::Ec, QSsl::Pem);
     if (ca._ca.isNull() || ca._serverCertificate.isNull() || ca._serverKey.isNull())
         return std::nullopt;
     return ca;

@@ -22,20 +22,6 @@ namespace {
 // QUiLoader takes a folder of Designer plug-ins itself (its defaults are the designer/
 // folders of Qt's plug-in paths): the build tree's.
 const QString kPluginFolder = qEnvironmentVariable("QV_BINARY_DIR") + u"/plugins/designer"_s;
-
-// A form description made into widgets; null with the loader's reason in `error`.
-std::unique_ptr<QWidget> load(const QByteArray &description, QString *error)
-{
-    QUiLoader loader;
-    loader.addPluginPath(kPluginFolder);
-    QBuffer buffer;
-    buffer.setData(description);
-    buffer.open(QIODevice::ReadOnly);
-    std::unique_ptr<QWidget> form(loader.load(&buffer));
-    *error = loader.errorString();
-    return form;
-}
-
 } // namespace
 
 class TestDesignerPlugin : public QObject
@@ -75,13 +61,13 @@ private Q_SLOTS:
             const QString objectName = reader.attributes().value("name"_L1).toString();
             const qsizetype start = xml.indexOf("<widget"_L1);
             const qsizetype end = xml.lastIndexOf("</widget>"_L1) + 9;
-            QString error;
-            const auto made =
-                load("<ui version=\"4.0\"><widget class=\"QWidget\" name=\"form\">"
-                     "<layout class=\"QVBoxLayout\" name=\"layout\"><item>" +
-                         xml.mid(start, end - start).toUtf8() + "</item></layout></widget></ui>",
-                     &error);
-            QVERIFY2(made, qPrintable(error));
+            QBuffer form;
+            form.setData("<ui version=\"4.0\"><widget class=\"QWidget\" name=\"form\">"
+                         "<layout class=\"QVBoxLayout\" name=\"layout\"><item>" +
+                         xml.mid(start, end - start).toUtf8() + "</item></layout></widget></ui>");
+            form.open(QIODevice::ReadOnly);
+            const std::unique_ptr<QWidget> made(uiLoader.load(&form));
+            QVERIFY2(made, qPrintable(uiLoader.errorString()));
             QWidget *child = made->findChild<QWidget *>(objectName);
             QVERIFY2(child && child->inherits(qPrintable(name)), qPrintable(name));
         }

@@ -22,14 +22,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kUserHome = QStringLiteral("/home/alex");
-const QString kTitle = QStringLiteral("Uninstall Quorvelle");
+const QString kUserHome = u"/home/alex"_s;
+const QString kTitle = u"Uninstall Quorvelle"_s;
 
 QStringList words(const char *text)
 {
-    return QString::fromUtf8(text).split(QLatin1Char(' '));
+    return QString::fromUtf8(text).split(u' ');
 }
 
 // Whether the removal takes path away, by the uninstaller's own item table: the item itself
@@ -38,8 +40,7 @@ bool isSuiteItem(const QString &path, bool systemWide)
 {
     // A prefix covers every name of its folder that begins with it, and what lies below.
     const auto covers = [&path](const QString &item, bool prefix) {
-        return prefix ? path.startsWith(item)
-                      : path == item || path.startsWith(item + QLatin1Char('/'));
+        return prefix ? path.startsWith(item) : path == item || path.startsWith(item + u'/');
     };
     if (systemWide)
         return std::ranges::any_of(VXSuiteItems::kSystemWidePaths, [&](std::string_view item) {
@@ -47,8 +48,8 @@ bool isSuiteItem(const QString &path, bool systemWide)
         });
     return std::ranges::any_of(VXSuiteItems::kUserItems, [&](const VXSuiteItems::UserItem &item) {
         const QString base = item.base == VXSuiteItems::Base::UserLibrary
-                                 ? kUserHome + QStringLiteral("/Library/")
-                                 : QStringLiteral("/Library/Caches/");
+                                 ? kUserHome + u"/Library/"_s
+                                 : u"/Library/Caches/"_s;
         return covers(base + QString::fromUtf8(item.relative),
                       item.how == VXSuiteItems::How::ByPrefix);
     });
@@ -72,8 +73,8 @@ QStringList afterRemoval(const QStringList &before, bool systemGone = true,
 QMap<QString, QString> machine(const QString &stage)
 {
     QMap<QString, QString> items;
-    for (const auto &[folder, inside] : {std::pair(QStringLiteral("/root"), QStringLiteral("/")),
-                                         std::pair(QStringLiteral("/home"), kUserHome + u'/')}) {
+    for (const auto &[folder, inside] :
+         {std::pair(u"/root"_s, u"/"_s), std::pair(u"/home"_s, kUserHome + u'/')}) {
         const QMap<QString, QString> tree = Sandbox::snapshot(stage + folder);
         for (auto it = tree.cbegin(); it != tree.cend(); ++it)
             items.insert(inside + it.key(), it.value());
@@ -99,6 +100,11 @@ enum class Survey
     Full,       // once, with the information file's keys
     InfoIgnored // once, without any key of the information file
 };
+// The uninstaller's options, a change to the stage before the run, what is done at the
+// window, what the service must have seen, seconds from launch to the end, and whether the
+// system-wide items go.
+using FaultRow = std::tuple<QStringList, QString, Action, Survey, int, bool>;
+Q_DECLARE_METATYPE(FaultRow)
 
 class tst_Roads : public QObject
 {
@@ -110,23 +116,19 @@ class tst_Roads : public QObject
     QProcessEnvironment displayEnvironment() const
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-        env.remove(QStringLiteral("XAUTHORITY"));
-        env.insert(QStringLiteral("DISPLAY"), _display);
-        env.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+        env.remove(u"QT_QPA_PLATFORM"_s);
+        env.remove(u"XAUTHORITY"_s);
+        env.insert(u"DISPLAY"_s, _display);
+        env.insert(u"LANG"_s, u"C.UTF-8"_s);
         return env;
     }
 
     // An X tool on the test display; its standard output.
     QString x(const QStringList &command)
     {
-        QProcess process;
-        process.setProcessEnvironment(displayEnvironment());
-        process.start(command.first(), command.mid(1));
-        if (!process.waitForFinished(30000))
-            process.kill();
-        process.waitForFinished();
-        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+        return QString::fromUtf8(
+                   Tools::run(command.first(), command.mid(1), 30000, displayEnvironment()).output)
+            .trimmed();
     }
 
     // One launch of the uninstaller in a fresh sandbox, watched from the X server's side.
@@ -147,8 +149,7 @@ class tst_Roads : public QObject
         }
         QByteArray out(const char *name) const
         {
-            QFile file(stage.filePath(QStringLiteral("out/")) + QLatin1String(name));
-            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            return Tools::readFile(stage.filePath(u"out/"_s) + QLatin1String(name));
         }
         // The body of the survey's request as the stand-in service logged it; empty if none.
         QByteArray surveyBody() const
@@ -170,14 +171,13 @@ class tst_Roads : public QObject
 
     std::unique_ptr<Launch>
     launch(const QStringList &options, const std::function<void(const QString &)> &twist = {},
-           const QStringList &arguments = {kUserHome + QStringLiteral("/uninstall-info.json")},
+           const QStringList &arguments = {kUserHome + u"/uninstall-info.json"_s},
            QProcess::ProcessChannelMode channels = QProcess::MergedChannels)
     {
         auto l = std::make_unique<Launch>();
-        const Sandbox::Result prepared =
-            Sandbox::script({QStringLiteral("prepare"), l->stage.path(), _tools});
-        if (!prepared.finished || prepared.exitCode != 0) {
-            qWarning("%s", prepared.standardError.constData());
+        const Sandbox::Result prepared = Sandbox::script({u"prepare"_s, l->stage.path(), _tools});
+        if (prepared.exitCode != 0) {
+            qWarning("%s", prepared.errors.constData());
             return nullptr;
         }
         if (twist)
@@ -188,16 +188,15 @@ class tst_Roads : public QObject
         l->snapshot = machine(l->stage.path());
         // Every window mapped on the display shows up here.
         l->mapSpy.setProcessEnvironment(displayEnvironment());
-        l->mapSpy.start(QStringLiteral("stdbuf"), words("-oL xev -root -event substructure"));
+        l->mapSpy.start(u"stdbuf"_s, words("-oL xev -root -event substructure"));
         l->mapSpy.waitForStarted();
         QTest::qWait(300);
         l->program.setProcessEnvironment(displayEnvironment());
         l->program.setProcessChannelMode(channels);
         l->clock.start();
-        l->program.start(_sandbox, QStringList{QStringLiteral("run"), l->stage.path(), _bin,
-                                               QStringLiteral("--program"), _program,
-                                               QStringLiteral("--tools"), _tools} +
-                                       options + QStringList{QStringLiteral("--")} + arguments);
+        l->program.start(_sandbox, QStringList{u"run"_s, l->stage.path(), _bin, u"--program"_s,
+                                               _program, u"--tools"_s, _tools} +
+                                       options + QStringList{u"--"_s} + arguments);
         return l;
     }
 
@@ -205,7 +204,7 @@ class tst_Roads : public QObject
     {
         const QString window =
             x(words("timeout 20 xdotool search --sync --onlyvisible --name") << kTitle)
-                .section(QLatin1Char('\n'), 0, 0);
+                .section(u'\n', 0, 0);
         if (!window.isEmpty())
             x(words("xdotool windowfocus --sync") << window);
         return window;
@@ -214,7 +213,7 @@ class tst_Roads : public QObject
     void keys(const char *keys)
     {
         for (const QString &key : words(keys)) {
-            x({QStringLiteral("xdotool"), QStringLiteral("key"), key});
+            x({u"xdotool"_s, u"key"_s, key});
             QTest::qWait(150);
         }
     }
@@ -243,15 +242,14 @@ class tst_Roads : public QObject
         const int px = at < 0 ? value("WIDTH") + at : at;
         x(words("xdotool mousemove --window")
           << window << QString::number(px) << QString::number(value("HEIGHT") - 28)
-          << words("click --delay 80 --repeat") << QString::number(count) << QStringLiteral("1"));
+          << words("click --delay 80 --repeat") << QString::number(count) << u"1"_s);
     }
 
     QStringList list(const QString &stage)
     {
-        const Sandbox::Result listed = Sandbox::script({QStringLiteral("list"), stage});
-        return QString::fromUtf8(listed.finished && listed.exitCode == 0 ? listed.standardOutput
-                                                                         : "")
-            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        const Sandbox::Result listed = Sandbox::script({u"list"_s, stage});
+        return QString::fromUtf8(listed.exitCode == 0 ? listed.output : "")
+            .split(u'\n', Qt::SkipEmptyParts);
     }
 
 private Q_SLOTS:
@@ -259,24 +257,23 @@ private Q_SLOTS:
     {
         for (const QString &tool : words("bwrap Xvfb xdotool xev xprop python3 openssl")) {
             if (QStandardPaths::findExecutable(tool).isEmpty())
-                QSKIP(qPrintable(tool + QStringLiteral(" is missing (scripts/setup installs it)")));
+                QSKIP(qPrintable(tool + u" is missing (scripts/setup installs it)"_s));
         }
-        _sandbox = qEnvironmentVariable("QV_SOURCE_DIR") + QStringLiteral("/scripts/qv-sandbox");
-        _tools = qEnvironmentVariable("QV_BINARY_DIR") + QStringLiteral("/bin");
+        _sandbox = qEnvironmentVariable("QV_SOURCE_DIR") + u"/scripts/qv-sandbox"_s;
+        _tools = qEnvironmentVariable("QV_BINARY_DIR") + u"/bin"_s;
         // The build's program, another build's (e.g. an older one, to see which faults it
         // had), or the installed one of the unpacked package (its root is the sandbox's
         // program folder, so the program finds its data folder as installed).
         _bin = qEnvironmentVariable("QV_PACKAGE_ROOT");
-        _program = QStringLiteral("usr/bin/quorvelle-uninstaller");
+        _program = u"usr/bin/quorvelle-uninstaller"_s;
         if (_bin.isEmpty()) {
             _bin = qEnvironmentVariable("QV_PROGRAM_DIR", _tools);
-            _program = QStringLiteral("quorvelle-uninstaller");
+            _program = u"quorvelle-uninstaller"_s;
         }
         QVERIFY(QFile::exists(_bin + u'/' + _program));
         // Xvfb picks a free display itself and says which on its standard output: choosing
         // one here raced with other servers starting on the same machine.
-        _xvfb.start(QStringLiteral("Xvfb"),
-                    words("-displayfd 1 -screen 0 1024x768x24 -nolisten tcp"));
+        _xvfb.start(u"Xvfb"_s, words("-displayfd 1 -screen 0 1024x768x24 -nolisten tcp"));
         QTRY_VERIFY_WITH_TIMEOUT(_xvfb.canReadLine() || _xvfb.state() == QProcess::NotRunning,
                                  30000);
         if (_xvfb.state() == QProcess::Running)
@@ -310,22 +307,21 @@ private Q_SLOTS:
                 ? _bin + QStringLiteral("/usr/share/applications/" QV_DESKTOP_ID ".desktop")
                 : QStringLiteral(QV_BUILD_DESKTOP_ENTRY);
         const QString startupClass = QSettings(entryPath, QSettings::IniFormat)
-                                         .value(QStringLiteral("Desktop Entry/StartupWMClass"))
+                                         .value(u"Desktop Entry/StartupWMClass"_s)
                                          .toString();
         QVERIFY2(!startupClass.isEmpty(), qPrintable(entryPath));
         // WM_CLASS(STRING) = "instance", "class"
-        const QString wmClass = x(words("xprop -id") << window << QStringLiteral("WM_CLASS"));
-        QCOMPARE(wmClass.section(QLatin1Char('"'), -2, -2), startupClass);
+        const QString wmClass = x(words("xprop -id") << window << u"WM_CLASS"_s);
+        QCOMPARE(wmClass.section(u'"', -2, -2), startupClass);
         // (The icon is given just after the window is mapped.)
         QString icon;
-        QTRY_VERIFY2_WITH_TIMEOUT(
-            (icon = x(words("xprop -id") << window << QStringLiteral("_NET_WM_ICON")))
-                    .startsWith(QStringLiteral("_NET_WM_ICON(CARDINAL)")) &&
-                icon.contains(QStringLiteral("Icon (64 x 64)")),
-            qPrintable(icon.left(200)), 5000);
+        QTRY_VERIFY2_WITH_TIMEOUT((icon = x(words("xprop -id") << window << u"_NET_WM_ICON"_s))
+                                          .startsWith(u"_NET_WM_ICON(CARDINAL)"_s) &&
+                                      icon.contains(u"Icon (64 x 64)"_s),
+                                  qPrintable(icon.left(200)), 5000);
         // Features reason, two of its boxes, then a comment with non-ASCII text.
         keys("alt+f alt+c alt+s alt+t");
-        const QString comment = QStringLiteral("Zu langsam, äöü ß € & a=b + c");
+        const QString comment = u"Zu langsam, äöü ß € & a=b + c"_s;
         x(words("xdotool type --delay 80") << comment);
         QTest::qWait(300);
         keys("alt+u");
@@ -343,8 +339,8 @@ private Q_SLOTS:
             "fairPrice":0,"featureSatisfaction":1,"easeofUse":1,"supportQuality":0,
             "featureIssues":{"easeofUse":1,"computerSlowedDown":1}})")
                                    .object();
-        expected.insert(QStringLiteral("version"), QStringLiteral(QV_EXPECTED_VERSION));
-        expected.insert(QStringLiteral("comment"), comment);
+        expected.insert(u"version"_s, QStringLiteral(QV_EXPECTED_VERSION));
+        expected.insert(u"comment"_s, comment);
         QCOMPARE(payload, expected);
         QCOMPARE(list(l->stage.path()), afterRemoval(l->before));
         // Qt's note about the form's default content type is not the user's business.
@@ -358,16 +354,15 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("output"); // on standard output, or standard error for 2
-        QTest::newRow("help") << words("--help") << 0 << QStringLiteral("[file]");
+        QTest::newRow("help") << words("--help") << 0 << u"[file]"_s;
         QTest::newRow("version") << words("--version") << 0
                                  << QStringLiteral("quorvelle-uninstaller " QV_EXPECTED_VERSION
                                                    "\n");
         QTest::newRow("unknown option before the file")
-            << QStringList{QStringLiteral("--remove-now"),
-                           kUserHome + QStringLiteral("/uninstall-info.json")}
-            << 2 << QStringLiteral("Unknown option 'remove-now'");
+            << QStringList{u"--remove-now"_s, kUserHome + u"/uninstall-info.json"_s} << 2
+            << u"Unknown option 'remove-now'"_s;
         QTest::newRow("Qt option")
-            << words("-platform offscreen") << 2 << QStringLiteral("Unknown option 'platform'");
+            << words("-platform offscreen") << 2 << u"Unknown option 'platform'"_s;
     }
     void commandLine()
     {
@@ -375,7 +370,7 @@ private Q_SLOTS:
         QFETCH(int, exitCode);
         QFETCH(QString, output);
         // Standard error read by the test instead of shown.
-        auto l = launch({QStringLiteral("--offline")}, {}, arguments, QProcess::SeparateChannels);
+        auto l = launch({u"--offline"_s}, {}, arguments, QProcess::SeparateChannels);
         QVERIFY(l);
         QVERIFY(l->program.waitForFinished(30000));
         QCOMPARE(l->program.exitCode(), exitCode);
@@ -406,16 +401,11 @@ private Q_SLOTS:
     // request, and the survey sent at most once and only to the account service.
     void faults_data()
     {
-        QTest::addColumn<QStringList>("options");
-        QTest::addColumn<QString>("twist"); // a change to the stage before the run
-        QTest::addColumn<Action>("action");
-        QTest::addColumn<Survey>("survey");
-        QTest::addColumn<int>("bound"); // seconds from launch to the end
-        QTest::addColumn<bool>("systemGone");
+        QTest::addColumn<FaultRow>("row");
         const auto row = [](const char *name, const QStringList &options, const char *twist,
                             Action action, Survey survey, int bound, bool systemGone = true) {
-            QTest::newRow(name) << options << QString::fromLatin1(twist) << action << survey
-                                << bound << systemGone;
+            QTest::newRow(name) << FaultRow{
+                options, QString::fromLatin1(twist), action, survey, bound, systemGone};
         };
         const Action none = Action::None, answer = Action::Survey;
         // The short-timeout build: the silent service costs 3 s, not a minute.
@@ -458,33 +448,29 @@ private Q_SLOTS:
 
     void faults()
     {
-        QFETCH(QStringList, options);
-        QFETCH(QString, twist);
-        QFETCH(Action, action);
-        QFETCH(Survey, survey);
-        QFETCH(int, bound);
-        QFETCH(bool, systemGone);
-        if (options.contains(QStringLiteral("--as-user")) && ::geteuid() != 0)
+        QFETCH(FaultRow, row);
+        const auto [options, twist, action, survey, bound, systemGone] = row;
+        if (options.contains(u"--as-user"_s) && ::geteuid() != 0)
             QSKIP("the ordinary-user road needs root to build its polkit sandbox");
 
-        const QString suite = QStringLiteral("/Library/Application Support/Quorvelle");
+        const QString suite = u"/Library/Application Support/Quorvelle"_s;
         const auto is = [&twist](const char *name) { return twist == QLatin1String(name); };
-        const QString locked = kUserHome + suite + QStringLiteral("/Plugins");
+        const QString locked = kUserHome + suite + u"/Plugins"_s;
         QStringList stays; // suite items that must survive
         if (is("locked"))
-            stays = {kUserHome + suite, locked, locked + QStringLiteral("/locked.dat")};
-        QString infoPath = kUserHome + QStringLiteral("/uninstall-info.json");
+            stays = {kUserHome + suite, locked, locked + u"/locked.dat"_s};
+        QString infoPath = kUserHome + u"/uninstall-info.json"_s;
         if (is("device"))
-            infoPath = QStringLiteral("/dev/zero");
+            infoPath = u"/dev/zero"_s;
         if (is("fifo"))
-            infoPath = kUserHome + QStringLiteral("/uninstall-info.fifo");
+            infoPath = kUserHome + u"/uninstall-info.fifo"_s;
         const auto change = [&](const QString &stage) {
-            const QString home = stage + QStringLiteral("/home");
-            const QString json = home + QStringLiteral("/uninstall-info.json");
+            const QString home = stage + u"/home"_s;
+            const QString json = home + u"/uninstall-info.json"_s;
             if (is("unreadable"))
                 QFile::setPermissions(json, {});
             if (is("fifo"))
-                ::mkfifo(QFile::encodeName(home + QStringLiteral("/uninstall-info.fifo")), 0644);
+                ::mkfifo(QFile::encodeName(home + u"/uninstall-info.fifo"_s), 0644);
             if (is("large") || is("oversized")) {
                 // Valid JSON with the user's name and one long value.
                 const qint64 size = is("large") ? 1024 * 1024 : 64 * 1024 * 1024 + 1;
@@ -496,15 +482,14 @@ private Q_SLOTS:
             }
             if (is("locked")) {
                 // A folder the user may not change, inside one of the suite's folders.
-                const QString plugins = home + suite + QStringLiteral("/Plugins");
+                const QString plugins = home + suite + u"/Plugins"_s;
                 QDir().mkpath(plugins);
-                QFile(plugins + QStringLiteral("/locked.dat")).open(QIODevice::WriteOnly);
+                QFile(plugins + u"/locked.dat"_s).open(QIODevice::WriteOnly);
                 QFile::setPermissions(plugins, QFileDevice::ReadOwner | QFileDevice::ExeOwner |
                                                    QFileDevice::ReadOther | QFileDevice::ExeOther);
             }
             if (is("link"))
-                QFile::link(kUserHome + QStringLiteral("/Documents"),
-                            home + suite + QStringLiteral("/Notes"));
+                QFile::link(kUserHome + u"/Documents"_s, home + suite + u"/Notes"_s);
         };
         auto l = launch(options, change, {infoPath});
         QVERIFY(l);
@@ -513,10 +498,8 @@ private Q_SLOTS:
             const QString window = waitForWindow();
             QVERIFY(!window.isEmpty());
             if (action == Action::CloseThenSurvey) {
-                x({QStringLiteral("python3"),
-                   qEnvironmentVariable("QV_SOURCE_DIR") +
-                       QStringLiteral("/tests/e2e/close-window"),
-                   window});
+                x({u"python3"_s,
+                   qEnvironmentVariable("QV_SOURCE_DIR") + u"/tests/e2e/close-window"_s, window});
                 QTest::qWait(1000);
                 QCOMPARE(l->program.state(), QProcess::Running);
                 QVERIFY(!waitForWindow().isEmpty()); // still shown, still usable
@@ -559,9 +542,9 @@ private Q_SLOTS:
             QVERIFY2(l->surveyBody().contains("\"userName\":\"Alex Example\""), log.constData());
         // The computer-wide caches item is removed with the user's rights only: an ordinary
         // user may not, so it stays.
-        if (options.contains(QStringLiteral("--as-user")))
+        if (options.contains(u"--as-user"_s))
             for (const QString &path : l->before)
-                if (path.startsWith(QStringLiteral("/Library/Caches/net.brelltan.Quorvelle")))
+                if (path.startsWith(u"/Library/Caches/net.brelltan.Quorvelle"_s))
                     stays << path;
         const QStringList expected = afterRemoval(l->before, systemGone, stays);
         QCOMPARE(list(l->stage.path()), expected);

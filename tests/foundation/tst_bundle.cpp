@@ -1,6 +1,5 @@
 #include "Bundle.h"
 #include "VXPrefferedLanguage.h"
-#include "VXSearchPath.h"
 #include "VXThreadSafeBundleProxy.h"
 #include "VXThreadSafety.h"
 
@@ -91,37 +90,6 @@ private Q_SLOTS:
         QCOMPARE(VXThreadSafety::threadSafeBundleWithPath(m_fixture)->pathForResource(
                      resource.section(u'.', 0, -2), resource.section(u'.', -1)),
                  file.isEmpty() ? QString() : root + u'/' + file);
-    }
-
-    // The standard folders of a kind, "|"-separated; "H" is the home folder.
-    void searchPath_data()
-    {
-        QTest::addColumn<int>("directory");
-        QTest::addColumn<int>("mask");
-        QTest::addColumn<bool>("expandTilde");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, int directory, int mask, const char *expected,
-                            bool expandTilde = true) {
-            QTest::newRow(name) << directory << mask << expandTilde
-                                << QString::fromLatin1(expected);
-        };
-        row("tilde kept", NSLibraryDirectory, NSUserDomainMask, "~/Library", false);
-        row("applications everywhere", NSApplicationDirectory, NSAllDomainsMask,
-            "H/Applications|/Applications|/Network/Applications|/System/Applications");
-        row("no system caches", NSCachesDirectory, NSLocalDomainMask | NSSystemDomainMask,
-            "/Library/Caches");
-        row("system panes", NSPreferencePanesDirectory, NSSystemDomainMask,
-            "/System/Library/PreferencePanes");
-        row("unknown kind", 999, NSAllDomainsMask, "");
-    }
-    void searchPath()
-    {
-        QFETCH(int, directory);
-        QFETCH(int, mask);
-        QFETCH(bool, expandTilde);
-        QFETCH(QString, expected);
-        QCOMPARE(NSSearchPathForDirectoriesInDomains(directory, mask, expandTilde).join(u'|'),
-                 expected.replace(u"H/"_s, QDir::homePath() + u'/'));
     }
 
     void preferredLocalizations_data()

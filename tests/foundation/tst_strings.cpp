@@ -1,8 +1,8 @@
 #include "QuorvelleString.h"
+#include "Tools.h"
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,10 +32,9 @@ void addStringRows(std::initializer_list<const char *> pairs)
 // sources are not failures as long as the locale was written).
 bool makeLocale(const QString &folder)
 {
-    QProcess localedef;
-    localedef.start(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, folder});
-    return localedef.waitForFinished(60000) && localedef.exitStatus() == QProcess::NormalExit &&
-           localedef.exitCode() <= 1 && QFile::exists(folder + u"/LC_NUMERIC"_s);
+    const int exitCode =
+        Tools::run(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, folder}).exitCode;
+    return (exitCode == 0 || exitCode == 1) && QFile::exists(folder + u"/LC_NUMERIC"_s);
 }
 
 } // namespace
@@ -99,15 +98,12 @@ private Q_SLOTS:
             else
                 QSKIP("no German C library locale: de_DE.UTF-8 is not generated and localedef "
                       "could not make one (package locales)");
-            QProcess child;
             environment.insert(u"QV_STRINGS_GERMAN_CHILD"_s, u"1"_s);
             environment.insert(u"LANGUAGE"_s, u"de"_s);
             environment.insert(u"LC_ALL"_s, u"de_DE.UTF-8"_s);
-            child.setProcessEnvironment(environment);
-            child.setProcessChannelMode(QProcess::MergedChannels);
-            child.start(QCoreApplication::applicationFilePath(), {u"germanUnitStrings"_s});
-            QVERIFY(child.waitForFinished(60000));
-            QVERIFY2(child.exitCode() == 0, child.readAll().constData());
+            const Tools::Outcome child = Tools::run(QCoreApplication::applicationFilePath(),
+                                                    {u"germanUnitStrings"_s}, 60000, environment);
+            QVERIFY2(child.exitCode == 0, (child.output + child.errors).constData());
             return;
         }
         QVERIFY2(std::setlocale(LC_ALL, "de_DE.UTF-8"), "the German locale did not load");
@@ -118,7 +114,7 @@ private Q_SLOTS:
                                 stringWithNumberOfDays(1),      stringWithNumberOfDays(3),
                                 stringWithNumberOfDays(20),     stringWithNumberOfDays(100),
                                 stringWithNumberOfDays(800)};
-        QCOMPARE(texts.join(QLatin1Char('|')),
+        QCOMPARE(texts.join(u'|'),
                  u"0 Bytes|1 Byte|1,5 KB|1.5 MB|1 Tag|3 Tage|2 Wochen|3 Monate|2 Jahre"_s);
     }
 
@@ -173,7 +169,7 @@ private Q_SLOTS:
             ascii += QChar(b);
             expected += isalnum(b) || QByteArrayView("-_.!~*'()%#").contains(char(b))
                             ? QString(QChar(b))
-                            : u"%%1"_s.arg(b, 2, 16, QLatin1Char('0')).toUpper();
+                            : u"%%1"_s.arg(b, 2, 16, QChar(u'0')).toUpper();
         }
         QCOMPARE(URLEncodedString(ascii), expected);
         QCOMPARE(URLEncodedString(u"\u00e9\u20ac\U0001F600"_s), u"%C3%A9%E2%82%AC%F0%9F%98%80"_s);

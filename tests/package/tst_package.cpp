@@ -5,19 +5,19 @@
 // copyright file and changelog, dependencies computed from the binaries (the uninstaller's on
 // the kit through the kit's shlibs file), no path of the machine that built them inside any
 // file, and nothing that lintian or appstreamcli find wrong.
+#include "Tools.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QLibraryInfo>
-#include <QProcess>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QXmlStreamReader>
 
-#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -63,29 +63,11 @@ QString deb(const QString &package)
     return all.size() == 1 ? all.first() : QString();
 }
 
-struct Outcome
-{
-    int exitCode = -1; // -1: it did not start or did not end
-    QByteArray output, errors;
-};
-
-Outcome execute(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    Outcome outcome;
-    if (process.waitForFinished(300000) && process.exitStatus() == QProcess::NormalExit)
-        outcome.exitCode = process.exitCode();
-    outcome.output = process.readAllStandardOutput();
-    outcome.errors = process.readAllStandardError();
-    return outcome;
-}
-
 // Standard output of a command that must succeed; `failed` otherwise.
 QString run(const QString &program, const QStringList &arguments,
             const QString &failed = u"(failed)"_s)
 {
-    const Outcome outcome = execute(program, arguments);
+    const Tools::Outcome outcome = Tools::run(program, arguments);
     return outcome.exitCode == 0 ? QString::fromUtf8(outcome.output).trimmed() : failed;
 }
 
@@ -96,8 +78,7 @@ QString controlField(const char *field, const QString &package = kUninstaller)
 
 QByteArray contents(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+    return Tools::readFile(path, "(unreadable)");
 }
 
 // Files and links (dangling ones too: the development package's links point into the
@@ -138,19 +119,12 @@ QStringList translations(const QString &folder, const QString &group)
 // Of an XML file, the start elements `wanted` chooses to describe, each by that description.
 template <typename Describe> QStringList describedElements(const QString &path, Describe wanted)
 {
-    QFile file(path);
     QStringList found;
-    if (!file.open(QIODevice::ReadOnly))
-        return {u"(unreadable)"_s};
-    QXmlStreamReader xml(&file);
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        const QString description = wanted(xml);
-        if (!description.isNull())
+    const QString error = Tools::forEachElement(path, [&](QXmlStreamReader &xml) {
+        if (const QString description = wanted(xml); !description.isNull())
             found.append(description);
-    }
-    return xml.hasError() ? QStringList{xml.errorString()} : found;
+    });
+    return error.isNull() ? found : QStringList{error};
 }
 
 } // namespace
@@ -309,15 +283,10 @@ private Q_SLOTS:
     {
         if (!QStandardPaths::findExecutable(u"desktop-file-validate"_s).isEmpty())
             QCOMPARE(run(u"desktop-file-validate"_s, {kRoot + kEntry}), QString());
-        QMap<QString, QString> keys;
-        for (const QByteArray &line : contents(kRoot + kEntry).split('\n')) {
-            if (line.indexOf('=') > 0)
-                keys.insert(QString::fromUtf8(line.left(line.indexOf('='))),
-                            QString::fromUtf8(line.mid(line.indexOf('=') + 1)));
-        }
-        QCOMPARE(keys.value(u"NoDisplay"_s), u"true"_s);
-        QCOMPARE(keys.value(u"Icon"_s), kDesktopId);
-        const QString command = keys.value(u"Exec"_s).section(u' ', 0, 0);
+        const QSettings entry(kRoot + kEntry, QSettings::IniFormat);
+        QCOMPARE(entry.value(u"Desktop Entry/NoDisplay"_s).toString(), u"true"_s);
+        QCOMPARE(entry.value(u"Desktop Entry/Icon"_s).toString(), kDesktopId);
+        const QString command = entry.value(u"Desktop Entry/Exec"_s).toString().section(u' ', 0, 0);
         QVERIFY2(QFileInfo(kRoot + u"/usr/bin/"_s + command).isExecutable(), qPrintable(command));
     }
 
@@ -330,7 +299,7 @@ private Q_SLOTS:
             QVERIFY2(kitDepends.contains(QLatin1String(package)), qPrintable(kitDepends));
         QVERIFY2(!kitDepends.contains(kKit), qPrintable(kitDepends));
         QTemporaryDir control;
-        QCOMPARE(execute(u"dpkg-deb"_s, {u"-e"_s, deb(kKit), control.path()}).exitCode, 0);
+        QCOMPARE(Tools::run(u"dpkg-deb"_s, {u"-e"_s, deb(kKit), control.path()}).exitCode, 0);
         QStringList lines = QString::fromUtf8(contents(control.filePath(u"shlibs"_s)))
                                 .split(u'\n', Qt::SkipEmptyParts);
         lines.sort();
@@ -383,9 +352,9 @@ private Q_SLOTS:
         for (const QString &package : debs()) {
             // Tags are printed on standard output; standard error has lintian's own notes
             // (such as running as root), shown only with a failure.
-            const Outcome lintian = execute(u"lintian"_s, {u"--pedantic"_s, u"--display-info"_s,
-                                                           u"--tag-display-limit"_s, u"0"_s,
-                                                           u"--color=never"_s, package});
+            const Tools::Outcome lintian = Tools::run(
+                u"lintian"_s, {u"--pedantic"_s, u"--display-info"_s, u"--tag-display-limit"_s,
+                               u"0"_s, u"--color=never"_s, package});
             QVERIFY2(lintian.exitCode == 0 && lintian.output.trimmed().isEmpty(),
                      qPrintable(QFileInfo(package).fileName() + u":\n"_s +
                                 QString::fromUtf8(lintian.output + lintian.errors)));
@@ -398,7 +367,7 @@ private Q_SLOTS:
     {
         QTemporaryDir scratch;
         const QString changelog = scratch.filePath(u"changelog"_s);
-        const Outcome unzipped = execute(
+        const Tools::Outcome unzipped = Tools::run(
             u"gzip"_s, {u"-dc"_s, kRoot + u"/usr/share/doc/quorvelle-uninstaller/changelog.gz"_s});
         QFile text(changelog);
         QVERIFY(unzipped.exitCode == 0 && text.open(QIODevice::WriteOnly) &&
@@ -418,8 +387,8 @@ private Q_SLOTS:
         if (!QStandardPaths::findExecutable(u"appstreamcli"_s).isEmpty()) {
             // Errors, warnings and hints; only the pedantic level is left out (it asks for
             // a lower-case identifier, and the identifier is the desktop entry's name).
-            const Outcome validate =
-                execute(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, kRoot + kMetainfo});
+            const Tools::Outcome validate =
+                Tools::run(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, kRoot + kMetainfo});
             const QString report = QString::fromUtf8(validate.output + validate.errors);
             QVERIFY2(validate.exitCode == 0 &&
                          !report.contains(QRegularExpression(u"^\\s*[EWI]: "_s,
@@ -471,8 +440,8 @@ private Q_SLOTS:
                   << u"--setenv"_s << u"LANG"_s << u"de_DE.UTF-8"_s << u"--setenv"_s
                   << u"LANGUAGE"_s << u"de"_s << u"--"_s << u"/opt/package"_s + kProgram
                   << u"--bogus"_s;
-        const Outcome outcome =
-            execute(qEnvironmentVariable("QV_SOURCE_DIR") + u"/scripts/qv-sandbox"_s, arguments);
+        const Tools::Outcome outcome =
+            Tools::run(qEnvironmentVariable("QV_SOURCE_DIR") + u"/scripts/qv-sandbox"_s, arguments);
         QCOMPARE(outcome.exitCode, 2);
         QCOMPARE(QString::fromUtf8(outcome.errors),
                  u"quorvelle-uninstaller: "_s + qtText +

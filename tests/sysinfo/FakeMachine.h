@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Tools.h"
 #include "VXSystemInformation.h"
 #include "VXSystemInformationSeam.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -77,8 +77,7 @@ public:
     // One argument a line; a lone line break when there were none.
     QByteArray reportToolArguments() const
     {
-        QFile file(resolve(u"%/tool.args"_s));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "<not run>";
+        return Tools::readFile(resolve(u"%/tool.args"_s), "<not run>");
     }
 
     // The desktop's application database is read once per process, from the XDG variables
@@ -103,15 +102,11 @@ public:
             else
                 env.insert(entry.section(u'=', 0, 0), value);
         }
-        QProcess child;
-        child.setProcessEnvironment(env);
-        child.setWorkingDirectory(m_dir.path());
-        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        child.start(QCoreApplication::applicationFilePath(), {u"--answers"_s});
-        if (!child.waitForFinished(60000) || child.exitStatus() != QProcess::NormalExit ||
-            child.exitCode() != 0)
-            return {u"<child failed>"_s};
-        return QString::fromUtf8(child.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+        const Tools::Outcome child = Tools::run(QCoreApplication::applicationFilePath(),
+                                                {u"--answers"_s}, 60000, env, m_dir.path());
+        if (child.exitCode != 0)
+            return {u"<child failed>"_s, QString::fromUtf8(child.errors)};
+        return QString::fromUtf8(child.output).split(u'\n', Qt::SkipEmptyParts);
     }
 
 private:

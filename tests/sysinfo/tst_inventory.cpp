@@ -1,5 +1,4 @@
 #include "FakeMachine.h"
-#include "LogCapture.h"
 
 #include <QCoreApplication>
 
@@ -33,11 +32,7 @@ Files files(const QByteArrayList &paths, QStringList *found = nullptr)
 int printAnswers()
 {
     Seam::setRoot(qEnvironmentVariable("QV_FAKE_ROOT"));
-    LogCapture log;
-    const QString browser = defaultWebBrowser();
-    QStringList lines{u"browser\t"_s + (browser.isNull() ? u"(nil)"_s : browser)};
-    for (const QString &line : log.lines())
-        lines << u"log\t"_s + line;
+    QStringList lines;
     const QSet<QString> queries[] = {allApplicationsPaths(),
                                      allApplicationsPathsWithLaunchServices(),
                                      allPreferencePanesPaths()};
@@ -109,30 +104,6 @@ private Q_SLOTS:
         answers.sort();
         expected.sort();
         QCOMPARE(answers, expected);
-    }
-
-    // Which handler is the default is the desktop library's business; the name is ours.
-    // "(nil)" stands for no browser.
-    void defaultBrowser_data()
-    {
-        QTest::addColumn<QByteArray>("handler");
-        QTest::addColumn<QString>("browser");
-        QTest::newRow("sub-folder ID, one-letter name") << QByteArray("kde4-k.desktop\n")
-                                                        << u"k"_s;
-        QTest::newRow("no handler installed") << QByteArray("absent.desktop") << u"(nil)"_s;
-    }
-    void defaultBrowser()
-    {
-        QFETCH(QByteArray, handler);
-        QFETCH(QString, browser);
-        FakeMachine machine(files({APPS "kde4/k.desktop=" ENTRY, APPS "My Browser.desktop=" ENTRY,
-                                   "~/.config/mimeapps.list=[Default Applications]\n"
-                                   "x-scheme-handler/http=" + handler}));
-        QStringList expected{u"browser\t"_s + browser};
-        if (browser == "(nil)"_L1)
-            expected << u"log\tError while trying to get default Web browser: 2"_s;
-        QCOMPARE(machine.answersOfFreshProcess().filter(QRegularExpression(u"^(browser|log)\t"_s)),
-                 expected);
     }
 };
 

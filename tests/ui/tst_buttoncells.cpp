@@ -6,8 +6,6 @@
 #include "PixelProbe.h"
 #include "VXButtonCell.h"
 #include "VXButtonCellQuorvelle.h"
-#include "VXFlatCheckboxButtonCell.h"
-#include "VXFlatRadioButtonCell.h"
 #include "VXGeneralButtonCell.h"
 #include "VXTrackingButton.h"
 
@@ -16,6 +14,8 @@
 #include <QStyle>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 using PixelProbe::at;
 using PixelProbe::near;
@@ -76,7 +76,7 @@ void writeImage(const QString &dir, const char *name, QSize size, QList<QColor> 
             image.setPixelColor(x, y,
                                 bands.at(horizontal ? y * bands.size() / size.height()
                                                     : x * bands.size() / size.width()));
-    QVERIFY(image.save(dir + QStringLiteral("/images/%1.png").arg(QLatin1String(name))));
+    QVERIFY(image.save(dir + u"/images/%1.png"_s.arg(QLatin1String(name))));
 }
 
 // The bounding box of the pixels that pass `test`.
@@ -118,11 +118,11 @@ class tst_ButtonCells : public QObject
 
 private Q_SLOTS:
     // Drawing and loading artwork say nothing on the terminal.
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
     void initTestCase()
     {
         const QString d = _dir.path();
-        QVERIFY(QDir(d).mkpath(QStringLiteral("images")));
+        QVERIFY(QDir(d).mkpath(u"images"_s));
         writeImage(d, "art_left", {6, 20}, {Qt::red});
         writeImage(d, "art_center", {4, 20}, {Qt::green});
         writeImage(d, "art_right", {9, 20}, {Qt::blue});
@@ -142,10 +142,9 @@ private Q_SLOTS:
             source.setAllowsMixedState(true);
             source.setState(state);
             source.value = value;
-            source.setTitle(QStringLiteral("Go"));
-            source.setAttributedAlternateTitle(VXAttributedString(QStringLiteral("Stop")));
-            source.setAlternateImage(
-                VXImage(QStringLiteral("alt"), QImage(2, 2, QImage::Format_RGB32)));
+            source.setTitle(u"Go"_s);
+            source.setAttributedAlternateTitle(VXAttributedString(u"Stop"_s));
+            source.setAlternateImage(VXImage(u"alt"_s, QImage(2, 2, QImage::Format_RGB32)));
             source.setTarget(this);
             source.setImagePosition(C::ImageRight);
             source.setShowsStateBy(C::ChangeBackgroundCellMask);
@@ -157,33 +156,14 @@ private Q_SLOTS:
             QCOMPARE(cell->state(), expected);
             QCOMPARE(cell->backgroundStyle(), int(C::BackgroundStyleRaised));
             QVERIFY(!cell->isEnabled() && !cell->isBordered() && !cell->hasHover());
-            QCOMPARE(cell->title(), QStringLiteral("Go"));
-            QCOMPARE(cell->attributedAlternateTitle().string(), QStringLiteral("Stop"));
-            QCOMPARE(cell->alternateImage().value_or(VXImage()).name(), QStringLiteral("alt"));
+            QCOMPARE(cell->title(), u"Go"_s);
+            QCOMPARE(cell->attributedAlternateTitle().string(), u"Stop"_s);
+            QCOMPARE(cell->alternateImage().value_or(VXImage()).name(), u"alt"_s);
             QCOMPARE(cell->target(), this);
             QCOMPARE(cell->imagePosition(), int(C::ImageRight));
             QCOMPARE(cell->showsStateBy(), quint64(C::ChangeBackgroundCellMask));
             QCOMPARE(cell->action(), QByteArray("press"));
         }
-    }
-
-    // A cell loaded from a description is of the class the description names.
-    void cellWithClassName()
-    {
-        const auto made = [](const char *name) -> QString {
-            const auto cell = ButtonCell::cellWithClassName(QLatin1String(name), {});
-            if (dynamic_cast<VXFlatCheckboxButtonCell *>(cell.get()))
-                return QStringLiteral("VXFlatCheckboxButtonCell");
-            if (dynamic_cast<VXFlatRadioButtonCell *>(cell.get()))
-                return QStringLiteral("VXFlatRadioButtonCell");
-            if (dynamic_cast<VXGeneralButtonCell *>(cell.get()))
-                return QStringLiteral("VXGeneralButtonCell");
-            return cell ? QStringLiteral("other") : QStringLiteral("none");
-        };
-        for (const char *name :
-             {"VXGeneralButtonCell", "VXFlatCheckboxButtonCell", "VXFlatRadioButtonCell"})
-            QCOMPARE(made(name), QLatin1String(name));
-        QCOMPARE(made("NoSuchCell"), QStringLiteral("none"));
     }
 
     void highlightedOrPressed_data()
@@ -217,7 +197,7 @@ private Q_SLOTS:
     // and is itself again afterwards.
     void mixedCheckboxHook()
     {
-        const bool hooked = VXButtonCellQuorvelle::processName() == QLatin1String("Quorvelle");
+        const bool hooked = VXButtonCellQuorvelle::processName() == "Quorvelle"_L1;
         for (auto [image, state, swapped] : {std::tuple{"checkbox_unchecked", -1, hooked},
                                              {"checkbox_mixed", -1, false},
                                              {"checkbox_unchecked", 1, false}}) {
@@ -243,8 +223,7 @@ private Q_SLOTS:
     {
         Button button;
         button.setButtonType(C::SwitchButton);
-        button.cell()->setImage(
-            VXImageCreation::imageNamed(QStringLiteral("checkbox_unchecked"), nullptr));
+        button.cell()->setImage(VXImageCreation::imageNamed(u"checkbox_unchecked"_s, nullptr));
         button.resize(20, 14);
         const auto render = [&](double ratio) {
             return PixelProbe::render(
@@ -287,7 +266,7 @@ private Q_SLOTS:
         button.setText(title);
         QImage red(10, 10, QImage::Format_ARGB32);
         red.fill(Qt::red);
-        button.cell()->setImage(VXImage(QStringLiteral("red"), red));
+        button.cell()->setImage(VXImage(u"red"_s, red));
         button.cell()->setImagePosition(position);
         button.cell()->setBordered(false);
         const QImage image = PixelProbe::grab(&button);
@@ -306,7 +285,7 @@ private Q_SLOTS:
                               : position == C::ImageBelow ? m.bottom() - box.bottom()
                                                           : m.center().y() - 40};
         QVERIFY2(qAbs(off[0]) <= 1 && qAbs(off[1]) <= 1,
-                 qPrintable(QStringLiteral("%1 %2").arg(off[0]).arg(off[1])));
+                 qPrintable(u"%1 %2"_s.arg(off[0]).arg(off[1])));
         // The title's ink one gap (4 points, plus the glyphs' side bearing) from the image.
         const double gap = position == C::ImageLeft    ? ink.left() - m.right()
                            : position == C::ImageRight ? m.left() - ink.right()
@@ -338,7 +317,7 @@ private Q_SLOTS:
         QWidget window;
         auto *button = new Button(&window);
         button->setButtonType(type);
-        button->setText(QStringLiteral("G&o && stop"));
+        button->setText(u"G&o && stop"_s);
         // A sibling of the same kind: a radio button is exclusive only within a group.
         (new Button(&window))->setButtonType(type);
         window.show();
@@ -346,7 +325,7 @@ private Q_SLOTS:
         button->setFocus();
         QCOMPARE(button->sizeHint(),
                  button->cell()->cellSizeForBounds({0, 0, 10000, 10000}).toSize());
-        QCOMPARE(button->cell()->title(), QStringLiteral("Go & stop"));
+        QCOMPARE(button->cell()->title(), u"Go & stop"_s);
         QCOMPARE(button->shortcut(), QKeySequence(Qt::ALT | Qt::Key_O));
         // The mnemonic underlined where the style underlines mnemonics, as on Qt's buttons.
         PixelProbe::grab(button);
@@ -360,7 +339,7 @@ private Q_SLOTS:
         QCOMPARE(underline, QLatin1String(underlines ? "-x-------" : "---------"));
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
         QCOMPARE(int(accessible->role()), role);
-        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Go & stop"));
+        QCOMPARE(accessible->text(QAccessible::Name), u"Go & stop"_s);
         QSignalSpy clicks(button, &QAbstractButton::clicked);
         QTest::keyClick(button, Qt::Key_Space);
         QTest::keyClick(button, Qt::Key_Return);
@@ -383,7 +362,7 @@ private Q_SLOTS:
     {
         QFETCH(SliceRow, row);
         const auto [hover, pressed, left, centre, right] = row;
-        const QImage image = drawArtwork(QStringLiteral("art"), false, hover, pressed);
+        const QImage image = drawArtwork(u"art"_s, false, hover, pressed);
         for (int x : {0, 5, 6, 50, 93, 94, 99})
             QVERIFY2(near(at(image, x, 10), x < 6    ? left
                                             : x < 94 ? centre
@@ -397,21 +376,20 @@ private Q_SLOTS:
     void singleTemplate()
     {
         ArtworkCell bare;
-        bare.base = QStringLiteral("tpl");
+        bare.base = u"tpl"_s;
         bare.single = true;
         bare.bundle = _bundle;
         QCOMPARE(bare.sideSegmentWidth(), 0.0);
-        const QImage image = drawArtwork(QStringLiteral("tpl"), true, false, false);
+        const QImage image = drawArtwork(u"tpl"_s, true, false, false);
         for (int x : {1, 40, 60, 98})
             QVERIFY(near(at(image, x, 10), x < 50 ? Qt::red : Qt::blue));
         const QColor middle = at(image, 50, 10);
         QVERIFY2(middle.red() > 40 && middle.blue() > 40, qPrintable(middle.name()));
         QCOMPARE(at(drawArtwork(QString(), true, false, false), 50, 10).alpha(), 0);
 
-        const QImage flipped = drawArtwork(QStringLiteral("updown"), true, false, false);
+        const QImage flipped = drawArtwork(u"updown"_s, true, false, false);
         QVERIFY(near(at(flipped, 50, 2), Qt::red) && near(at(flipped, 50, 17), Qt::blue));
-        QCOMPARE(drawArtwork(QStringLiteral("updown"), true, false, false, new UnflippedButton),
-                 flipped);
+        QCOMPARE(drawArtwork(u"updown"_s, true, false, false, new UnflippedButton), flipped);
     }
 };
 

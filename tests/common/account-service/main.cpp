@@ -8,6 +8,7 @@
 //                           [--redirect URL] [--ready FILE]
 // It listens on loopback's ports 443 (HTTPS) and 80 (HTTP).
 #include "TestHttpsServer.h"
+#include "Tools.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -15,22 +16,16 @@
 
 #include <cstdio>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
+using Tools::readFile;
 
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
     const auto option = [&parser](const char *name, const char *fallback = nullptr) {
-        QCommandLineOption o(QLatin1String(name), QString(), QStringLiteral("value"));
+        QCommandLineOption o(QLatin1String(name), QString(), u"value"_s);
         if (fallback)
             o.setDefaultValue(QLatin1String(fallback));
         parser.addOption(o);
@@ -39,7 +34,7 @@ int main(int argc, char *argv[])
     const auto cert = option("cert"), key = option("key"), log = option("log");
     const auto status = option("status", "200"), redirect = option("redirect");
     const auto ready = option("ready");
-    const QCommandLineOption silent(QStringLiteral("silent"));
+    const QCommandLineOption silent(u"silent"_s);
     parser.addOption(silent);
     parser.process(app);
 

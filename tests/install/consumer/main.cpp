@@ -16,6 +16,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int failures = 0;
@@ -44,16 +46,13 @@ int main(int argc, char *argv[])
     Quorvelle::Bundle *kit = Quorvelle::Bundle::bundleForClass(&VXGradientView::staticMetaObject);
     check(kit && kit->bundlePath() == kitData, "kit bundle", kit ? kit->bundlePath() : QString());
     const auto kitVersion =
-        kit ? kit->objectForInfoDictionaryKey(QStringLiteral("CFBundleShortVersionString"))
-            : std::nullopt;
+        kit ? kit->objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s) : std::nullopt;
     check(kitVersion && kitVersion->toString() == version, "kit bundle version");
     // The program's own texts come from its own bundle.
-    check(VXLocalizedString(QStringLiteral("About this computer")) ==
-              QStringLiteral("\u00dcber diesen Computer"),
+    check(VXLocalizedString(u"About this computer"_s) == u"\u00dcber diesen Computer"_s,
           "application's own translation");
     // It ships no unit strings: the kit's own are used, in the language it chose.
-    const QString week =
-        TsFile::translation(QString::fromLocal8Bit(argv[3]), QStringLiteral("1 week"));
+    const QString week = TsFile::translation(QString::fromLocal8Bit(argv[3]), u"1 week"_s);
     check(QuorvelleString::stringWithNumberOfDays(7) == week, "unit strings from the kit bundle",
           QuorvelleString::stringWithNumberOfDays(7));
 
