@@ -403,8 +403,11 @@ private Q_SLOTS:
                 if (xml.name() == "release"_L1)
                     return u"release "_s + a.value("version"_L1).toString() + u' ' +
                            a.value("date"_L1).toString();
-                if (xml.name() == "id"_L1 || xml.name() == "launchable"_L1)
-                    return xml.name().toString() + u' ' + xml.readElementText();
+                if (xml.name() == "id"_L1 || xml.name() == "launchable"_L1) {
+                    // The name first: reading the text moves the reader past the element.
+                    const QString name = xml.name().toString();
+                    return name + u' ' + xml.readElementText();
+                }
                 return QString();
             });
         found.sort();
