@@ -99,11 +99,17 @@ Region *allocateRegion(bool dictionary, qsizetype capacity);
 constexpr size_t bufferPrefix = sizeof(Block) + sizeof(Region);
 static_assert(bufferPrefix % alignof(PropertyValue) == 0);
 
+// The bytes of such a buffer holding one container of `count` elements or members.
+constexpr size_t bufferBytes(bool dictionary, qsizetype count)
+{
+    return bufferPrefix - sizeof(Region) +
+           size_t(dictionary ? dictionaryBytes(count) : arrayBytes(count));
+}
+
 // The block of one container made in place from `buffer` (from std::malloc, of
-// bufferPrefix + dictionaryBytes(count) - sizeof(Region) bytes for a dictionary, the same
-// with arrayBytes for an array), whose `count` elements or members already stand after the
-// prefix: the headers are written (the index cleared) and the region is empty, its one
-// reference held by the caller. The elements are then adopted as for any region.
+// bufferBytes(dictionary, count) bytes), whose `count` elements or members already stand
+// after the prefix: the headers are written (the index cleared) and the region is empty,
+// its one reference held by the caller. The elements are then adopted as for any region.
 Region *regionInBuffer(void *buffer, bool dictionary, qsizetype count);
 
 // The hash of a dictionary key, as the index uses it.
@@ -175,11 +181,16 @@ public:
     void fillArray(Region *container, const PropertyValue *elements, qsizetype count)
     {
         copyValues(elementsOf(container), elements, count);
+        adoptElements(container, count);
+    }
+    // The same for `count` elements already standing in the array region `container`.
+    void adoptElements(Region *container, qsizetype count)
+    {
         container->size = quint32(count);
         if (container->block() == m_block)
-            uncountInner(elements, count);
+            uncountInner(elementsOf(container), count);
         else
-            closeIfReferred(elements, count);
+            closeIfReferred(elementsOf(container), count);
     }
     // The same for the values of dictionary members about to go into `container`.
     void adoptInto(Region *container, const PropertyValue &value)

@@ -698,9 +698,7 @@ template <typename Unit> bool VXJSONScanner::readObject(PropertyValue *out, bool
         PropertyValue::Dictionary::Entry *members;
         if (base == 0 && dictionaryBytes(count) > inPlaceBytes) {
             // The members stay where they are; the stack's buffer becomes their block.
-            region = regionInBuffer(
-                m_members.takeBuffer(bufferPrefix - sizeof(Region) + size_t(dictionaryBytes(count))),
-                true, count);
+            region = regionInBuffer(m_members.takeBuffer(bufferBytes(true, count)), true, count);
             members = entriesOf(region);
         } else {
             region = m_arena.place(true, count);
@@ -767,10 +765,8 @@ template <typename Unit> bool VXJSONScanner::readArray(PropertyValue *out, bool 
         Region *region;
         if (base == 0 && arrayBytes(count) > inPlaceBytes) {
             // The elements stay where they are; the stack's buffer becomes their block.
-            region = regionInBuffer(
-                m_elements.takeBuffer(bufferPrefix - sizeof(Region) + size_t(arrayBytes(count))),
-                false, count);
-            m_arena.fillArray(region, elementsOf(region), count);
+            region = regionInBuffer(m_elements.takeBuffer(bufferBytes(false, count)), false, count);
+            m_arena.adoptElements(region, count);
         } else {
             region = m_arena.place(false, count);
             m_arena.fillArray(region, m_elements.data() + base, count);
